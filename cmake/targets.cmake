@@ -1,0 +1,60 @@
+# The vocabulary of the folders' CMakeLists.txt.
+
+# Adds sources to the core: no window, no <windows.h>, no wxWidgets; built natively too.
+function(glimmer_core_sources)
+    foreach(source IN LISTS ARGN)
+        target_sources(glimmer_core PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+    endforeach()
+endfunction()
+
+# Adds sources to the application: forms and everything else that needs the system. Windows only.
+function(glimmer_app_sources)
+    if(WIN32)
+        foreach(source IN LISTS ARGN)
+            target_sources(glimmer_app PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/${source})
+        endforeach()
+    endif()
+endfunction()
+
+function(glimmer_test_program name kind)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE glimmer_warnings GTest::gtest GTest::gmock)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    if(WIN32)
+        target_link_options(${name} PRIVATE -static)
+        set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    endif()
+    add_test(NAME ${kind}.${name} COMMAND ${name} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR})
+    set_tests_properties(${kind}.${name} PROPERTIES LABELS ${kind} TIMEOUT 600)
+endfunction()
+
+# A test of the core: runs natively under sanitizers and again as a Windows program under Wine.
+function(glimmer_core_test name)
+    if(WIN32)
+        glimmer_test_program(${name} windows-core ${ARGN})
+    else()
+        glimmer_test_program(${name} core ${ARGN})
+    endif()
+    target_link_libraries(${name} PRIVATE glimmer_core GTest::gtest_main)
+endfunction()
+
+# A test of the application's own classes and forms, in a program that has the toolkit running (tests/windows/).
+function(glimmer_windows_test name)
+    if(WIN32)
+        glimmer_test_program(${name} windows ${ARGN})
+        target_link_libraries(${name} PRIVATE glimmer_app glimmer_core glimmer_app)
+        # Windows share the screen, the keyboard and the clipboard.
+        set_tests_properties(windows.${name} PROPERTIES RUN_SERIAL ON)
+    endif()
+endfunction()
+
+# A test that loads glimmerpad.dll as a host does and links nothing of it.
+function(glimmer_host_test name)
+    if(WIN32)
+        glimmer_test_program(${name} host ${ARGN})
+        target_link_libraries(${name} PRIVATE GTest::gtest_main)
+        target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/include)
+        add_dependencies(${name} glimmerpad glimmerpad_launcher demo_host)
+        set_tests_properties(host.${name} PROPERTIES RUN_SERIAL ON)
+    endif()
+endfunction()

@@ -1,0 +1,4 @@
+source_package=cjson
+needs=""
+licence=LICENSE
+build() { cmake_build -DENABLE_CJSON_TEST=OFF -DBUILD_SHARED_AND_STATIC_LIBS=OFF -DENABLE_CUSTOM_COMPILER_FLAGS=OFF; }

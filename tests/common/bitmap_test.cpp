@@ -1,0 +1,84 @@
+#include "common/bitmap.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace glimmer {
+namespace {
+
+TBitmap noise(int32_t width, int32_t height, PixelFormat format, unsigned seed) {
+    std::mt19937 random(seed);
+    TBitmap bitmap = TBitmap::create(width, height, format).take();
+    for (int32_t y = 0; y < height; ++y)
+        for (size_t i = 0; i < static_cast<size_t>(width) * bitmap.bytesPerPixel(); ++i)
+            bitmap.row(y)[i] = static_cast<uint8_t>(random());
+    return bitmap;
+}
+
+TEST(Bitmap, RefusesSizesThatCannotBe) {
+    const int32_t sizes[][2] = {{0, 5}, {5, 0}, {-1, 5}, {200001, 1}, {1, 200001}, {65536, 65536}, {200000, 200000}};
+    for (const auto& [width, height] : sizes) {
+        const Result<TBitmap> bitmap = TBitmap::create(width, height, PixelFormat::Bgra32);
+        EXPECT_FALSE(bitmap.ok()) << width << " x " << height;
+        EXPECT_FALSE(bitmap.message().empty());
+    }
+    EXPECT_FALSE(TBitmap::check(0x100000001LL, 1, PixelFormat::Bgra32).ok());
+}
+
+TEST(Bitmap, CopyIsCutAtEveryEdge) {
+    for (const PixelFormat format : {PixelFormat::Bgr24, PixelFormat::Bgra32}) {
+        const TBitmap source = noise(7, 5, format, 1);
+        for (int32_t dx = -9; dx <= 12; ++dx) {
+            for (int32_t dy = -7; dy <= 10; ++dy) {
+                TBitmap target = noise(11, 9, format, 2);
+                const TBitmap before = target.clone().take();
+                copyPixels(target, {dx, dy}, source);
+                for (int32_t y = 0; y < 9; ++y) {
+                    for (int32_t x = 0; x < 11; ++x) {
+                        const bool inside = source.bounds().contains({x - dx, y - dy});
+                        ASSERT_EQ(target.pixel(x, y), inside ? source.pixel(x - dx, y - dy) : before.pixel(x, y));
+                    }
+                }
+            }
+        }
+        TBitmap target = noise(11, 9, format, 2);
+        const TBitmap before = target.clone().take();
+        for (const int32_t far : {INT32_MIN, INT32_MAX}) {
+            copyPixels(target, {far, 0}, source);
+            copyPixels(target, {0, far}, source);
+        }
+        EXPECT_TRUE(samePixels(target, before));
+    }
+}
+
+TEST(Bitmap, ConversionKeepsColours) {
+    const TBitmap wide = noise(13, 3, PixelFormat::Bgra32, 3);
+    const TBitmap narrow = wide.converted(PixelFormat::Bgr24).take();
+    const TBitmap again = narrow.converted(PixelFormat::Bgra32).take();
+    for (int32_t y = 0; y < 3; ++y)
+        for (int32_t x = 0; x < 13; ++x) {
+            EXPECT_EQ(wide.pixel(x, y), narrow.pixel(x, y));
+            EXPECT_EQ(wide.pixel(x, y), again.pixel(x, y));
+        }
+    EXPECT_TRUE(wide.hasTransparency());
+    EXPECT_FALSE(again.hasTransparency());
+    EXPECT_TRUE(samePixels(narrow, again));
+    EXPECT_FALSE(samePixels(wide, again));
+}
+
+TEST(Bitmap, FillAndCropStayInside) {
+    TBitmap bitmap = TBitmap::create(5, 4, PixelFormat::Bgr24).take();
+    bitmap.fill({3, -2, 99, 2}, rgb(1, 2, 3));
+    EXPECT_EQ(bitmap.pixel(2, 0), rgb(0, 0, 0));
+    EXPECT_EQ(bitmap.pixel(3, 0), rgb(1, 2, 3));
+    EXPECT_EQ(bitmap.pixel(4, 1), rgb(1, 2, 3));
+    EXPECT_EQ(bitmap.pixel(4, 2), rgb(0, 0, 0));
+    const TBitmap part = bitmap.cropped({3, 1, 100, 100}).take();
+    EXPECT_EQ(part.size(), (Size{2, 3}));
+    EXPECT_EQ(part.pixel(0, 0), rgb(1, 2, 3));
+    EXPECT_FALSE(bitmap.cropped({5, 0, 9, 9}).ok());
+}
+
+}  // namespace
+}  // namespace glimmer

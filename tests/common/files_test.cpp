@@ -1,0 +1,55 @@
+#include "common/files.h"
+
+#include <gtest/gtest.h>
+
+namespace glimmer {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Files : public testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = fs::temp_directory_path() / pathFromUtf8("glimmer files \xc3\xa9\xe2\x82\xac");
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+    [[nodiscard]] size_t entries() const {
+        return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+    fs::path folder_;
+};
+
+TEST_F(Files, ReplacesALongerFileWithoutATail) {
+    const fs::path path = folder_ / "a.bin";
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>(5000, 1)).ok());
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>(3, 2)).ok());
+    EXPECT_EQ(*readFile(path, 100), std::vector<uint8_t>(3, 2));
+    EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(Files, AnUnfinishedOutputLeavesTheOldFile) {
+    const fs::path path = folder_ / "a.bin";
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>{1, 2}).ok());
+    {
+        TemporaryOutput output(path);
+        ASSERT_TRUE(output.write(std::vector<uint8_t>(100)).ok());
+        EXPECT_EQ(entries(), 2U);
+    }
+    EXPECT_EQ(*readFile(path, 100), (std::vector<uint8_t>{1, 2}));
+    EXPECT_EQ(entries(), 1U);
+}
+
+TEST_F(Files, FailuresSaySoAndLeaveNothing) {
+    EXPECT_FALSE(writeFile(folder_ / "none" / "a.bin", std::vector<uint8_t>(3)).ok());
+    fs::create_directories(folder_ / "taken" / "inside");
+    EXPECT_FALSE(writeFile(folder_ / "taken", std::vector<uint8_t>(3)).ok());
+    EXPECT_EQ(entries(), 1U);
+    EXPECT_FALSE(readFile(folder_ / "none", 100).ok());
+    ASSERT_TRUE(writeFile(folder_ / "b", std::vector<uint8_t>(101)).ok());
+    EXPECT_FALSE(readFile(folder_ / "b", 100).ok());
+}
+
+}  // namespace
+}  // namespace glimmer
