@@ -1,5 +1,9 @@
 # The libraries that the program uses, as targets: glimmer::zlib, png, jpeg, gif, cjson, simpleini, cairo and, on
 # Windows, wx. Natively they come from the distribution's development packages, for Windows from deps/.
+if(WIN32)
+    # Everything is linked in; "libz.dll.a" would match before "libz.a" otherwise.
+    set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
+endif()
 find_package(ZLIB REQUIRED)
 find_package(PNG REQUIRED)
 find_package(JPEG REQUIRED)
@@ -22,7 +26,8 @@ glimmer_library(simpleini HEADER SimpleIni.h)
 if(WIN32)
     glimmer_library(cairo HEADER cairo.h SUFFIXES cairo LIBRARIES cairo pixman-1)
     target_compile_definitions(glimmer_dep_cairo INTERFACE CAIRO_WIN32_STATIC_BUILD)
-    target_link_libraries(glimmer_dep_cairo INTERFACE gdi32 msimg32)
+    # Its checked string functions (cairo is built with _FORTIFY_SOURCE) come from the compiler's libssp.
+    target_link_libraries(glimmer_dep_cairo INTERFACE ssp gdi32 msimg32)
 else()
     glimmer_library(cairo HEADER cairo.h SUFFIXES cairo LIBRARIES cairo)
 endif()
