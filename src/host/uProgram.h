@@ -1,0 +1,131 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "common/bitmap.h"
+
+namespace glimmer {
+
+class CaptureDocument;
+
+/// What is to happen with a capture; hosts send these numbers. Any other number does nothing more than Load.
+enum class CaptureAction : uint32_t {
+    Edit = 0,
+    Save = 1,
+    Copy = 2,
+    Mail = 3,
+    ExternalViewer = 4,
+    Upload = 5,
+    Load = 6,
+    Print = 7,
+    EncodeText = 8,
+    EncodeImage = 9,
+    SaveAutomatically = 10,
+};
+
+/// What the controller asks of the system, so that a test can stand in its place. Empty members mean the system.
+struct ProgramSeams {
+    /// Available physical memory in bytes.
+    std::function<uint64_t()> availableMemory;
+    /// Whether a working bitmap of that many pixels can be had now.
+    std::function<bool(Size)> probeBitmap;
+    /// Opens a web address in the user's browser; only used without a host.
+    std::function<void(const std::string& url)> openBrowser;
+};
+
+/// The program controller: owns what lives between captures, makes an editor of each one and runs its action. Lives
+/// from the first request of a host until the shutdown, or as long as the standalone program; see pProgram.
+class TProgram {
+public:
+    explicit TProgram(std::string addonVersion, ProgramSeams seams = {});
+    ~TProgram();
+    TProgram(const TProgram&) = delete;
+    TProgram& operator=(const TProgram&) = delete;
+    TProgram(TProgram&&) = delete;
+    TProgram& operator=(TProgram&&) = delete;
+
+    /// Second half of the construction: whether the controller can work.
+    bool initialize();
+    /// Closes every window without asking and releases the editors; before the destructor.
+    void closeWindows();
+
+    /// Takes a capture and runs its action (code modulo 100). `pngData` is a PNG file or nothing, `bitmap` finished
+    /// pixels or nothing; when width and height are positive the picture is scaled to them. With neither the screen
+    /// is captured, if the user wants that. `tag` is accepted and ignored.
+    void HandleCapture(const std::string& url, const std::string& title, const std::string& tag,
+                       std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap, uint32_t action,
+                       int32_t width, int32_t height);
+
+    /// The main editor window exists after this; it is not shown.
+    void prepareMainEditor();
+    /// Asks once whether Internet Explorer should offer the program too.
+    void offerIntegration();
+    /// Does the integration itself ("integrateIntoIE").
+    void integrateIntoIE();
+
+    [[nodiscard]] bool resumeAvailable() const;  ///< at least one editor is open
+    /// Shows the main editor with its captures, in front and focused. Does nothing when no editor is open.
+    void resumeEditing();
+    /// Sends "enableResumeMenu" with "enable" or "disable".
+    void tellResumeState() const;
+    void showOptions();
+    /// The open dialog of the main editor.
+    void openFile();
+    /// Opens a picture or a project as the open dialog does; whether an editor came of it. `path` is UTF-8.
+    bool openFileInEditor(const std::string& path);
+    /// Opens the clipboard's picture in a new editor; whether there was one.
+    bool openFromClipboard();
+    /// Text about the server that the host passes on; its answer goes to the host as "getInfo".
+    void processInfo(const std::string& text);
+    /// Opens the picture in a base64 text as a capture; whether that worked.
+    bool storeEncodedContent(const std::string& base64Text);
+
+    /// Hides all windows, after a question that the user can switch off; captures then stay in the background.
+    void hideApplication();
+    /// Shows everything again (`mnuContinue`).
+    void restoreApplication();
+
+    /// Base64 text of the last EncodeText capture; kept until the next capture.
+    [[nodiscard]] const std::string& encodedText() const { return encodedText_; }
+    /// PNG file of the last EncodeImage capture; kept until the next capture.
+    [[nodiscard]] const std::vector<uint8_t>& encodedImage() const { return encodedImage_; }
+    /// UTF-8 path of the file that the last Save or SaveAutomatically wrote; empty when it wrote none.
+    [[nodiscard]] const std::string& savedPath() const { return savedPath_; }
+
+    [[nodiscard]] int32_t captureCount() const { return captureCount_; }  ///< attempts to make an editor
+    [[nodiscard]] int32_t refusedCount() const { return refusedCount_; }  ///< refused for lack of memory
+    [[nodiscard]] bool captureWasEmpty() const { return emptyCapture_; }
+    [[nodiscard]] bool hidden() const { return hidden_; }
+    void setHidden(bool hidden) { hidden_ = hidden; }
+    void skipNextCapture() { skipNext_ = true; }
+    [[nodiscard]] const std::string& addonVersion() const { return addonVersion_; }
+
+private:
+    struct Arrival;
+    CaptureDocument* createEditor(Arrival& arrival);
+    void refuse(const std::string& text);
+    void runAction(CaptureDocument& document, CaptureAction action);
+    void followUp(CaptureAction action);
+
+    std::string addonVersion_;
+    ProgramSeams seams_;
+    std::string encodedText_;
+    std::vector<uint8_t> encodedImage_;
+    std::string savedPath_;
+    int32_t captureCount_ = 0;
+    int32_t refusedCount_ = 0;
+    bool skipNext_ = false;
+    bool emptyCapture_ = false;
+    bool hidden_ = false;
+};
+
+/// The one controller of the process; none before the first request and after the shutdown.
+extern std::unique_ptr<TProgram> pProgram;
+
+}  // namespace glimmer
