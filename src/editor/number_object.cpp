@@ -1,0 +1,26 @@
+#include "editor/badge_picture.h"
+#include "editor/uShapes.h"
+
+namespace glimmer {
+
+int32_t TNumberObject::radius() const {
+    if (radius_ == 0) radius_ = badgePicture().width() / 2;
+    return radius_;
+}
+
+Rect TNumberObject::badge(const TBBShape& owner) const {
+    return badgeRect(owner.shape.rectangle, settings.position, radius());
+}
+
+void TNumberObject::boundingRect(const TBBShape& owner, Rect& rect) const { rect = badge(owner); }
+
+bool TNumberObject::hit(const TBBShape& owner, Point point, const HitReach& /*reach*/) const {
+    return ellipseContains(badge(owner), point);
+}
+
+void TNumberObject::mouseMove(TBBShape& owner, Point point) {
+    const Point way = step(point);
+    owner.moveBy(way.x, way.y);
+}
+
+}  // namespace glimmer
