@@ -1,0 +1,34 @@
+#pragma once
+
+#include <vector>
+
+#include "editor/packed_pixels.h"
+#include "editor/uShapes.h"
+#include "editor/undo.h"
+
+namespace glimmer {
+
+/// The picture becomes the part inside `area`; annotations keep their place over the pixels. What is cut off is kept
+/// as up to four strips (above, below, left, right), deflated.
+class CropPicture final : public UndoCommand {
+public:
+    /// `area` must lie inside the picture and not be empty.
+    explicit CropPicture(const Rect& area) : area_(area) {}
+
+    Status apply(CaptureContent& content) override;
+    Status revert(CaptureContent& content) override;
+    bool compactSome() override;
+    [[nodiscard]] size_t byteCount() const override;
+
+private:
+    struct Strip {
+        Point at;
+        PackedPixels pixels;
+    };
+    Rect area_;
+    Size former_;
+    TShapesList annotations_;  ///< as they stood before: moving may have met a limit
+    std::vector<Strip> strips_;
+};
+
+}  // namespace glimmer
