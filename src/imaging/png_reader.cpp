@@ -1,0 +1,237 @@
+// Reads PNG files with libpng. Only the chunks that the program uses reach the library: header, palette,
+// transparency, image data and a bounded number of texts. The private chunks are taken out here, since they may be
+// far larger than anything that libpng should be allowed to hold.
+
+#include <png.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "common/text.h"
+#include "imaging/png_chunks.h"
+#include "imaging/png_codec.h"
+#include "imaging/png_guard.h"
+#include "imaging/png_text.h"
+
+namespace glimmer {
+
+namespace {
+
+/// What libpng gets to read: the signature and the chosen chunks, one after the other.
+class ChunkFeed {
+public:
+    explicit ChunkFeed(std::span<const uint8_t> file) : file_(file) {}
+    void add(size_t from, size_t count) {
+        if (!parts_.empty() && parts_.back().from + parts_.back().count == from)
+            parts_.back().count += count;
+        else
+            parts_.push_back({from, count});
+    }
+    /// False when fewer bytes are left.
+    bool read(uint8_t* to, size_t count) {
+        while (count > 0) {
+            if (part_ == parts_.size()) return false;
+            const size_t now = std::min(count, parts_[part_].count - at_);
+            std::memcpy(to, file_.data() + parts_[part_].from + at_, now);
+            to += now;
+            count -= now;
+            at_ += now;
+            if (at_ == parts_[part_].count) {
+                ++part_;
+                at_ = 0;
+            }
+        }
+        return true;
+    }
+
+private:
+    struct Part {
+        size_t from;
+        size_t count;
+    };
+    std::span<const uint8_t> file_;
+    std::vector<Part> parts_;
+    size_t part_ = 0;
+    size_t at_ = 0;
+};
+
+bool isPrivate(const PngChunkPlace& chunk) { return chunk.name() == "bBIn" || chunk.name() == "bBPn"; }
+bool isText(const PngChunkPlace& chunk) {
+    return chunk.name() == "tEXt" || chunk.name() == "zTXt" || chunk.name() == "iTXt";
+}
+bool isPicture(const PngChunkPlace& chunk) {
+    static constexpr std::string_view names[] = {"IHDR", "PLTE", "tRNS", "IDAT", "IEND"};
+    return std::find(std::begin(names), std::end(names), chunk.name()) != std::end(names);
+}
+/// A chunk with an upper-case first letter must be understood to show the picture.
+bool isCritical(const PngChunkPlace& chunk) { return chunk.type[0] >= 'A' && chunk.type[0] <= 'Z'; }
+
+bool checksumHolds(std::span<const uint8_t> file, const PngChunkPlace& chunk) {
+    // Type and data; the length field is not part of it.
+    uLong sum = crc32(0, nullptr, 0);
+    sum = crc32(sum, file.data() + chunk.offset + 4, static_cast<uInt>(chunk.length + 4));
+    return sum == bigEndian32(file.data() + chunk.end() - 4);
+}
+
+struct Walk {
+    ChunkFeed feed;
+    std::vector<PngChunkPlace> privates;
+    bool privatesRefused = false;
+};
+
+/// Sorts the chunks of a file: what libpng gets, and the private ones.
+Result<Walk> walk(std::span<const uint8_t> file) {
+    if (file.size() < pngSignature.size() || !std::equal(pngSignature.begin(), pngSignature.end(), file.begin()))
+        return Failure{"The data is not a PNG picture."};
+    if (file.size() > PngLimits::fileBytes) return Failure{"The PNG picture is too large."};
+    Walk result{ChunkFeed(file), {}, false};
+    result.feed.add(0, pngSignature.size());
+    size_t texts = 0;
+    size_t privateBytes = 0;
+    size_t at = pngSignature.size();
+    for (size_t count = 0; count < PngLimits::chunks; ++count) {
+        const Failure cutShort{"The PNG picture is cut short."};
+        if (file.size() - at < 12) return cutShort;
+        const std::optional<PngChunkPlace> chunk = parseChunkHeader(file.subspan(at).first<8>(), at);
+        if (!chunk) return Failure{"The PNG picture is damaged."};
+        if (chunk->length > file.size() - at - 12) return cutShort;
+        if (isPicture(*chunk)) {
+            result.feed.add(at, chunk->length + 12);
+        } else if (isText(*chunk)) {
+            if (chunk->length <= PngLimits::textBytes && texts++ < PngLimits::texts && checksumHolds(file, *chunk))
+                result.feed.add(at, chunk->length + 12);
+        } else if (isPrivate(*chunk)) {
+            privateBytes += chunk->length;
+            if (result.privates.size() == PngLimits::privateChunks || privateBytes > PngLimits::privateBytes ||
+                !checksumHolds(file, *chunk))
+                result.privatesRefused = true;
+            if (!result.privatesRefused) result.privates.push_back(*chunk);
+        } else if (isCritical(*chunk)) {
+            return Failure{"The PNG picture has a part that this program does not know."};
+        }
+        at = chunk->end();
+        if (chunk->name() == "IEND") return result;
+    }
+    return Failure{"The PNG picture has too many parts."};
+}
+
+/// One run of libpng's reader. What needs a destructor lives in the object, see runGuarded().
+class Decoder {
+public:
+    explicit Decoder(ChunkFeed& feed) : feed_(feed) {
+        png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, &Decoder::fail, &Decoder::ignoreWarning);
+        if (png_ != nullptr) info_ = png_create_info_struct(png_);
+    }
+    ~Decoder() { png_destroy_read_struct(&png_, &info_, nullptr); }
+    Decoder(const Decoder&) = delete;
+    Decoder& operator=(const Decoder&) = delete;
+    Decoder(Decoder&&) = delete;
+    Decoder& operator=(Decoder&&) = delete;
+
+    Status run(TBitmap& bitmap) {
+        if (info_ == nullptr) return Failure{"There is not enough memory to read the picture."};
+        if (!runGuarded(png_, &Decoder::readHeader, this)) return failure();
+        Result<TBitmap> made =
+            TBitmap::create(static_cast<int32_t>(width_), static_cast<int32_t>(height_), PixelFormat::Bgra32);
+        if (!made) return made.failure();
+        bitmap_ = made.take();
+        if (!runGuarded(png_, &Decoder::readRows, this)) return failure();
+        bitmap = std::move(bitmap_);
+        return {};
+    }
+
+    [[nodiscard]] std::vector<PngText> texts() const {
+        std::vector<PngText> result;
+        png_textp text = nullptr;
+        int count = 0;
+        png_get_text(png_, info_, &text, &count);
+        for (int i = 0; i < count; ++i) {
+            const png_text& one = text[i];
+            const bool international = one.compression >= PNG_ITXT_COMPRESSION_NONE;
+            // Without a text, libpng gives a length of 0 and no promise about the pointer.
+            const size_t length = international ? one.itxt_length : one.text_length;
+            std::string bytes = length == 0 ? std::string() : std::string(one.text, length);
+            result.push_back({one.key, international ? std::move(bytes) : fromPngText(bytes)});
+        }
+        return result;
+    }
+
+private:
+    [[noreturn]] static void fail(png_structp png, png_const_charp message) {
+        auto* self = static_cast<Decoder*>(png_get_error_ptr(png));
+        std::snprintf(self->message_, sizeof self->message_, "%s", message);
+        png_longjmp(png, 1);
+    }
+    static void ignoreWarning(png_structp, png_const_charp) {}
+    static void read(png_structp png, png_bytep to, size_t count) {
+        if (!static_cast<Decoder*>(png_get_io_ptr(png))->feed_.read(to, count)) png_error(png, "cut short");
+    }
+
+    static void readHeader(void* object) {
+        auto* self = static_cast<Decoder*>(object);
+        png_structp png = self->png_;
+        png_infop info = self->info_;
+        png_set_read_fn(png, self, &Decoder::read);
+        png_set_user_limits(png, TBitmap::maxSide, TBitmap::maxSide);
+        png_set_chunk_malloc_max(png, PngLimits::textBytes);
+        png_set_chunk_cache_max(png, PngLimits::texts + 1);
+        png_read_info(png, info);
+        self->width_ = png_get_image_width(png, info);
+        self->height_ = png_get_image_height(png, info);
+        // Any kind becomes blue, green, red, alpha of 8 bits.
+        png_set_scale_16(png);
+        png_set_expand(png);
+        png_set_gray_to_rgb(png);
+        png_set_bgr(png);
+        png_set_add_alpha(png, 0xFF, PNG_FILLER_AFTER);
+        self->passes_ = png_set_interlace_handling(png);
+        png_read_update_info(png, info);
+        if (png_get_rowbytes(png, info) != static_cast<size_t>(self->width_) * 4) png_error(png, "wrong row size");
+    }
+
+    static void readRows(void* object) {
+        auto* self = static_cast<Decoder*>(object);
+        const int32_t height = self->bitmap_.height();
+        for (int pass = 0; pass < self->passes_; ++pass)
+            for (int32_t y = 0; y < height; ++y) png_read_row(self->png_, self->bitmap_.row(y), nullptr);
+        png_read_end(self->png_, self->info_);
+    }
+
+    [[nodiscard]] Failure failure() const {
+        return Failure{std::string("The PNG picture is damaged (") + message_ + ")."};
+    }
+
+    ChunkFeed& feed_;
+    TBitmap bitmap_;
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+    png_uint_32 width_ = 0;
+    png_uint_32 height_ = 0;
+    int passes_ = 1;
+    char message_[120] = "";
+};
+
+}  // namespace
+
+Result<PngPicture> readPng(std::span<const uint8_t> file) {
+    Result<Walk> chunks = walk(file);
+    if (!chunks) return chunks.failure();
+    PngPicture picture;
+    Decoder decoder(chunks->feed);
+    if (Status done = decoder.run(picture.bitmap); !done) return done.failure();
+    picture.extras.texts = decoder.texts();
+    picture.chunksRefused = chunks->privatesRefused;
+    if (!picture.chunksRefused) {
+        for (const PngChunkPlace& place : chunks->privates) {
+            const std::span<const uint8_t> data = file.subspan(place.dataOffset(), place.length);
+            picture.extras.chunks.push_back({std::string(place.name()), {data.begin(), data.end()}});
+        }
+    }
+    return picture;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,167 @@
+#include <png.h>
+#include <zlib.h>
+
+#include <cstdio>
+#include <exception>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/assertion.h"
+#include "imaging/png_codec.h"
+#include "imaging/png_guard.h"
+#include "imaging/png_text.h"
+
+namespace glimmer {
+
+namespace {
+
+/// Level of deflate: beyond it, files of page captures shrink by about 1 % at several times the time.
+constexpr int compressionLevel = 6;
+
+Failure noMemory() { return Failure{"There is not enough memory to write the picture."}; }
+
+/// Data of a "zTXt" chunk. libpng would write an empty text as "tEXt".
+std::optional<std::vector<uint8_t>> compressedText(const PngText& text) {
+    const std::string bytes = toPngText(text.text);
+    std::vector<uint8_t> data(text.keyword.begin(), text.keyword.end());
+    data.insert(data.end(), {0, 0});  // end of the keyword, kind of compression
+    const size_t start = data.size();
+    uLongf length = compressBound(static_cast<uLong>(bytes.size()));
+    data.resize(start + length);
+    if (compress2(data.data() + start, &length, reinterpret_cast<const Bytef*>(bytes.data()),
+                  static_cast<uLong>(bytes.size()), compressionLevel) != Z_OK)
+        return std::nullopt;
+    data.resize(start + length);
+    return data;
+}
+
+/// Keywords and chunk types come from our own code; one that the format forbids is a programming error.
+void checkExtras(const PngExtras& extras) {
+    for (const PngText& text : extras.texts)
+        GLIMMER_ASSERT(
+            !text.keyword.empty() && text.keyword.size() <= 79 && text.keyword.find('\0') == std::string::npos,
+            "keyword of 1 to 79 characters", "png_writer");
+    for (const PngChunk& chunk : extras.chunks) {
+        GLIMMER_ASSERT(chunk.type == "bBIn" || chunk.type == "bBPn", "known private chunk", "png_writer");
+        GLIMMER_ASSERT(chunk.data.size() <= PNG_UINT_31_MAX, "chunk data fits", "png_writer");
+    }
+}
+
+/// One run of libpng's writer. What needs a destructor lives in the object, see runGuarded().
+class Encoder {
+public:
+    Encoder(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress)
+        : bitmap_(bitmap), extras_(extras), sink_(sink), progress_(progress), alpha_(bitmap.hasTransparency()) {
+        png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, &Encoder::fail, &Encoder::ignoreWarning);
+        if (png_ != nullptr) info_ = png_create_info_struct(png_);
+    }
+    ~Encoder() { png_destroy_write_struct(&png_, &info_); }
+    Encoder(const Encoder&) = delete;
+    Encoder& operator=(const Encoder&) = delete;
+    Encoder(Encoder&&) = delete;
+    Encoder& operator=(Encoder&&) = delete;
+
+    Status run() {
+        if (info_ == nullptr) return noMemory();
+        for (const PngText& text : extras_.texts) {
+            const std::optional<std::vector<uint8_t>> data = compressedText(text);
+            if (!data) return noMemory();
+            texts_.push_back(*data);
+        }
+        if (runGuarded(
+                png_, [](void* self) { static_cast<Encoder*>(self)->write(); }, this))
+            return {};
+        return status_.ok() ? Status(Failure{std::string("The PNG picture cannot be written (") + message_ + ")."})
+                            : status_;
+    }
+
+private:
+    [[noreturn]] static void fail(png_structp png, png_const_charp message) {
+        auto* self = static_cast<Encoder*>(png_get_error_ptr(png));
+        std::snprintf(self->message_, sizeof self->message_, "%s", message);
+        png_longjmp(png, 1);
+    }
+    static void ignoreWarning(png_structp, png_const_charp) {}
+    static void flush(png_structp) {}
+    static void put(png_structp png, png_bytep data, size_t count) {
+        if (!static_cast<Encoder*>(png_get_io_ptr(png))->take({data, count})) png_error(png, "output failed");
+    }
+    /// Nothing may be thrown through libpng.
+    bool take(std::span<const uint8_t> data) {
+        try {
+            status_ = sink_(data);
+        } catch (const std::exception& error) {
+            status_ = Failure{error.what()};
+        }
+        return status_.ok();
+    }
+    bool proceed(int32_t row) {
+        if (!progress_ || row % 64 != 0) return true;
+        bool go = false;
+        try {
+            go = progress_(static_cast<double>(row) / bitmap_.height());
+        } catch (const std::exception&) {
+            go = false;
+        }
+        if (!go) status_ = Failure{"The operation was cancelled."};
+        return go;
+    }
+
+    void write() {
+        png_set_write_fn(png_, this, &Encoder::put, &Encoder::flush);
+        png_set_user_limits(png_, TBitmap::maxSide, TBitmap::maxSide);
+        png_set_IHDR(png_, info_, static_cast<png_uint_32>(bitmap_.width()), static_cast<png_uint_32>(bitmap_.height()),
+                     8, alpha_ ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+                     PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+        png_set_compression_level(png_, compressionLevel);
+        png_write_info(png_, info_);
+        for (const std::vector<uint8_t>& text : texts_) writeChunk("zTXt", text);
+        png_set_bgr(png_);
+        if (!alpha_ && bitmap_.format() == PixelFormat::Bgra32) png_set_filler(png_, 0, PNG_FILLER_AFTER);
+        for (int32_t y = 0; y < bitmap_.height(); ++y) {
+            if (!proceed(y)) png_error(png_, "cancelled");
+            png_write_row(png_, bitmap_.row(y));
+        }
+        for (const PngChunk& chunk : extras_.chunks) writeChunk(chunk.type.c_str(), chunk.data);
+        png_write_end(png_, nullptr);
+    }
+
+    void writeChunk(const char* type, std::span<const uint8_t> data) {
+        png_write_chunk(png_, reinterpret_cast<png_const_bytep>(type), data.data(), data.size());
+    }
+
+    const TBitmap& bitmap_;
+    const PngExtras& extras_;
+    const ByteSink& sink_;
+    const Progress& progress_;
+    const bool alpha_;
+    std::vector<std::vector<uint8_t>> texts_;
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+    Status status_;
+    char message_[120] = "";
+};
+
+}  // namespace
+
+Status writePng(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress) {
+    if (bitmap.empty()) return Failure{"There is no picture to write."};
+    checkExtras(extras);
+    return Encoder(bitmap, extras, sink, progress).run();
+}
+
+Result<std::vector<uint8_t>> encodePng(const TBitmap& bitmap, const PngExtras& extras, const Progress& progress) {
+    std::vector<uint8_t> file;
+    const Status done = writePng(
+        bitmap, extras,
+        [&file](std::span<const uint8_t> data) {
+            file.insert(file.end(), data.begin(), data.end());
+            return Status();
+        },
+        progress);
+    if (!done) return done.failure();
+    return file;
+}
+
+}  // namespace glimmer

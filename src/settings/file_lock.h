@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+
+namespace glimmer {
+
+/// Keeps other processes of this program from reading and replacing a file between our reading and replacing it. The
+/// lock is a file of its own beside it, which vanishes with its holder. Waiting is bounded and the lock advisory: who
+/// cannot get it (a folder that takes no new file, a holder that hangs) goes on without, since replacing a file is
+/// safe in itself.
+class FileLock {
+public:
+    explicit FileLock(const std::filesystem::path& target);
+    ~FileLock();
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    FileLock(FileLock&&) = delete;
+    FileLock& operator=(FileLock&&) = delete;
+
+private:
+    std::filesystem::path path_;
+    int file_ = -1;
+};
+
+}  // namespace glimmer
