@@ -1,0 +1,41 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "settings/message_box.h"
+
+namespace glimmer::test {
+
+/// Answers message boxes by itself while it lives, and keeps what they said.
+class RecordedMessages : public MessageBoxes {
+public:
+    RecordedMessages() : before_(setMessageBoxes(this)) {}
+    ~RecordedMessages() override { setMessageBoxes(before_); }
+    RecordedMessages(const RecordedMessages&) = delete;
+    RecordedMessages& operator=(const RecordedMessages&) = delete;
+    RecordedMessages(RecordedMessages&&) = delete;
+    RecordedMessages& operator=(RecordedMessages&&) = delete;
+
+    struct Answer {
+        MessageAnswer answer;
+        bool check = false;  ///< tick the check box
+    };
+    std::deque<Answer> answers;     ///< for the next boxes; then each is closed
+    std::vector<Message> messages;  ///< shown so far
+
+    MessageAnswer show(const Message& message, bool* checked) override {
+        messages.push_back(message);
+        if (answers.empty()) return closingAnswer(message.buttons);
+        const Answer next = answers.front();
+        answers.pop_front();
+        if (checked != nullptr) *checked = next.check;
+        return next.answer;
+    }
+
+private:
+    MessageBoxes* before_;
+};
+
+}  // namespace glimmer::test
