@@ -23,9 +23,19 @@ private:
     uint8_t* data_;
 };
 
+PixelAllocator allocate = heapPixelMemory;
+
 std::string describe(int64_t width, int64_t height) { return std::to_string(width) + " x " + std::to_string(height); }
 
 }  // namespace
+
+std::unique_ptr<PixelMemory> heapPixelMemory(size_t count) {
+    auto memory = std::make_unique<OwnMemory>(count);
+    if (memory->data() == nullptr) return nullptr;
+    return memory;
+}
+
+void setPixelAllocator(PixelAllocator allocator) { allocate = allocator != nullptr ? allocator : heapPixelMemory; }
 
 Status TBitmap::check(int64_t width, int64_t height, PixelFormat format) {
     if (width < 1 || height < 1) return Failure{"A picture cannot be " + describe(width, height) + " pixels large."};
@@ -39,8 +49,8 @@ Status TBitmap::check(int64_t width, int64_t height, PixelFormat format) {
 
 Result<TBitmap> TBitmap::create(int32_t width, int32_t height, PixelFormat format) {
     if (Status fits = check(width, height, format); !fits) return fits.failure();
-    auto memory = std::make_unique<OwnMemory>(stride(width, format) * static_cast<size_t>(height));
-    if (memory->data() == nullptr)
+    std::unique_ptr<PixelMemory> memory = allocate(stride(width, format) * static_cast<size_t>(height));
+    if (memory == nullptr)
         return Failure{"There is not enough memory for a picture of " + describe(width, height) + " pixels."};
     return adopt(std::move(memory), width, height, format);
 }
@@ -54,6 +64,20 @@ TBitmap TBitmap::adopt(std::unique_ptr<PixelMemory> memory, int32_t width, int32
     bitmap.stride_ = stride(width, format);
     bitmap.format_ = format;
     return bitmap;
+}
+
+bool TBitmap::park() {
+    if (memory_ == nullptr || !memory_->park()) return parked();
+    data_ = nullptr;
+    return true;
+}
+
+Status TBitmap::wake() {
+    if (!parked()) return {};
+    data_ = memory_->wake();
+    if (data_ == nullptr)
+        return Failure{"There is not enough memory for a picture of " + describe(width_, height_) + " pixels."};
+    return {};
 }
 
 Result<TBitmap> TBitmap::clone() const {

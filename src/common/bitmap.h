@@ -23,7 +23,19 @@ class PixelMemory {
 public:
     virtual ~PixelMemory() = default;
     [[nodiscard]] virtual uint8_t* data() const = 0;
+    /// Keeps the bytes but gives up their addresses; false where that is not possible. data() is null afterwards.
+    virtual bool park() { return false; }
+    /// Undoes park(); null when no addresses can be had.
+    virtual uint8_t* wake() { return data(); }
 };
+
+/// Memory of the process's heap, zeroed; null when there is none. The usual allocator.
+std::unique_ptr<PixelMemory> heapPixelMemory(size_t count);
+
+/// Makes zeroed memory of that many bytes for TBitmap::create(); null when there is none.
+using PixelAllocator = std::unique_ptr<PixelMemory> (*)(size_t);
+/// Replaces the allocator, null for the usual one. For the start of a process.
+void setPixelAllocator(PixelAllocator allocator);
 
 /// A picture: rows from top to bottom, each padded to a multiple of 4 bytes. Move only; clone() copies.
 /// A 32-bit bitmap that has no transparency holds 255 in every fourth byte.
@@ -55,6 +67,13 @@ public:
     [[nodiscard]] Result<TBitmap> cropped(const Rect& area) const;
     /// A copy in the other format; a new alpha is 255, a lost one is dropped without blending.
     [[nodiscard]] Result<TBitmap> converted(PixelFormat format) const;
+
+    /// Gives up the address space of the pixels, where their memory can do that; answers whether it did. Until wake()
+    /// only the size and the format may be asked for.
+    bool park();
+    /// Brings the pixels of a parked picture back, unchanged. Fails when there is no room for them.
+    Status wake();
+    [[nodiscard]] bool parked() const { return data_ == nullptr && width_ > 0; }
 
     [[nodiscard]] bool empty() const { return width_ == 0; }
     [[nodiscard]] int32_t width() const { return width_; }

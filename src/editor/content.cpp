@@ -1,5 +1,6 @@
 #include "editor/content.h"
 
+#include <new>
 #include <utility>
 
 #include "common/assertion.h"
@@ -12,6 +13,11 @@ CaptureContent::CaptureContent(TBitmap picture, CaptureInfo info, TShapesList an
       annotations_(std::move(annotations)),
       listener_(std::move(listener)) {}
 
+const TBitmap& CaptureContent::picture() const {
+    if (picture_.parked() && !picture_.wake()) throw std::bad_alloc();
+    return picture_;
+}
+
 void CaptureContent::announceAnnotations(const Rect& area) {
     DocumentChange change;
     change.annotations = true;
@@ -20,6 +26,7 @@ void CaptureContent::announceAnnotations(const Rect& area) {
 }
 
 void CaptureContent::putPixels(Point at, const TBitmap& pixels) {
+    static_cast<void>(picture());  // awake
     copyPixels(picture_, at, pixels);
     DocumentChange change;
     change.pixels = true;

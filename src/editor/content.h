@@ -43,7 +43,12 @@ public:
 
     CaptureContent(TBitmap picture, CaptureInfo info, TShapesList annotations, Listener listener);
 
-    [[nodiscard]] const TBitmap& picture() const { return picture_; }
+    /// Wakes a parked picture first; throws std::bad_alloc when there is no room for it.
+    [[nodiscard]] const TBitmap& picture() const;
+    [[nodiscard]] Size pictureSize() const { return picture_.size(); }
+    /// Gives up the address space of the picture until it is asked for again; whether it did.
+    bool parkPicture() { return picture_.park(); }
+    [[nodiscard]] bool pictureParked() const { return picture_.parked(); }
     [[nodiscard]] const TShapesList& annotations() const { return annotations_; }
     [[nodiscard]] const CaptureInfo& info() const { return info_; }
     [[nodiscard]] const TBBShape* find(AnnotationId id) const { return annotations_.find(id); }
@@ -65,7 +70,7 @@ public:
 private:
     void announceAnnotations(const Rect& area);
 
-    TBitmap picture_;
+    mutable TBitmap picture_;  ///< mutable for waking only; the pixels stay
     CaptureInfo info_;
     TShapesList annotations_;
     Listener listener_;

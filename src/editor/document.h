@@ -36,11 +36,17 @@ public:
     CaptureDocument& operator=(CaptureDocument&&) = delete;
     ~CaptureDocument();
 
-    /// The clean background: pixel operations are in it, annotations are not. 32 bits.
+    /// The clean background: pixel operations are in it, annotations are not. 32 bits. Wakes a parked capture and
+    /// throws std::bad_alloc when there is no room for it.
     [[nodiscard]] const TBitmap& background() const { return content_.picture(); }
-    [[nodiscard]] Size size() const { return content_.picture().size(); }
+    [[nodiscard]] Size size() const { return content_.pictureSize(); }
     [[nodiscard]] const TShapesList& annotations() const { return content_.annotations(); }
     [[nodiscard]] const CaptureInfo& info() const { return content_.info(); }
+
+    /// Gives up the address space of the picture, for a capture that is not shown; background() brings it back. Whether
+    /// that was possible. Nothing that points into the picture may be alive.
+    bool park() { return content_.parkPicture(); }
+    [[nodiscard]] bool parked() const { return content_.pictureParked(); }
 
     /// Makes a change and puts it on the history (see TUndoRedoStack::run). The commands are in editor/commands/.
     Status run(std::unique_ptr<UndoCommand> command, Gesture gesture = 0);

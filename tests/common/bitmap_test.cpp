@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
+#include <vector>
 
 namespace glimmer {
 namespace {
@@ -78,6 +80,42 @@ TEST(Bitmap, FillAndCropStayInside) {
     EXPECT_EQ(part.size(), (Size{2, 3}));
     EXPECT_EQ(part.pixel(0, 0), rgb(1, 2, 3));
     EXPECT_FALSE(bitmap.cropped({5, 0, 9, 9}).ok());
+}
+
+/// Memory that hides its bytes while it is parked.
+class ParkingMemory final : public PixelMemory {
+public:
+    explicit ParkingMemory(size_t count) : bytes_(count) {}
+    [[nodiscard]] uint8_t* data() const override { return parked_ ? nullptr : bytes_.data(); }
+    bool park() override { return parked_ = true; }
+    uint8_t* wake() override {
+        parked_ = false;
+        return data();
+    }
+
+private:
+    mutable std::vector<uint8_t> bytes_;
+    bool parked_ = false;
+};
+
+TEST(Bitmap, AParkedPictureComesBackUnchanged) {
+    setPixelAllocator(
+        [](size_t count) -> std::unique_ptr<PixelMemory> { return std::make_unique<ParkingMemory>(count); });
+    TBitmap bitmap = noise(7, 5, PixelFormat::Bgra32, 5);
+    setPixelAllocator(nullptr);
+    const TBitmap copy = bitmap.clone().take();
+    EXPECT_FALSE(TBitmap().park());
+    EXPECT_FALSE(noise(2, 2, PixelFormat::Bgr24, 1).park());  // the heap keeps its addresses
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_TRUE(bitmap.park());
+        EXPECT_TRUE(bitmap.parked());
+        EXPECT_EQ(bitmap.size(), (Size{7, 5}));
+        TBitmap moved = std::move(bitmap);
+        EXPECT_TRUE(moved.wake().ok());
+        EXPECT_FALSE(moved.parked());
+        EXPECT_TRUE(samePixels(moved, copy));
+        bitmap = std::move(moved);
+    }
 }
 
 }  // namespace
