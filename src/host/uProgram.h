@@ -104,11 +104,17 @@ public:
     [[nodiscard]] bool hidden() const { return hidden_; }
     void setHidden(bool hidden) { hidden_ = hidden; }
     void skipNextCapture() { skipNext_ = true; }
+    /// Opens a web address without a host.
+    void openBrowser(const std::string& url);
     [[nodiscard]] const std::string& addonVersion() const { return addonVersion_; }
 
 private:
     struct Arrival;
+    static Status receive(Arrival& arrival, std::optional<std::span<const uint8_t>> pngData,
+                          std::optional<TBitmap> bitmap, Size size);
     CaptureDocument* createEditor(Arrival& arrival);
+    static std::string editorWarning();
+    static void warnInFront(const std::string& text);
     void refuse(const std::string& text);
     void runAction(CaptureDocument& document, CaptureAction action);
     void followUp(CaptureAction action);

@@ -56,10 +56,6 @@ bool isUnwanted(std::u16string_view text, size_t at) {
 
 }  // namespace
 
-std::string defaultFileNameTemplate(bool standalone) {
-    return standalone ? "ZK Screen Capture #%n" : "Vistrane Screen Capture #%n - '%t' - %u";
-}
-
 std::string withoutForbiddenCharacters(std::string_view name) {
     constexpr std::array<std::pair<const char*, const char*>, 10> replacements{{{"/", "_"},
                                                                                 {".", "_"},

@@ -19,9 +19,6 @@ struct FileNameTemplate {
     static constexpr int32_t largestNumber = 32767;
 };
 
-/// The template of a fresh installation; the standalone program has a name of its own.
-std::string defaultFileNameTemplate(bool standalone);
-
 /// The default name, without folder and extension, of a capture of the page `address` called `title`. Raises
 /// `settings.nextNumber` when the template uses it. The name holds at most 251 UTF-16 units, is never empty, leads
 /// out of no folder and is one that Windows accepts.

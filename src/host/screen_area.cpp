@@ -1,0 +1,77 @@
+#include "host/screen_area.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+namespace glimmer {
+
+namespace {
+
+BOOL CALLBACK rememberMonitor(HMONITOR /*monitor*/, HDC /*dc*/, LPRECT area, LPARAM list) {
+    reinterpret_cast<std::vector<Rect>*>(list)->push_back({area->left, area->top, area->right, area->bottom});
+    return TRUE;
+}
+
+struct ScreenDc {
+    ScreenDc() : dc(GetDC(nullptr)) {}
+    ~ScreenDc() { ReleaseDC(nullptr, dc); }
+    ScreenDc(const ScreenDc&) = delete;
+    ScreenDc& operator=(const ScreenDc&) = delete;
+    ScreenDc(ScreenDc&&) = delete;
+    ScreenDc& operator=(ScreenDc&&) = delete;
+    HDC dc;
+};
+
+struct DeleteDcCall {
+    void operator()(HDC dc) const { DeleteDC(dc); }
+};
+struct DeleteObjectCall {
+    void operator()(HBITMAP bitmap) const { DeleteObject(bitmap); }
+};
+
+}  // namespace
+
+Rect wholeScreen() {
+    const int left = GetSystemMetrics(SM_XVIRTUALSCREEN);
+    const int top = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    return {left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN), top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+}
+
+Rect captureArea(int32_t monitor) {
+    std::vector<Rect> monitors;
+    EnumDisplayMonitors(nullptr, nullptr, rememberMonitor, reinterpret_cast<LPARAM>(&monitors));
+    if (monitor < 0 || static_cast<size_t>(monitor) >= monitors.size()) return wholeScreen();
+    return monitors[static_cast<size_t>(monitor)];
+}
+
+Result<TBitmap> grabScreen(const Rect& area) {
+    const Failure cannotRead{"The screen cannot be read."};
+    Result<TBitmap> picture = TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
+    if (!picture) return picture;
+    const ScreenDc screen;
+    const std::unique_ptr<std::remove_pointer_t<HDC>, DeleteDcCall> memory(CreateCompatibleDC(screen.dc));
+    const std::unique_ptr<std::remove_pointer_t<HBITMAP>, DeleteObjectCall> copy(
+        CreateCompatibleBitmap(screen.dc, area.width(), area.height()));
+    if (!memory || !copy) return cannotRead;
+    HGDIOBJ const before = SelectObject(memory.get(), copy.get());
+    const BOOL copied =
+        BitBlt(memory.get(), 0, 0, area.width(), area.height(), screen.dc, area.left, area.top, SRCCOPY | CAPTUREBLT);
+    SelectObject(memory.get(), before);
+    BITMAPINFO format{};
+    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biWidth = area.width();
+    format.bmiHeader.biHeight = -area.height();  // from the top
+    format.bmiHeader.biPlanes = 1;
+    format.bmiHeader.biBitCount = 32;
+    if (copied == FALSE || GetDIBits(screen.dc, copy.get(), 0, static_cast<UINT>(area.height()),
+                                     picture->bytes().data(), &format, DIB_RGB_COLORS) != area.height())
+        return cannotRead;
+    // The screen has no alpha; the fourth byte is of no meaning.
+    std::span<uint8_t> bytes = picture->bytes();
+    for (size_t i = 3; i < bytes.size(); i += 4) bytes[i] = 255;
+    return picture;
+}
+
+}  // namespace glimmer

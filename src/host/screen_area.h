@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+
+#include "common/bitmap.h"
+#include "common/geometry.h"
+
+namespace glimmer {
+
+/// The part of the desktop that a capture without a picture shows: the monitor with that index (from 0), or the
+/// whole screen when there is no such monitor. Screen coordinates; they may be negative.
+Rect captureArea(int32_t monitor);
+
+/// The whole screen, all monitors together.
+Rect wholeScreen();
+
+/// What the screen shows in that area, windows with transparency included.
+Result<TBitmap> grabScreen(const Rect& area);
+
+}  // namespace glimmer

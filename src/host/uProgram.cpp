@@ -1,0 +1,315 @@
+#include "host/uProgram.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+
+#include <ctime>
+#include <utility>
+
+#include "common/files.h"
+#include "common/host_kind.h"
+#include "common/text.h"
+#include "common/vendor.h"
+#include "editor/document.h"
+#include "host/memory_guard.h"
+#include "host/screen_area.h"
+#include "imaging/png_codec.h"
+#include "imaging/scaling.h"
+#include "output/uMainEditor.h"
+#include "output/uSaver.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+
+namespace glimmer {
+
+std::unique_ptr<TProgram> pProgram;
+
+namespace {
+
+uint64_t availableMemory() {
+    MEMORYSTATUSEX status{};
+    status.dwLength = sizeof status;
+    // Without an answer the capture is tried; the probe comes after this.
+    return GlobalMemoryStatusEx(&status) != FALSE ? status.ullAvailPhys : UINT64_MAX;
+}
+
+bool probeBitmap(Size size) { return TBitmap::create(size.width, size.height, PixelFormat::Bgra32).ok(); }
+
+void openBrowser(const std::string& url) {
+    const std::u16string wide = toUtf16(url);
+    ShellExecuteW(nullptr, L"open", reinterpret_cast<const wchar_t*>(wide.c_str()), nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+/// What a host would do with a request, in the standalone program. It has no resume command, no page to scroll and
+/// no capture keys of its own, so one request is left.
+void standaloneNotify(const std::string& name, const std::string& value) {
+    if (name == "openURL" && pProgram) pProgram->openBrowser(value);
+}
+
+}  // namespace
+
+/// A capture while it is being taken.
+struct TProgram::Arrival {
+    CaptureInfo info;
+    TBitmap picture;  ///< empty: none was given
+};
+
+TProgram::TProgram(std::string addonVersion, ProgramSeams seams)
+    : addonVersion_(std::move(addonVersion)), seams_(std::move(seams)) {
+    if (!seams_.availableMemory) seams_.availableMemory = glimmer::availableMemory;
+    if (!seams_.probeBitmap) seams_.probeBitmap = glimmer::probeBitmap;
+    if (!seams_.openBrowser) seams_.openBrowser = glimmer::openBrowser;
+}
+
+TProgram::~TProgram() {
+    if (isStandalone()) setNotifyHandler(nullptr);
+}
+
+bool TProgram::initialize() {
+    if (isStandalone()) setNotifyHandler(standaloneNotify);
+    return true;
+}
+
+void TProgram::closeWindows() {
+    if (pMainEditor == nullptr) return;
+    pMainEditor->Hide();
+    pMainEditor->Close(true);
+    pMainEditor = nullptr;
+}
+
+void TProgram::prepareMainEditor() {
+    if (pMainEditor != nullptr) return;
+    pMainEditor = new TMainEditor();
+    pMainEditor->setCommands({{}, [this] { showOptions(); }, [this] { tellResumeState(); }});
+}
+
+void TProgram::HandleCapture(const std::string& url, const std::string& title, const std::string& tag,
+                             std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap,
+                             uint32_t action, int32_t width, int32_t height) {
+    (void)tag;  // its content has no meaning
+    if (std::exchange(skipNext_, false)) return;
+    encodedText_.clear();
+    encodedImage_.clear();
+    savedPath_.clear();
+
+    Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
+    Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
+    emptyCapture_ = arrival.picture.empty();
+    const auto chosen = static_cast<CaptureAction>(action);
+    if (!received) {
+        showError(received.message());
+    } else if (CaptureDocument* document = createEditor(arrival)) {
+        emptyCapture_ = false;
+        runAction(*document, chosen);
+    }
+    followUp(chosen);
+    tellResumeState();
+}
+
+/// Decodes and fits the picture. A picture that cannot be used fails; none at all does not.
+Status TProgram::receive(Arrival& arrival, std::optional<std::span<const uint8_t>> pngData,
+                         std::optional<TBitmap> bitmap, Size size) {
+    if (pngData) {
+        Result<PngPicture> decoded = readPng(*pngData);
+        if (!decoded) return decoded.failure();
+        arrival.picture = std::move(decoded->bitmap);
+    } else if (bitmap) {
+        arrival.picture = std::move(*bitmap);
+    }
+    if (arrival.picture.empty() || size.width <= 0 || size.height <= 0 || arrival.picture.size() == size) return {};
+    Result<TBitmap> fitted = resized(arrival.picture, size.width, size.height);
+    arrival.picture = TBitmap();
+    if (!fitted) return fitted.failure();
+    arrival.picture = fitted.take();
+    return {};
+}
+
+CaptureDocument* TProgram::createEditor(Arrival& arrival) {
+    ++captureCount_;
+    if (const std::optional<std::string> low = lowMemoryWarning(seams_.availableMemory())) {
+        warnInFront(*low);
+        refuse(captureImpossibleText());
+        return nullptr;
+    }
+
+    const Rect area = captureArea(OptionsHolder().number("spnSelectedCaptureSource"));
+    const Size screen{wholeScreen().width(), wholeScreen().height()};
+    const bool empty = arrival.picture.empty();
+    const Size probe = empty ? Size{area.width(), area.height()} : probeSize(arrival.picture.size(), screen);
+    if (!seams_.probeBitmap(probe)) {
+        refuse(editorWarning());
+        return nullptr;
+    }
+
+    if (empty) {
+        const bool fromScreen = OptionsHolder().on("chkStartFromScreen");
+        Result<TBitmap> picture =
+            fromScreen ? grabScreen(area) : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
+        if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
+        if (!picture) {
+            refuse(editorWarning());
+            return nullptr;
+        }
+        arrival.picture = picture.take();
+    }
+    Result<std::unique_ptr<CaptureDocument>> document =
+        CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info));
+    if (!document) {
+        refuse(editorWarning());
+        return nullptr;
+    }
+    prepareMainEditor();
+    return &pMainEditor->addEditor(document.take());
+}
+
+std::string TProgram::editorWarning() { return "There is not enough memory to open this screenshot in the editor."; }
+
+void TProgram::warnInFront(const std::string& text) {
+    if (pMainEditor != nullptr) pMainEditor->bringForward();
+    showWarning(text);
+}
+
+void TProgram::refuse(const std::string& text) {
+    warnInFront(text);
+    ++refusedCount_;
+}
+
+void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
+    switch (action) {
+        case CaptureAction::Edit:
+            if (!isStandalone()) offerIntegration();
+            if (!hidden_) {
+                pMainEditor->setDisplayState(DisplayState::Shown);
+                pMainEditor->applyDisplayState();
+            }
+            break;
+        case CaptureAction::Save:
+        case CaptureAction::SaveAutomatically: {
+            const SaveMode mode = action == CaptureAction::Save ? SaveMode::Interactive : SaveMode::Automatic;
+            if (const auto path = TSaver().savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
+            break;
+        }
+        case CaptureAction::Copy:
+            pMainEditor->btnCopyClick();
+            break;
+        case CaptureAction::Mail:
+            pMainEditor->btnMailClick();
+            break;
+        case CaptureAction::ExternalViewer:
+            pMainEditor->btnExternalViewerClick();
+            break;
+        case CaptureAction::Upload:
+            pMainEditor->btnUploadClick();
+            break;
+        case CaptureAction::Print:
+            pMainEditor->btnPrintClick();
+            break;
+        case CaptureAction::EncodeText:
+        case CaptureAction::EncodeImage: {
+            Result<std::vector<uint8_t>> png = encodePng(document.background());
+            if (!png) {
+                showError(png.message());
+            } else if (action == CaptureAction::EncodeText) {
+                encodedText_ = base64Encode(*png);
+            } else {
+                encodedImage_ = png.take();
+            }
+            break;
+        }
+        case CaptureAction::Load:
+        default:
+            break;
+    }
+}
+
+void TProgram::followUp(CaptureAction action) {
+    if (pMainEditor == nullptr) return;
+    const bool edit = action == CaptureAction::Edit;
+    if (edit && hidden_ && pMainEditor->displayState() == DisplayState::Away) {
+        pMainEditor->setDisplayState(DisplayState::Shown);
+        pMainEditor->applyDisplayState();
+    }
+    const bool mayShow = !hidden_ && !isStandalone();
+    if (pMainEditor->displayState() == DisplayState::Held || (edit && !mayShow)) return;
+    if (mayShow) {
+        pMainEditor->showRoutine();
+    } else {
+        pMainEditor->hiddenRoutine();
+    }
+}
+
+void TProgram::offerIntegration() {
+    Options& options = OptionsHolder();
+    if (!options.on("chkFirstPromotionIEIntegration")) return;
+    options.setOn("chkFirstPromotionIEIntegration", false);
+    saveOptions();
+    const Message question{"Do you want Vistrane to be available in Internet Explorer?", "Vistrane Integration",
+                           MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::Yes};
+    if (showMessage(question) == MessageAnswer::Yes) integrateIntoIE();
+}
+
+void TProgram::integrateIntoIE() { notifyHost("openURL", std::string(vendorSite) + "/internet-explorer.htm"); }
+
+bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && pMainEditor->editorCount() > 0; }
+
+void TProgram::resumeEditing() {
+    if (!resumeAvailable()) return;
+    hidden_ = false;
+    pMainEditor->showRoutine();
+    pMainEditor->SetFocus();
+}
+
+void TProgram::tellResumeState() const { notifyHost("enableResumeMenu", resumeAvailable() ? "enable" : "disable"); }
+
+void TProgram::showOptions() {
+    // The host keeps its own capture keys still while they are being set here.
+    notifyHost("setupMode", "true");
+    notifyHost("setupMode", "false");
+}
+
+void TProgram::openFile() {
+    prepareMainEditor();
+    pMainEditor->btnLoadProjectClick();
+}
+
+bool TProgram::openFileInEditor(const std::string& path) {
+    prepareMainEditor();
+    if (!pMainEditor->openFile(path)) return false;
+    restoreApplication();
+    tellResumeState();
+    return true;
+}
+
+bool TProgram::openFromClipboard() { return false; }
+
+void TProgram::processInfo(const std::string& text) { notifyHost("getInfo", text); }
+
+bool TProgram::storeEncodedContent(const std::string& base64Text) {
+    const std::optional<std::vector<uint8_t>> data = base64Decode(base64Text);
+    if (!data || data->empty() || !readPng(*data)) return false;
+    const int32_t refusedBefore = refusedCount_;
+    HandleCapture({}, {}, {}, *data, std::nullopt, static_cast<uint32_t>(CaptureAction::Load), 0, 0);
+    return refusedCount_ == refusedBefore;
+}
+
+void TProgram::hideApplication() {
+    Message question{"The windows of the program will be hidden. Its icon in the notification area brings them back.",
+                     "Hiding Vistrane", MessageIcon::Information, MessageButtons::OkCancel};
+    if (showRemembered("cmbHideBeforeNavigation", std::move(question)) == MessageAnswer::Cancel) return;
+    hidden_ = true;
+    if (pMainEditor == nullptr) return;
+    pMainEditor->setDisplayState(DisplayState::Away);
+    pMainEditor->applyDisplayState();
+}
+
+void TProgram::restoreApplication() {
+    hidden_ = false;
+    if (pMainEditor == nullptr) return;
+    pMainEditor->setDisplayState(DisplayState::Shown);
+    pMainEditor->applyDisplayState();
+}
+
+void TProgram::openBrowser(const std::string& url) { seams_.openBrowser(url); }
+
+}  // namespace glimmer

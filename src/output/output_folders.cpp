@@ -1,0 +1,68 @@
+#include "output/output_folders.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shlobj.h>
+
+#include <system_error>
+
+#include "common/files.h"
+#include "common/host_kind.h"
+#include "settings/settings.h"
+
+namespace glimmer {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view lastFolderKey = "LastSaveFolder";
+
+fs::path systemFolder(int id) {
+    wchar_t path[MAX_PATH] = {};
+    if (SHGetFolderPathW(nullptr, id | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK) return {};
+    return path;
+}
+
+/// The folder, made when missing and tried for access. `number` tells in the message which of them it was.
+Result<fs::path> usableFolder(const fs::path& parent, const fs::path& folder, int number) {
+    const fs::path path = parent / folder;
+    std::error_code error;
+    fs::create_directories(path, error);
+    if (!parent.empty() && fs::is_directory(path, error)) {
+        const fs::directory_iterator entered(path, error);
+        if (!error) return path;
+    }
+    std::string message = "[";
+    message += std::to_string(number);
+    message += "] Failed to get access to folder \"";
+    message += utf8FromPath(path);
+    message += '"';
+    return Failure{message};
+}
+
+/// The standalone program keeps its files under its own name.
+fs::path productFolder() { return isStandalone() ? "Glimmerpad" : "Vistrane"; }
+
+}  // namespace
+
+fs::path picturesFolder() {
+    const fs::path pictures = systemFolder(CSIDL_MYPICTURES);
+    return pictures.empty() ? fs::path(".") : pictures;
+}
+
+Result<fs::path> mailFolder() { return usableFolder(systemFolder(CSIDL_APPDATA), productFolder() / "mail", 1); }
+Result<fs::path> publishFolder() { return usableFolder(systemFolder(CSIDL_APPDATA), productFolder() / "publish", 2); }
+Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(CSIDL_MYPICTURES), "Vistrane", 4); }
+
+fs::path lastSaveFolder() {
+    const fs::path folder = pathFromUtf8(settings().readString(settingsSection(group::general), lastFolderKey));
+    std::error_code error;
+    return !folder.empty() && fs::is_directory(folder, error) ? folder : picturesFolder();
+}
+
+void rememberSaveFolder(const fs::path& folder) {
+    settings().writeString(settingsSection(group::general), lastFolderKey, utf8FromPath(folder));
+}
+
+}  // namespace glimmer
