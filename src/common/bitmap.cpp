@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string>
 
+#include "common/row_conversion.h"
+
 namespace glimmer {
 
 namespace {
@@ -97,24 +99,7 @@ Result<TBitmap> TBitmap::converted(PixelFormat format) const {
     if (format == format_) return clone();
     Result<TBitmap> result = create(width_, height_, format);
     if (!result) return result;
-    for (int32_t y = 0; y < height_; ++y) {
-        const uint8_t* from = row(y);
-        uint8_t* to = result->row(y);
-        if (format == PixelFormat::Bgr24) {
-            for (int32_t x = 0; x < width_; ++x, from += 4, to += 3) {
-                to[0] = from[0];
-                to[1] = from[1];
-                to[2] = from[2];
-            }
-        } else {
-            for (int32_t x = 0; x < width_; ++x, from += 3, to += 4) {
-                to[0] = from[0];
-                to[1] = from[1];
-                to[2] = from[2];
-                to[3] = 255;
-            }
-        }
-    }
+    convertPixels(*result, *this);
     return result;
 }
 
@@ -170,6 +155,18 @@ void copyPixels(TBitmap& target, Point at, const TBitmap& source, const Rect& fr
     for (int64_t y = top; y < bottom; ++y)
         std::memmove(target.row(static_cast<int32_t>(y + dy)) + static_cast<size_t>(left + dx) * step,
                      source.row(static_cast<int32_t>(y)) + static_cast<size_t>(left) * step, length);
+}
+
+void convertPixels(TBitmap& target, const TBitmap& source) {
+    const auto count = static_cast<size_t>(source.width());
+    for (int32_t y = 0; y < source.height(); ++y) {
+        if (target.format() == source.format())
+            std::memcpy(target.row(y), source.row(y), count * source.bytesPerPixel());
+        else if (target.format() == PixelFormat::Bgra32)
+            widenRow(target.row(y), source.row(y), count);
+        else
+            narrowRow(target.row(y), source.row(y), count);
+    }
 }
 
 bool samePixels(const TBitmap& a, const TBitmap& b) {

@@ -122,6 +122,10 @@ void copyPixels(TBitmap& target, Point at, const TBitmap& source);
 /// The same for the part `from` of the source.
 void copyPixels(TBitmap& target, Point at, const TBitmap& source, const Rect& from);
 
+/// Copies all pixels into another picture of the same size and any format; a new alpha is 255, a lost one is dropped
+/// without blending.
+void convertPixels(TBitmap& target, const TBitmap& source);
+
 /// Whether both have the same size and the same colours and alphas, whatever their formats.
 bool samePixels(const TBitmap& a, const TBitmap& b);
 

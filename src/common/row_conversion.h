@@ -1,0 +1,13 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace glimmer {
+
+/// Copies `count` pixels of 3 bytes to pixels of 4, the fourth byte 255. The two must not overlap.
+void widenRow(uint8_t* to, const uint8_t* from, size_t count);
+/// Copies `count` pixels of 4 bytes to pixels of 3. The two must not overlap.
+void narrowRow(uint8_t* to, const uint8_t* from, size_t count);
+
+}  // namespace glimmer
