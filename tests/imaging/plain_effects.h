@@ -57,7 +57,7 @@ inline void blurLine(const Kernel& kernel, std::vector<uint8_t>& line, std::vect
         temporary[at + 1] = static_cast<uint8_t>(static_cast<int>(green));
         temporary[at + 2] = static_cast<uint8_t>(static_cast<int>(red));
     }
-    std::copy(temporary.begin(), temporary.begin() + (n + 1) * 3, line.begin());
+    for (size_t i = 0; i < (static_cast<size_t>(n) + 1) * 3; ++i) line[i] = temporary[i];
 }
 
 inline void blur(TBitmap& bitmap, double radius) {
