@@ -43,8 +43,16 @@ endfunction()
 # A test of the application's own classes and forms, in a program that has the toolkit running (tests/windows/).
 function(glimmer_windows_test name)
     if(WIN32)
+        if(NOT TARGET glimmer_windows_test_support)
+            # The main function, and what drives forms.
+            add_library(glimmer_windows_test_support OBJECT
+                ${PROJECT_SOURCE_DIR}/tests/support/windows/forms.cpp
+                ${PROJECT_SOURCE_DIR}/tests/support/windows/wx_test_main.cpp)
+            target_include_directories(glimmer_windows_test_support PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+            target_link_libraries(glimmer_windows_test_support PRIVATE glimmer_app GTest::gtest)
+        endif()
         glimmer_test_program(${name} windows ${ARGN})
-        target_link_libraries(${name} PRIVATE glimmer_app glimmer_core glimmer_app)
+        target_link_libraries(${name} PRIVATE glimmer_windows_test_support glimmer_app glimmer_core glimmer_app psapi)
         # Windows share the screen, the keyboard and the clipboard.
         set_tests_properties(windows.${name} PROPERTIES RUN_SERIAL ON)
     endif()

@@ -6,13 +6,11 @@
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/dialog.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/stattext.h>
-// clang-format off
-#include <windows.h>
-// clang-format on
 
 #include <utility>
 #include <vector>

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "common/assertion.h"
+#include "settings/hot_key.h"
 
 namespace glimmer {
 

@@ -15,13 +15,9 @@ enum class OptionKind : uint8_t {
     Combo,   ///< index into a fixed list of texts
     Spin,    ///< a number in a range
     Colour,  ///< 0x00BBGGRR
-    HotKey,  ///< shortcut value: virtual key code in the low byte, shiftFlag, ctrlFlag, altFlag
+    HotKey,  ///< shortcut value, see hot_key.h
     Text,    ///< any text; also a choice from a list that each machine fills differently
 };
-
-inline constexpr int32_t hotKeyShift = 0x2000;
-inline constexpr int32_t hotKeyCtrl = 0x4000;
-inline constexpr int32_t hotKeyAlt = 0x8000;
 
 /// One option: a control of the options form, kept under its name.
 struct Option {
