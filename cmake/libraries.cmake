@@ -22,6 +22,7 @@ endfunction()
 
 glimmer_library(gif HEADER gif_lib.h LIBRARIES gif)
 glimmer_library(cjson HEADER cjson/cJSON.h LIBRARIES cjson)
+target_compile_definitions(glimmer_dep_cjson INTERFACE CJSON_HIDE_SYMBOLS)
 glimmer_library(simpleini HEADER SimpleIni.h)
 if(WIN32)
     glimmer_library(cairo HEADER cairo.h SUFFIXES cairo LIBRARIES cairo pixman-1)

@@ -1,0 +1,81 @@
+/* demo_host.exe [picture.png]: what a browser add-on does, in plain C. Loads the library, hands over a page capture and
+ * prints where it was saved. */
+#include <stdio.h>
+#include <stdlib.h>
+#include <windows.h>
+/* After windows.h, which it needs. */
+#include <shlobj.h>
+
+#include "glimmerpad.h"
+
+static void GLIMMERPAD_NOTIFY notify(const char* name, const wchar_t* value) {
+    fprintf(stderr, "host is asked: %s %ls\n", name, value);
+}
+
+static void* read_file(const wchar_t* path) {
+    FILE* file = _wfopen(path, L"rb");
+    if (file == NULL) return NULL;
+    fseek(file, 0, SEEK_END);
+    const long length = ftell(file);
+    rewind(file);
+    void* data = length > 0 ? malloc((size_t)length) : NULL;
+    if (data != NULL && fread(data, 1, (size_t)length, file) != (size_t)length) {
+        free(data);
+        data = NULL;
+    }
+    fclose(file);
+    return data;
+}
+
+/* The newest PNG file in the user's pictures folder, where captures are saved at first, if it is newer than `since`. */
+static int newest_picture(const FILETIME* since, wchar_t path[MAX_PATH]) {
+    wchar_t folder[MAX_PATH], pattern[MAX_PATH];
+    WIN32_FIND_DATAW entry;
+    FILETIME newest = *since;
+    int found = 0;
+    if (FAILED(SHGetFolderPathW(NULL, CSIDL_MYPICTURES, NULL, SHGFP_TYPE_CURRENT, folder))) return 0;
+    _snwprintf(pattern, MAX_PATH, L"%ls\\*.png", folder);
+    HANDLE search = FindFirstFileW(pattern, &entry);
+    if (search == INVALID_HANDLE_VALUE) return 0;
+    do {
+        if (CompareFileTime(&entry.ftLastWriteTime, &newest) < 0) continue;
+        newest = entry.ftLastWriteTime;
+        _snwprintf(path, MAX_PATH, L"%ls\\%ls", folder, entry.cFileName);
+        found = 1;
+    } while (FindNextFileW(search, &entry));
+    FindClose(search);
+    return found;
+}
+
+static int fail(const char* text) {
+    fprintf(stderr, "demo_host: %s\n", text);
+    return 1;
+}
+
+int wmain(int count, wchar_t** arguments) {
+    const wchar_t* picture = count > 1 ? arguments[1] : L"samples\\article-1280x1024.png";
+    void* png = read_file(picture);
+    if (png == NULL) return fail("the picture cannot be read");
+
+    HMODULE library = LoadLibraryW(L"glimmerpad.dll");
+    if (library == NULL) return fail("glimmerpad.dll cannot be loaded");
+    GlimmerpadInitLibrary init_library = (GlimmerpadInitLibrary)(void (*)(void))GetProcAddress(library, "initLibrary");
+    GlimmerpadInterface glimmerpad = {.version = GLIMMERPAD_INTERFACE_VERSION};
+    if (init_library == NULL || !init_library(&glimmerpad, sizeof glimmerpad)) {
+        return fail("the library speaks another version");
+    }
+
+    FILETIME before;
+    GetSystemTimeAsFileTime(&before);
+    const GlimmerpadHostRecord host = {notify};
+    glimmerpad.hostInit(GLIMMERPAD_CHROME, &host);
+    glimmerpad.hostCapture(L"http://example.com/article.html", L"An article with pictures", L"", png,
+                           GLIMMERPAD_SAVE_QUIETLY, 0, 0);
+    glimmerpad.hostShutdown();
+    free(png);
+
+    wchar_t path[MAX_PATH];
+    if (!newest_picture(&before, path)) return fail("no picture was saved");
+    printf("%ls\n", path);
+    return 0;
+}

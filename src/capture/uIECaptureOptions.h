@@ -1,0 +1,34 @@
+#pragma once
+
+#include <wx/dialog.h>
+
+#include "capture/capture_options.h"
+
+class wxCheckBox;
+class wxRadioButton;
+class wxSpinCtrl;
+
+namespace glimmer {
+
+/// The form for the options of captures that a host delivers. OK stores them.
+class TIECaptureOptions : public wxDialog {
+public:
+    explicit TIECaptureOptions(wxWindow* parent);
+
+    /// What the controls show.
+    [[nodiscard]] CaptureOptions shown() const;
+
+private:
+    void show(const CaptureOptions& options);
+    void enableSizes();
+    void btnOKClick();
+
+    wxCheckBox* chkPlaySound_;
+    wxCheckBox* chkPerformUpdateCheck_;
+    wxRadioButton* radPercent_;
+    wxSpinCtrl* spnPercent_;
+    wxRadioButton* radFixedWidth_;
+    wxSpinCtrl* spnFixedWidth_;
+};
+
+}  // namespace glimmer

@@ -1,0 +1,64 @@
+#include "common/json.h"
+
+#include <cjson/cJSON.h>
+
+namespace glimmer {
+
+namespace {
+
+/// Whether brackets go no deeper than `limit`. Only brackets outside of strings count; whether they match is the
+/// parser's affair. Counted beforehand, since the parser descends one call for each level.
+bool nestingWithin(std::string_view text, int limit) {
+    int depth = 0;
+    bool inString = false;
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (inString) {
+            if (c == '\\') {
+                ++i;
+            } else if (c == '"') {
+                inString = false;
+            }
+        } else if (c == '"') {
+            inString = true;
+        } else if (c == '{' || c == '[') {
+            if (++depth > limit) return false;
+        } else if (c == '}' || c == ']') {
+            --depth;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+void JsonObject::Deleter::operator()(cJSON* tree) const { cJSON_Delete(tree); }
+
+std::optional<JsonObject> JsonObject::parse(std::string_view text, Limits limits) {
+    text = text.substr(0, text.find('\0'));
+    if (text.size() > limits.bytes || !nestingWithin(text, limits.depth)) return std::nullopt;
+    const std::string terminated(text);
+    // The length includes the zero: only blanks may stand between the object's end and it.
+    JsonObject object(cJSON_ParseWithLengthOpts(terminated.c_str(), terminated.size() + 1, nullptr, 1));
+    if (!object.tree_ || cJSON_IsObject(object.tree_.get()) == 0) return std::nullopt;
+    return object;
+}
+
+bool JsonObject::has(const char* name) const { return cJSON_GetObjectItemCaseSensitive(tree_.get(), name) != nullptr; }
+
+std::string_view JsonObject::textView(const char* name) const {
+    const cJSON* item = cJSON_GetObjectItemCaseSensitive(tree_.get(), name);
+    const char* value = cJSON_IsString(item) != 0 ? item->valuestring : nullptr;
+    return value != nullptr ? std::string_view(value) : std::string_view();
+}
+
+std::string JsonObject::text(const char* name) const { return std::string(textView(name)); }
+
+int32_t JsonObject::integer(const char* name, int32_t fallback) const {
+    const cJSON* item = cJSON_GetObjectItemCaseSensitive(tree_.get(), name);
+    if (cJSON_IsNumber(item) != 0) return item->valueint;
+    if (cJSON_IsBool(item) != 0) return cJSON_IsTrue(item) != 0 ? 1 : 0;
+    return fallback;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,122 @@
+// Commands whose arguments are a function name and a JSON payload.
+
+#include <windows.h>
+
+#include <array>
+#include <optional>
+#include <string>
+
+#include "capture/capture_options.h"
+#include "capture/tile_join.h"
+#include "capture/window_grab.h"
+#include "common/json.h"
+#include "common/sound.h"
+#include "glimmerpad.h"
+#include "host/delivery.h"
+#include "host/host_commands.h"
+#include "host/host_state.h"
+#include "host/json_payload.h"
+#include "host/readable_memory.h"
+#include "host/start_rules.h"
+#include "host/uProgram.h"
+#include "settings/message_box.h"
+#include "settings/settings.h"
+
+namespace glimmer {
+
+namespace {
+
+/// The bytes of a payload in the host's memory; nothing when it is missing, too long or not readable.
+std::optional<std::span<const uint8_t>> payloadBytes(uintptr_t argument) {
+    const auto* payload = reinterpret_cast<const GlimmerpadPayload*>(argument);
+    if (!isReadable(reinterpret_cast<const uint8_t*>(payload), sizeof *payload)) return std::nullopt;
+    const auto* bytes = static_cast<const uint8_t*>(payload->bytes);
+    if (payload->length > GLIMMERPAD_MAX_PAYLOAD || !isReadable(bytes, payload->length)) return std::nullopt;
+    return std::span(bytes, payload->length);
+}
+
+int32_t captureInit() {
+    HostState& state = hostState();
+    state.captureTiles.clear();
+    state.ChromeRenderWidget = findChromeRenderWidget();
+    if (state.ChromeRenderWidget != nullptr) return 1;
+    showError("An error occured while capturing from Chrome.\nMake sure Chrome browser is active when capturing.");
+    return 0;
+}
+
+int32_t captureTab() {
+    HostState& state = hostState();
+    if (state.ChromeRenderWidget == nullptr) return 0;
+    Result<TBitmap> tile = grabWindow(state.ChromeRenderWidget);
+    if (!tile) return 0;
+    state.captureTiles.push_back(tile.take());
+    return 1;
+}
+
+int32_t captureDone(const JsonObject& parameters) {
+    PageTiles page = PageTiles::read(parameters);
+    std::vector<TBitmap> tiles = std::move(hostState().captureTiles);
+    hostState().captureTiles.clear();
+    if (!page.joinable() || tiles.empty() || !ensureProgram()) return 0;
+    prepareMainEditor();
+    const CaptureOptions options = CaptureOptions::load(settings());
+    if (options.playSound) playSound(Sound::Capture);
+    Result<TBitmap> joined = joinTiles(page, std::move(tiles), GetSystemMetrics(SM_CXVSCROLL));
+    if (!joined) {
+        showError(joined.message());
+        return 0;
+    }
+    const Size output = options.outputFor(joined->size());
+    Delivery delivery;
+    delivery.url = std::move(page.url);
+    delivery.title = std::move(page.title);
+    delivery.tag = std::move(page.key);
+    delivery.bitmap = joined.take();
+    delivery.action = splitCaptureCode(page.action).action;
+    delivery.width = output.width;
+    delivery.height = output.height;
+    deliver(std::move(delivery));
+    return 1;
+}
+
+/// "captureFX" and "openIECapture": a page that the host captured, as PNG inside the payload.
+int32_t captureFromPayload(std::string_view json) {
+    std::optional<CapturePayload> payload = readCapturePayload(json);
+    if (!payload || payload->image.empty() || !ensureProgram()) return 0;
+    prepareMainEditor();
+    const CaptureCode code = splitCaptureCode(payload->action);
+    if (!code.silent && CaptureOptions::load(settings()).playSound) playSound(Sound::Capture);
+    Delivery delivery;
+    delivery.url = std::move(payload->url);
+    delivery.title = std::move(payload->title);
+    delivery.png = payload->image;
+    delivery.action = code.action;
+    delivery.width = payload->width;
+    delivery.height = payload->height;
+    deliver(std::move(delivery));
+    return 1;
+}
+
+}  // namespace
+
+int32_t commandJSONFunctionZ(const CommandArguments& arguments) {
+    const std::string name = arguments.text1();
+    const auto packed = payloadBytes(arguments.arg2);
+    if (!packed || (name != "captureFX" && name != "openIECapture")) return 0;
+    const std::optional<std::string> json = unpackZlib(*packed, GLIMMERPAD_MAX_PAYLOAD);
+    return json ? captureFromPayload(*json) : 0;
+}
+
+int32_t commandJSONFunction(const CommandArguments& arguments) {
+    const std::string name = arguments.text1();
+    const auto bytes = payloadBytes(arguments.arg2);
+    if (!bytes) return 0;
+    const auto json = JsonObject::parse({reinterpret_cast<const char*>(bytes->data()), bytes->size()});
+    if (!json) return 0;
+    if (name == "captureInit") return captureInit();
+    if (name == "captureTab") return captureTab();
+    if (name == "captureDone") return captureDone(*json);
+    return 0;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,81 @@
+// Commands that show, open and arrange windows.
+
+#include <wx/toplevel.h>
+// clang-format off
+#include <windows.h>
+// clang-format on
+
+#include "host/chrome_fg_wnd_patch.h"
+#include "host/host_commands.h"
+#include "host/host_state.h"
+#include "host/uProgram.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+
+namespace glimmer {
+
+namespace {
+
+size_t openEditors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
+
+bool someFormIsShown() {
+    for (const wxWindow* window : wxTopLevelWindows) {
+        if (window->IsShown()) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+int32_t commandResumeEditing(const CommandArguments&) {
+    if (pProgram && pProgram->resumeAvailable()) pProgram->resumeEditing();
+    if (pProgram) pProgram->tellResumeState();
+    return 1;
+}
+
+int32_t commandGetResumeAvailable(const CommandArguments& arguments) {
+    if (arguments.out == nullptr) return 0;
+    arguments.putByte(pProgram && pProgram->resumeAvailable() ? 1 : 0);
+    return 1;
+}
+
+int32_t commandOpenSettings(const CommandArguments&) {
+    if (!ensureProgram()) return 0;
+    pProgram->showOptions();
+    return 1;
+}
+
+int32_t commandOpenFile(const CommandArguments&) {
+    if (!ensureProgram()) return 0;
+    const size_t before = openEditors();
+    pProgram->openFile();
+    if (openEditors() <= before) return 1;
+    pProgram->tellResumeState();
+    pMainEditor->bringForward();
+    showRemembered("cmbLoadingFilesViaDDropHint", {"You can drag and drop files directly onto Editor to open them.",
+                                                   "Hint", MessageIcon::Information});
+    return 1;
+}
+
+int32_t commandOpenFromClipboard(const CommandArguments&) {
+    if (!ensureProgram()) return 0;
+    pProgram->openFromClipboard();
+    return 1;
+}
+
+int32_t commandFGWindowPatch(const CommandArguments&) {
+    std::unique_ptr<TChromeFGWndPatch>& patch = hostState().foregroundPatch;
+    if (!patch) patch = std::make_unique<TChromeFGWndPatch>();
+    patch->moveAway();
+    return 1;
+}
+
+int32_t commandActivateApp(const CommandArguments&) {
+    if (pMainEditor == nullptr || !someFormIsShown()) return 1;
+    const auto window = static_cast<HWND>(pMainEditor->GetHWND());
+    SetForegroundWindow(window);
+    SetActiveWindow(window);
+    return 1;
+}
+
+}  // namespace glimmer

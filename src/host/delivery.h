@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "common/bitmap.h"
+
+namespace glimmer {
+
+/// A capture on its way from a host to the controller, which exists by then.
+struct Delivery {
+    std::string url;
+    std::string title;
+    std::string tag;
+    std::optional<std::span<const uint8_t>> png;
+    std::optional<TBitmap> bitmap;
+    int32_t action = 0;
+    int32_t width = 0;  ///< size that the picture shall get; 0 leaves it
+    int32_t height = 0;
+};
+
+/// Hands a capture over.
+void deliver(Delivery delivery);
+
+/// Hands over pixels that were just taken: they are brought to the output size of the capture options, the capture
+/// sound plays if the options want it and `code` has no 100 in it, and the action is the code modulo 100.
+void deliverPixels(std::string url, std::string title, TBitmap bitmap, int32_t code);
+
+/// Makes the main editor window unless the application is hidden.
+void prepareMainEditor();
+
+}  // namespace glimmer

@@ -1,0 +1,104 @@
+// The five functions that a host calls, each with a boundary that no exception crosses.
+
+#include "host/entry_points.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "common/host_kind.h"
+#include "common/library_module.h"
+#include "common/wide_text.h"
+#include "host/boundary.h"
+#include "host/delivery.h"
+#include "host/host_commands.h"
+#include "host/host_state.h"
+#include "host/miscutils.h"
+#include "host/readable_memory.h"
+#include "host/start_rules.h"
+#include "host/uProgram.h"
+#include "imaging/png_codec.h"
+#include "settings/message_box.h"
+
+namespace glimmer {
+
+namespace {
+
+GlimmerpadHostNotify HostNotify = nullptr;
+
+void callHost(const std::string& name, const std::string& value) {
+    if (HostNotify != nullptr) HostNotify(name.c_str(), toWide(value).c_str());
+}
+
+std::string hostText(const wchar_t* text) { return fromWide(text, GLIMMERPAD_MAX_TEXT); }
+
+std::string fileNameOf(const std::string& path) { return path.substr(folderOf(path).size()); }
+
+/// The PNG file that a host points at without saying how long it is. One that is damaged or runs out of readable
+/// memory counts as none, and the user is told.
+std::optional<std::span<const uint8_t>> hostPng(const void* data) {
+    if (data == nullptr) return std::nullopt;
+    const auto* bytes = static_cast<const uint8_t*>(data);
+    const Result<size_t> length = measurePng(bytes, isReadable);
+    if (length) return std::span(bytes, *length);
+    showError(length.message());
+    return std::nullopt;
+}
+
+void GLIMMERPAD_CALL hostInit(uint8_t kind, const GlimmerpadHostRecord* host) {
+    if (host == nullptr) return;
+    guarded([=] {
+        HostNotify = host->notify;
+        setNotifyHandler(callHost);
+        setHost(refinedHostKind(static_cast<HostKind>(kind), fileNameOf(moduleFile(nullptr))));
+    });
+}
+
+void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const wchar_t* tag, const void* data,
+                                 int32_t action, int32_t width, int32_t height) {
+    guarded([=] {
+        if (!ensureProgram()) return;
+        prepareMainEditor();
+        if (!isInternetExplorer() && !isChrome()) pProgram->offerIntegration();
+        Delivery delivery;
+        delivery.url = hostText(url);
+        delivery.title = hostText(title);
+        delivery.tag = hostText(tag);
+        delivery.png = hostPng(data);
+        delivery.action = action;
+        delivery.width = width;
+        delivery.height = height;
+        deliver(std::move(delivery));
+    });
+}
+
+void GLIMMERPAD_CALL hostShutdown() { guarded(shutDownProgram); }
+
+int32_t GLIMMERPAD_CALL hostExecute(const wchar_t* command, void* out, uintptr_t arg1, uintptr_t arg2) {
+    if (command == nullptr) return 0;
+    return guarded(0, [=] { return executeCommand(hostText(command), {out, arg1, arg2}); });
+}
+
+void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title, int32_t code) {
+    guarded([=] {
+        std::optional<DrawingSurface>& pending = hostState().pendingBitmap;
+        if (!pProgram || !pending) return;
+        TBitmap bitmap = std::move(*pending).takeBitmap();
+        pending.reset();
+        deliverPixels(hostText(url), hostText(title), std::move(bitmap), code);
+    });
+}
+
+}  // namespace
+
+bool fillInterface(GlimmerpadInterface* record, uint32_t size) {
+    HostNotify = nullptr;
+    connectSystem();
+    if (record == nullptr || record->version != GLIMMERPAD_INTERFACE_VERSION) return false;
+    const GlimmerpadInterface filled = {
+        GLIMMERPAD_INTERFACE_VERSION, hostInit, hostCapture, hostShutdown, hostExecute, hostFinishCapture};
+    // The host's size counts; what lies behind the record is nobody's business.
+    std::memcpy(static_cast<void*>(record), &filled, std::min<size_t>(size, sizeof filled));
+    return true;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,24 @@
+// The library's two exports. library.def gives them their names.
+
+#include <windows.h>
+
+#include "common/library_module.h"
+#include "host/entry_points.h"
+#include "host/standalone.h"
+
+extern "C" {
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) {
+        glimmer::setLibraryModule(module);
+        DisableThreadLibraryCalls(module);
+    }
+    return TRUE;
+}
+
+int32_t GLIMMERPAD_CALL initLibrary(GlimmerpadInterface* record, uint32_t size) {
+    return glimmer::fillInterface(record, size) ? 1 : 0;
+}
+
+void GLIMMERPAD_CALL runZKApplication() { glimmer::runStandalone(); }
+}

@@ -1,0 +1,93 @@
+#include "host/miscutils.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shlobj.h>
+
+#include <cstdio>
+
+#include "common/bitmap.h"
+#include "common/library_module.h"
+#include "common/section_memory.h"
+#include "common/wide_text.h"
+#include "host/start_rules.h"
+#include "settings/cached_mem_ini_file.h"
+#include "settings/message_box.h"
+#include "settings/settings_path.h"
+#include "settings/system_text.h"
+
+namespace glimmer {
+
+namespace {
+
+/// Whether a file can be written there. Deliberately tried by opening it for appending, which leaves an empty file
+/// where there was none.
+bool canAppend(const std::string& path) {
+    std::FILE* file = _wfopen(toWide(path).c_str(), L"at");
+    if (file == nullptr) return false;
+    std::fclose(file);
+    return true;
+}
+
+/// The user's application data, or "tmp" beside the running program where the shell does not know it.
+std::string applicationData() {
+    wchar_t folder[MAX_PATH] = L"";
+    if (SUCCEEDED(SHGetFolderPathW(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder))) {
+        return fromWide(folder, MAX_PATH) + "\\";
+    }
+    return folderOf(moduleFile(nullptr)) + "tmp\\";
+}
+
+std::string userFolder(std::string_view name) {
+    const std::string folder = applicationData() + std::string(name);
+    SHCreateDirectoryExW(nullptr, toWide(folder).c_str(), nullptr);
+    return folder + "\\";
+}
+
+}  // namespace
+
+void connectSystem() {
+    setMessageBoxes(&systemMessageBoxes());
+    setSettingsFailureHandler(showError);
+    setPixelAllocator(sectionPixelMemory);
+    useSystemCodePage();
+}
+
+std::string chooseSettingsPath(HostKind kind) {
+    const SettingsPlace place = settingsPlace(kind);
+    const std::string file(place.fileName);
+    switch (place.where) {
+        case SettingsPlace::Where::LibraryFolderIfWritable: {
+            std::string path = libraryFolder() + file;
+            return canAppend(path) ? path : userFolder(place.userFolder) + file;
+        }
+        case SettingsPlace::Where::UserFolder:
+            return userFolder(place.userFolder) + file;
+        case SettingsPlace::Where::ProfileFolder:
+            return profileFolder(libraryFolder()) + file;
+        case SettingsPlace::Where::LibraryFolder:
+            break;
+    }
+    return libraryFolder() + file;
+}
+
+void setHost(HostKind kind) {
+    setHostKind(kind);
+    setSettingsPath(chooseSettingsPath(kind));
+}
+
+void* MapSharedView(const wchar_t* fileName, const wchar_t* mappingName, uint32_t size, bool create) {
+    HANDLE file = INVALID_HANDLE_VALUE;  // the paging file
+    if (fileName != nullptr) {
+        file = CreateFileW(fileName, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE) return nullptr;
+    }
+    HANDLE mapping = create ? CreateFileMappingW(file, nullptr, PAGE_READWRITE, 0, size, mappingName)
+                            : OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, mappingName);
+    if (mapping == nullptr) return nullptr;  // the file stays open, as documented
+    if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
+    return MapViewOfFile(mapping, FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0);
+}
+
+}  // namespace glimmer

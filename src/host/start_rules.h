@@ -1,0 +1,60 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/host_kind.h"
+
+// The rules of the start-up that need no system: texts in, decisions out. All text is UTF-8, folders end with a
+// backslash.
+
+namespace glimmer {
+
+/// The kind that a host proposes, refined: Firefox may be one of its relatives, told by the file name of the running
+/// program. Other kinds are taken as they are.
+HostKind refinedHostKind(HostKind proposed, std::string_view executableName);
+
+/// Where the settings file of a kind of host lies.
+struct SettingsPlace {
+    enum class Where {
+        LibraryFolderIfWritable,  ///< else the user's folder
+        UserFolder,
+        ProfileFolder,  ///< of the browser that the library was installed into
+        LibraryFolder,
+    };
+    std::string_view fileName;
+    Where where = Where::LibraryFolder;
+    std::string_view userFolder;  ///< name below the user's application data; empty where it has none
+};
+SettingsPlace settingsPlace(HostKind kind);
+
+/// The browser profile that a library lies in: what stands before "extensions" (in any case) in its folder, else the
+/// folder itself.
+std::string profileFolder(std::string_view libraryFolder);
+
+/// What the standalone program's arguments ask for.
+struct StartRequest {
+    bool terminate = false;           ///< "-TERMINATE" first
+    bool singleInstance = true;       ///< "-MULTI" neither first nor second
+    std::optional<std::string> file;  ///< the first argument that is no switch, to be opened by this instance
+};
+StartRequest readArguments(const std::vector<std::string>& arguments);
+
+/// What a second instance hands to the first: the command line from the first argument's text on, at most 10000
+/// UTF-16 units of it, unparsed (a closing quote and later arguments stay); after the program's folder when it names
+/// no folder itself.
+std::string handOverText(std::string_view commandLine, std::string_view firstArgument,
+                         std::string_view executableFolder);
+/// The file that a hand-over text names: what stands before its first quote, which no file name can hold.
+std::string handedOverFile(std::string_view text);
+
+/// A capture code: the action, and 100 for "without sound".
+struct CaptureCode {
+    int32_t action = 0;  ///< code modulo 100
+    bool silent = false;
+};
+CaptureCode splitCaptureCode(int32_t code);
+
+}  // namespace glimmer

@@ -1,0 +1,143 @@
+#include "host/uMForm.h"
+
+#include <wx/app.h>
+// clang-format off
+#include <windows.h>
+// clang-format on
+
+#include "capture/window_grab.h"
+#include "host/boundary.h"
+#include "host/delivery.h"
+#include "host/host_state.h"
+#include "host/hot_keys.h"
+#include "host/single_instance.h"
+#include "host/start_rules.h"
+#include "host/toolkit.h"
+#include "host/tray_icon.h"
+#include "host/uProgram.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+
+namespace glimmer {
+
+TMForm* MForm = nullptr;
+
+namespace {
+
+/// A capture that the program takes itself: no address, no picture yet.
+Delivery ownCapture(CaptureAction action) {
+    Delivery delivery;
+    delivery.action = static_cast<int32_t>(action);
+    return delivery;
+}
+
+/// Takes the main window off the screen before the screen is captured, and waits until it is gone.
+void clearTheView() {
+    if (pMainEditor == nullptr || !pMainEditor->IsShown()) return;
+    pMainEditor->Hide();
+    // What the window covered is painted again by its owners.
+    constexpr DWORD repaintMilliseconds = 200;
+    Sleep(repaintMilliseconds);
+}
+
+void captureScreen(CaptureAction action) {
+    if (!ensureProgram()) return;
+    clearTheView();
+    deliver(ownCapture(action));
+}
+
+void captureTopWindow() {
+    if (!ensureProgram()) return;
+    Result<TBitmap> picture = grabWindow(GetForegroundWindow());
+    if (!picture) {
+        showError(picture.message());
+        return;
+    }
+    Delivery delivery = ownCapture(CaptureAction::Edit);
+    delivery.bitmap = picture.take();
+    deliver(std::move(delivery));
+}
+
+}  // namespace
+
+TMForm::TMForm()
+    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxFRAME_NO_TASKBAR, "MForm") {
+    trayIcon_ = std::make_unique<TrayIcon>(*this);
+    hotKeys_ =
+        std::make_unique<HotKeys>(GetHWND(), std::vector<HotKeys::Command>{
+                                                 {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
+                                                 {"hotContinueEditing", [this] { mnuContinueClick(); }},
+                                                 {"hotCaptureTopWindow", captureTopWindow},
+                                                 {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
+                                             });
+}
+
+TMForm::~TMForm() = default;
+
+void TMForm::start(const std::optional<std::string>& file) {
+    CallAfter([this, file] {
+        if (!ensureProgram()) {
+            terminateApplication();
+            return;
+        }
+        if (file) pProgram->openFileInEditor(*file);
+        mnuContinueClick();
+    });
+}
+
+void TMForm::mnuContinueClick() {
+    if (!ensureProgram()) return;
+    pProgram->restoreApplication();
+}
+
+void TMForm::mnuNewCaptureClick() { captureScreen(CaptureAction::Edit); }
+
+void TMForm::mnuOpenClick() {
+    if (!ensureProgram()) return;
+    pProgram->openFile();
+}
+
+void TMForm::mnuOptionsClick() {
+    if (!ensureProgram()) return;
+    pProgram->showOptions();
+}
+
+void TMForm::mnuExitClick() {
+    const bool capturesOpen = pProgram && pProgram->resumeAvailable();
+    if (capturesOpen) {
+        Message question;
+        question.text = "There are captures in the editor.\nWould you like to exit?";
+        question.caption = "Glimmerpad";
+        question.icon = MessageIcon::Question;
+        question.buttons = MessageButtons::YesNo;
+        if (showRemembered("cmbConfirmExit", question) != MessageAnswer::Yes) return;
+    }
+    terminateApplication();
+}
+
+WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
+    if (message == terminateMessage()) {
+        terminateApplication();
+        return 0;
+    }
+    if (message == restoreMessage()) {
+        guarded([this] { restored(); });
+        return 0;
+    }
+    if (message == WM_HOTKEY && hotKeys_) {
+        guarded([this, wParam] { hotKeys_->pressed(static_cast<int>(wParam)); });
+        return 0;
+    }
+    return wxFrame::MSWWindowProc(message, wParam, lParam);
+}
+
+void TMForm::restored() {
+    const std::optional<std::string> text = takeHandedOver();
+    if (text) {
+        if (!ensureProgram() || !pProgram->openFileInEditor(handedOverFile(*text))) return;
+    }
+    mnuContinueClick();
+}
+
+}  // namespace glimmer

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <wx/frame.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace glimmer {
+
+class HotKeys;
+class TrayIcon;
+
+/// The standalone program's main form: never shown, it owns the icon in the notification area, answers other
+/// instances' messages and the global hot keys.
+class TMForm : public wxFrame {
+public:
+    TMForm();
+    ~TMForm() override;
+
+    /// Begins the work as soon as the message loop runs: opens `file`, or shows the main editor window.
+    void start(const std::optional<std::string>& file);
+
+    // Commands of the icon's menu.
+    void mnuContinueClick();
+    void mnuNewCaptureClick();
+    void mnuOpenClick();
+    void mnuOptionsClick();
+    void mnuExitClick();
+
+protected:
+    /// The window-message hook: messages of other instances, hot keys.
+    WXLRESULT MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override;
+
+private:
+    /// Another instance was started: opens the file that it hands over, if any, and comes back.
+    void restored();
+
+    std::unique_ptr<TrayIcon> trayIcon_;
+    std::unique_ptr<HotKeys> hotKeys_;
+};
+
+/// The one main form; null while the program does not run standalone.
+extern TMForm* MForm;
+
+}  // namespace glimmer
