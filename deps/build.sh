@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the libraries that the Windows build links, for i686, from the distribution's own source
+# Builds the libraries that the Windows build links, for i686 (or for the machine that GLIMMERPAD_HOST names, such as
+# x86_64-w64-mingw32, which serves tests where no 32-bit program runs), from the distribution's own source
 # packages (which carry its security patches). Each library is one recipe in this folder and is
 # installed once into the cache, under a name that ends in the hash of everything that went into it:
 # its recipe, the compiler flags and the recipes it depends on. A second checkout finds it there.
@@ -17,14 +18,15 @@ set -euo pipefail
 
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 cache=${GLIMMERPAD_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/glimmerpad}
-host=i686-w64-mingw32
+host=${GLIMMERPAD_HOST:-i686-w64-mingw32}
 jobs=$(nproc)
 order=(googletest simpleini cjson giflib libpng libjpeg pixman cairo wxwidgets)
 
 # Frames that a host calls may be aligned to 4 bytes only, and SSE arithmetic keeps pixel results the
 # same as on x86-64. The libraries are built with the same options as the program.
-arch_flags="-msse2 -mfpmath=sse -mstackrealign"
-export CFLAGS="-O2 $arch_flags" CXXFLAGS="-O2 $arch_flags"
+arch_flags=""
+[ $host = i686-w64-mingw32 ] && arch_flags=" -msse2 -mfpmath=sse -mstackrealign"
+export CFLAGS="-O2$arch_flags" CXXFLAGS="-O2$arch_flags"
 
 hash_of() {
     local name=$1
@@ -95,7 +97,7 @@ need_ldflags() { for need in $needs; do printf -- '-L%s/lib ' "$(prefix_of "$nee
 need_prefixes() { for need in $needs; do printf '%s;' "$(prefix_of "$need")"; done; }
 
 cmake_build() {
-    cmake -S . -B out -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/../cmake/i686-w64-mingw32.cmake" \
+    cmake -S . -B out -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/../cmake/$host.cmake" \
         -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=OFF \
         -DCMAKE_FIND_ROOT_PATH="$(need_prefixes)" "$@"
     cmake --build out -j"$jobs"
@@ -114,7 +116,7 @@ build_one() (
     local started work
     started=$(date +%s)
     echo "deps: building $name"
-    work=$cache/work/$name
+    work=$cache/work/$host-$name
     rm -rf "$work" "$prefix"
     mkdir -p "$work" "$prefix"
     cd "$work"
