@@ -83,14 +83,19 @@ typedef int32_t(GLIMMERPAD_CALL* GlimmerpadHostExecute)(const wchar_t* command, 
                                                         uintptr_t arg2);
 typedef void(GLIMMERPAD_CALL* GlimmerpadHostFinishCapture)(const wchar_t* url, const wchar_t* title, int32_t code);
 
+/* Six 32-bit words: the version and the addresses of the entry points, for GLIMMERPAD_ENTRY. */
 typedef struct GlimmerpadInterface {
     uint32_t version; /* set to GLIMMERPAD_INTERFACE_VERSION before initLibrary() */
-    GlimmerpadHostInit hostInit;
-    GlimmerpadHostCapture hostCapture;
-    GlimmerpadHostShutdown hostShutdown;
-    GlimmerpadHostExecute hostExecute;
-    GlimmerpadHostFinishCapture hostFinishCapture;
+    uint32_t hostInit;
+    uint32_t hostCapture;
+    uint32_t hostShutdown;
+    uint32_t hostExecute;
+    uint32_t hostFinishCapture;
 } GlimmerpadInterface;
+
+/* The function that a word of the record stands for:
+ * GlimmerpadHostInit host_init = GLIMMERPAD_ENTRY(GlimmerpadHostInit, record.hostInit); */
+#define GLIMMERPAD_ENTRY(type, word) ((type)(uintptr_t)(word))
 
 /* The exports, as types for GetProcAddress().
  * initLibrary: 1 and the first `size` bytes of the record filled (pass 24), when record->version is 5; else 0 and

@@ -68,10 +68,13 @@ int wmain(int count, wchar_t** arguments) {
     FILETIME before;
     GetSystemTimeAsFileTime(&before);
     const GlimmerpadHostRecord host = {notify};
-    glimmerpad.hostInit(GLIMMERPAD_CHROME, &host);
-    glimmerpad.hostCapture(L"http://example.com/article.html", L"An article with pictures", L"", png,
-                           GLIMMERPAD_SAVE_QUIETLY, 0, 0);
-    glimmerpad.hostShutdown();
+    const GlimmerpadHostInit host_init = GLIMMERPAD_ENTRY(GlimmerpadHostInit, glimmerpad.hostInit);
+    const GlimmerpadHostCapture host_capture = GLIMMERPAD_ENTRY(GlimmerpadHostCapture, glimmerpad.hostCapture);
+    const GlimmerpadHostShutdown host_shutdown = GLIMMERPAD_ENTRY(GlimmerpadHostShutdown, glimmerpad.hostShutdown);
+    host_init(GLIMMERPAD_CHROME, &host);
+    host_capture(L"http://example.com/article.html", L"An article with pictures", L"", png, GLIMMERPAD_SAVE_QUIETLY, 0,
+                 0);
+    host_shutdown();
     free(png);
 
     wchar_t path[MAX_PATH];

@@ -88,14 +88,20 @@ void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title,
     });
 }
 
+/// A function's address as a word of the record. In a 64-bit build the library is linked to a place where it fits.
+template <class Function>
+uint32_t wordOf(Function* function) {
+    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(function));
+}
+
 }  // namespace
 
 bool fillInterface(GlimmerpadInterface* record, uint32_t size) {
     HostNotify = nullptr;
     connectSystem();
     if (record == nullptr || record->version != GLIMMERPAD_INTERFACE_VERSION) return false;
-    const GlimmerpadInterface filled = {
-        GLIMMERPAD_INTERFACE_VERSION, hostInit, hostCapture, hostShutdown, hostExecute, hostFinishCapture};
+    const GlimmerpadInterface filled = {GLIMMERPAD_INTERFACE_VERSION, wordOf(hostInit),    wordOf(hostCapture),
+                                        wordOf(hostShutdown),         wordOf(hostExecute), wordOf(hostFinishCapture)};
     // The host's size counts; what lies behind the record is nobody's business.
     std::memcpy(static_cast<void*>(record), &filled, std::min<size_t>(size, sizeof filled));
     return true;

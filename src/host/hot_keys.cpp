@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "settings/hot_key.h"
+
 namespace glimmer {
 
 namespace {
@@ -14,8 +16,6 @@ UINT modifiersOf(int32_t shortcut) {
     if ((shortcut & hotKeyAlt) != 0) modifiers |= MOD_ALT;
     return modifiers;
 }
-
-UINT keyOf(int32_t shortcut) { return static_cast<UINT>(shortcut) & 0xFFU; }
 
 }  // namespace
 
@@ -32,8 +32,8 @@ HotKeys::~HotKeys() { releaseAll(); }
 void HotKeys::registerAll() {
     for (size_t i = 0; i < commands_.size(); ++i) {
         const int32_t shortcut = OptionsHolder().number(commands_[i].option);
-        if (keyOf(shortcut) == 0) continue;
-        RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut), keyOf(shortcut));
+        if (hotKeyCode(shortcut) == 0) continue;
+        RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut), hotKeyCode(shortcut));
     }
 }
 
