@@ -6,6 +6,13 @@
 
 namespace glimmer {
 
+namespace {
+
+/// Whether the bytes are our text: UTF-8, or what stands for an unpaired surrogate in it.
+bool isText(std::string_view bytes) { return isUtf8(bytes) || toUtf8(toUtf16(bytes)) == bytes; }
+
+}  // namespace
+
 std::string toPngText(std::string_view utf8) {
     utf8 = utf8.substr(0, utf8.find('\0'));
     const std::u16string units = toUtf16(utf8);
@@ -13,11 +20,11 @@ std::string toPngText(std::string_view utf8) {
     std::string latin;
     latin.reserve(units.size());
     for (const char16_t unit : units) latin += static_cast<char>(unit);
-    return isUtf8(latin) ? std::string(utf8) : latin;
+    return isText(latin) ? std::string(utf8) : latin;
 }
 
 std::string fromPngText(std::string_view bytes) {
-    if (isUtf8(bytes)) return std::string(bytes);
+    if (isText(bytes)) return std::string(bytes);
     std::u16string units;
     units.reserve(bytes.size());
     for (const char byte : bytes) units += static_cast<char16_t>(static_cast<unsigned char>(byte));
