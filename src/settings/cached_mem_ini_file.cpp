@@ -137,8 +137,17 @@ struct TCachedMemIniFile::Content {
         return newIni(textFromFileBytes(*bytes));
     }
 
+    /// Whether the user protected the file. Replacing it would work on some systems.
+    [[nodiscard]] bool isReadOnly() const {
+        namespace fs = std::filesystem;
+        std::error_code error;
+        const fs::file_status status = fs::status(path, error);
+        return !error && fs::exists(status) && (status.permissions() & fs::perms::owner_write) == fs::perms::none;
+    }
+
     [[nodiscard]] Status saveNow() {
         const FileLock lock(path);
+        if (isReadOnly()) return Failure{"The file " + utf8FromPath(path) + " is read-only."};
         Result<std::unique_ptr<CSimpleIniA>> fresh = load();
         if (!fresh) return fresh.failure();
         changes.applyTo(**fresh);

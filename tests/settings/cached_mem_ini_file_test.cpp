@@ -150,6 +150,21 @@ TEST_F(SettingsFile, AFailedWriteIsReportedOnceAndLosesNothing) {
     EXPECT_EQ(reports_.size(), 2U);
 }
 
+TEST_F(SettingsFile, AReadOnlyFileIsReportedOnceAndKept) {
+    put("[s]\nk=old\n");
+    fs::permissions(path_, fs::perms::owner_read | fs::perms::group_read);
+    {
+        TCachedMemIniFile store(path_);
+        store.writeString("s", "k", "new");
+        EXPECT_FALSE(store.save().ok());
+        EXPECT_EQ(store.readString("s", "k"), "new");
+    }
+    EXPECT_EQ(reports_.size(), 1U);
+    EXPECT_EQ(content(), "[s]\nk=old\n");
+    EXPECT_EQ(entries(), 1U);
+    fs::permissions(path_, fs::perms::owner_all);
+}
+
 TEST_F(SettingsFile, WhatCannotBeReadIsNotOverwritten) {
     put(std::string(TCachedMemIniFile::sizeLimit + 1, 'x'));
     {

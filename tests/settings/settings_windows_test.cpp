@@ -1,4 +1,4 @@
-// What only the real system shows: protected passwords, read-only files, two processes on one file, and the user's
+// What only the real system shows: protected passwords, two processes on one file, and the user's
 // code page.
 
 #include <gtest/gtest.h>
@@ -31,9 +31,7 @@ protected:
         fs::create_directories(folder_);
     }
     void TearDown() override {
-        SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_NORMAL);
         fs::remove_all(folder_);
-        setSettingsFailureHandler({});
     }
     [[nodiscard]] std::string content() const {
         const auto bytes = readFile(path_, 1U << 24U);
@@ -60,23 +58,6 @@ TEST_F(SystemSettings, PasswordsAreNeverInClear) {
     }
     ASSERT_TRUE(writeSecret(store, section, "Password", "").ok());
     EXPECT_FALSE(store.keyExists(section, "Password"));
-}
-
-TEST_F(SystemSettings, AReadOnlyFileIsReportedOnceAndKept) {
-    const std::string before = "[s]\nk=old\n";
-    ASSERT_TRUE(writeFile(path_, std::span(reinterpret_cast<const uint8_t*>(before.data()), before.size())).ok());
-    ASSERT_NE(SetFileAttributesW(path_.c_str(), FILE_ATTRIBUTE_READONLY), FALSE);
-    int reports = 0;
-    setSettingsFailureHandler([&reports](const std::string&) { ++reports; });
-    {
-        TCachedMemIniFile store(path_);
-        store.writeString("s", "k", "new");
-        EXPECT_FALSE(store.save().ok());
-        EXPECT_EQ(store.readString("s", "k"), "new");
-    }
-    EXPECT_EQ(reports, 1);
-    EXPECT_EQ(content(), before);
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
 }
 
 TEST_F(SystemSettings, TheUsersCodePageIsRead) {
