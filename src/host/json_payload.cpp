@@ -28,13 +28,14 @@ std::optional<CapturePayload> readCapturePayload(std::string_view json) {
 }
 
 std::optional<std::string> unpackZlib(std::span<const uint8_t> packed, size_t limit) {
-    constexpr size_t step = size_t{256} * 1024;
+    constexpr size_t largestStep = size_t{1024} * 1024;
     if (packed.empty() || packed.size() > std::numeric_limits<uInt>::max()) return std::nullopt;
     z_stream stream = {};
     if (inflateInit(&stream) != Z_OK) return std::nullopt;
     stream.next_in = const_cast<Bytef*>(packed.data());  // zlib only reads there
     stream.avail_in = static_cast<uInt>(packed.size());
     std::string text;
+    size_t step = 4096;
     int state = Z_OK;
     try {
         while (state == Z_OK && text.size() <= limit) {
@@ -44,6 +45,7 @@ std::optional<std::string> unpackZlib(std::span<const uint8_t> packed, size_t li
             stream.avail_out = static_cast<uInt>(step);
             state = inflate(&stream, Z_NO_FLUSH);
             text.resize(text.size() - stream.avail_out);
+            step = std::min(step * 2, largestStep);
         }
     } catch (const std::bad_alloc&) {
         state = Z_MEM_ERROR;
