@@ -1,0 +1,47 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "editor/text_painter.h"
+
+namespace glimmer {
+
+// A label looks the same whether it is painted or being edited since one kind of control does both: a rich edit
+// (class RICHEDIT50W) with the same format and the same width. These functions give any such control a label's form;
+// the in-place editor uses them, and so does the painter below.
+
+/// Makes a rich edit ready for labels: plain text, no blank margins, no undo of its own, no length limit. Once,
+/// after it was created.
+void prepareLabelControl(HWND richEdit);
+/// Font, colours and alignment of the whole text, for a label shown at `zoom` times its size. Keeps the selection.
+void formatLabelControl(HWND richEdit, const TTextSettings& settings, double zoom = 1);
+/// Replaces the text; lines end in "\n". Never read as RTF.
+void setLabelControlText(HWND richEdit, const std::string& text);
+std::string labelControlText(HWND richEdit);
+
+/// Text by a rich edit control that is never shown (`edtAnnotationForPainting`).
+class RichTextPainter : public TextPainter {
+public:
+    /// With a hidden control of its own. The thread needs no window of its own, but user-interface rights.
+    RichTextPainter();
+    /// With a control that somebody else made and keeps alive; it is used for painting only.
+    explicit RichTextPainter(HWND richEdit);
+    ~RichTextPainter() override;
+
+    Size measure(const TTextSettings& font, const std::string& text, int32_t width) override;
+    /// The control, formatted for the last request.
+    [[nodiscard]] HWND control() const { return control_; }
+
+protected:
+    TextMask render(const TTextSettings& font, const std::string& text, Size area) override;
+
+private:
+    void layOut(const TTextSettings& font, const std::string& text, Size area);
+
+    HWND control_ = nullptr;
+    bool owned_ = false;
+};
+
+}  // namespace glimmer

@@ -1,0 +1,194 @@
+// The painted label against a rich edit control as the in-place editor shows it: same lines, same pixels.
+
+#include "editor/rich_text_painter.h"
+
+#include <gtest/gtest.h>
+#include <richedit.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "editor/annotation_painter.h"
+
+namespace glimmer {
+namespace {
+
+const char* const texts[] = {
+    "Hamburg",
+    "one\ntwo\n\nfour",
+    "many words that cannot stand on one line of this label, however short they are",
+    "wwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwww",
+    "{\\rtf1\\b no markup}",
+    "\xD0\x9F\xD1\x80\xD0\xB8\xD0\xB2\xD0\xB5\xD1\x82 \xCE\xB3\xCE\xB5\xCE\xB9\xCE\xAC \xC3\xBC",
+    "ends with a line\n",
+};
+
+struct Look {
+    int32_t size;
+    bool bold, italic, underlined;
+    TextAlignment alignment;
+};
+const Look looks[] = {
+    {11, false, false, false, TextAlignment::Left},
+    {16, true, false, true, TextAlignment::Centre},
+    {24, false, true, false, TextAlignment::Right},
+};
+
+TTextSettings settingsOf(const Look& look) {
+    TTextSettings settings;
+    settings.fontSize = look.size;
+    settings.bold = look.bold;
+    settings.italic = look.italic;
+    settings.underlined = look.underlined;
+    settings.alignment = look.alignment;
+    return settings;
+}
+
+/// A visible control on a window, as the canvas has it while a label is edited.
+class EditorWindow {
+public:
+    explicit EditorWindow(Size size) {
+        parent_ = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 10, 10, size.width + 20,
+                                  size.height + 20, nullptr, nullptr, nullptr, nullptr);
+        control_ = CreateWindowExW(0, L"RICHEDIT50W", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE, 5, 5, size.width,
+                                   size.height, parent_, nullptr, nullptr, nullptr);
+        prepareLabelControl(control_);
+        RECT all = {0, 0, size.width, size.height};
+        SendMessageW(control_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&all));
+    }
+    ~EditorWindow() { DestroyWindow(parent_); }
+    EditorWindow(const EditorWindow&) = delete;
+    EditorWindow& operator=(const EditorWindow&) = delete;
+
+    [[nodiscard]] HWND control() const { return control_; }
+    [[nodiscard]] std::vector<LONG> lineStarts() const {
+        std::vector<LONG> starts;
+        const LRESULT count = SendMessageW(control_, EM_GETLINECOUNT, 0, 0);
+        for (LRESULT i = 0; i < count; ++i)
+            starts.push_back(static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(i), 0)));
+        return starts;
+    }
+    /// Coverage as it stands on the screen.
+    [[nodiscard]] std::vector<int> shown(Size size) const {
+        RedrawWindow(parent_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
+        HDC screen = GetDC(control_);
+        HDC dc = CreateCompatibleDC(screen);
+        HBITMAP bitmap = CreateCompatibleBitmap(screen, size.width, size.height);
+        HGDIOBJ before = SelectObject(dc, bitmap);
+        BitBlt(dc, 0, 0, size.width, size.height, screen, 0, 0, SRCCOPY);
+        std::vector<int> coverage;
+        for (int y = 0; y < size.height; ++y) {
+            for (int x = 0; x < size.width; ++x) {
+                const COLORREF c = GetPixel(dc, x, y);
+                coverage.push_back(255 - (GetRValue(c) + GetGValue(c) + GetBValue(c)) / 3);
+            }
+        }
+        SelectObject(dc, before);
+        DeleteObject(bitmap);
+        DeleteDC(dc);
+        ReleaseDC(control_, screen);
+        return coverage;
+    }
+
+private:
+    HWND parent_ = nullptr;
+    HWND control_ = nullptr;
+};
+
+TEST(RichTextPainter, PaintsWhatTheEditorShows) {
+    RichTextPainter painter;
+    ASSERT_NE(painter.control(), nullptr);
+    constexpr Size size = {180, 200};
+    EditorWindow editor(size);
+    for (const Look& look : looks) {
+        for (const char* text : texts) {
+            const TTextSettings settings = settingsOf(look);
+            setLabelControlText(editor.control(), text);
+            formatLabelControl(editor.control(), settings);
+            EXPECT_EQ(labelControlText(editor.control()), text);
+            const auto mask = painter.mask(settings, text, size);
+            const std::vector<int> shown = editor.shown(size);
+            ASSERT_EQ(shown.size(), mask->coverage.size());
+            int64_t ink = 0;
+            int64_t difference = 0;
+            for (size_t i = 0; i < shown.size(); ++i) {
+                ink += shown[i];
+                difference += std::abs(shown[i] - mask->coverage[i]);
+            }
+            EXPECT_GT(ink, 2000) << text;
+            EXPECT_LE(difference, ink / 50) << text << ", " << look.size << " points";
+        }
+    }
+}
+
+TEST(RichTextPainter, MeasuresTheLinesOfTheEditor) {
+    RichTextPainter painter;
+    for (const Look& look : looks) {
+        const TTextSettings settings = settingsOf(look);
+        const int32_t line = painter.measure(settings, "x", 0).height;
+        EXPECT_GE(line, look.size * 96 / 72);
+        for (const char* text : texts) {
+            for (const int32_t width : {60, 120, 180, 333}) {
+                EditorWindow editor({width, 900});
+                setLabelControlText(editor.control(), text);
+                formatLabelControl(editor.control(), settings);
+                const size_t lines = editor.lineStarts().size();
+                const Size size = painter.measure(settings, text, width);
+                EXPECT_NEAR(size.height, static_cast<double>(line) * static_cast<double>(lines), lines)
+                    << text << ", " << width;
+                EXPECT_LE(size.width, width);
+                // A label as wide as was measured wraps as it did.
+                EXPECT_EQ(painter.measure(settings, text, size.width).height, size.height) << text << ", " << width;
+            }
+            const Size natural = painter.measure(settings, text, 0);
+            const auto hardLines = std::count(text, text + std::strlen(text), '\n') + 1;
+            EXPECT_NEAR(natural.height, static_cast<double>(line * hardLines), static_cast<double>(hardLines)) << text;
+        }
+    }
+}
+
+TEST(RichTextPainter, TakesAnyText) {
+    RichTextPainter painter;
+    const std::string awkward[] = {"",     std::string("a\0b", 3),  "\xED\xA0\x80",
+                                   "\xFF", std::string(70000, 'w'), "\r\n\r"};
+    for (const std::string& text : awkward) {
+        const Size size = painter.measure({}, text, 100);
+        EXPECT_GT(size.height, 0);
+        EXPECT_LE(size.width, 100);
+        painter.mask({}, text, {100, 30});
+    }
+}
+
+TEST(RichTextPainter, PaintsALabelInItsColourOnAnyGround) {
+    RichTextPainter painter;
+    TBBShape shape(*predefinedStyle("Default"), {10, 100, 200, 150});
+    shape.text.settings.filled = false;
+    shape.text.settings.textColour = rgb(0, 0, 255);
+    shape.text.text = "Hamburg";
+    shape.line.setVisible(false);
+    fitLabel(shape, painter);
+    for (const Colour ground : {rgb(255, 255, 255), rgb(0, 0, 0), rgb(255, 255, 0)}) {
+        TBitmap bitmap = TBitmap::create(220, 160, PixelFormat::Bgra32).take();
+        bitmap.fill(bitmap.bounds(), ground);
+        paintAnnotation(bitmap, bitmap.bounds(), shape, painter);
+        int inked = 0;
+        const Rect label = shape.text.rectangle;
+        for (int32_t y = label.top; y < label.bottom; ++y) {
+            for (int32_t x = label.left; x < label.right; ++x) {
+                const Colour seen = bitmap.pixel(x, y);
+                if (seen == ground) continue;
+                ++inked;
+                // Somewhere between ground and text: no fringe of another colour.
+                for (const auto part : {redOf, greenOf, blueOf}) {
+                    const auto [low, high] = std::minmax(part(ground), part(shape.text.settings.textColour));
+                    EXPECT_TRUE(part(seen) >= low && part(seen) <= high) << x << ',' << y;
+                }
+            }
+        }
+        EXPECT_GT(inked, 60);
+    }
+}
+
+}  // namespace
+}  // namespace glimmer
