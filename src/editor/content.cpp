@@ -25,6 +25,14 @@ void CaptureContent::announceAnnotations(const Rect& area) {
     listener_(change);
 }
 
+void CaptureContent::drawOperation(const TPixelOperation& operation) {
+    drawPixelOperation(&picture_, operation);
+    DocumentChange change;
+    change.pixels = true;
+    change.area = operation.reach().intersected(picture_.bounds());
+    listener_(change);
+}
+
 void CaptureContent::putPixels(Point at, const TBitmap& pixels) {
     static_cast<void>(picture());  // awake
     copyPixels(picture_, at, pixels);

@@ -7,6 +7,7 @@
 #include "common/bitmap.h"
 #include "common/geometry.h"
 #include "editor/uShapes.h"
+#include "imaging/pixel_operation.h"
 
 namespace glimmer {
 
@@ -53,6 +54,8 @@ public:
     [[nodiscard]] const CaptureInfo& info() const { return info_; }
     [[nodiscard]] const TBBShape* find(AnnotationId id) const { return annotations_.find(id); }
 
+    /// Draws an operation on selected pixels.
+    void drawOperation(const TPixelOperation& operation);
     /// Pixels of the picture become others; they lie inside it.
     void putPixels(Point at, const TBitmap& pixels);
     /// The picture becomes another; annotations move by `shift` so as to keep their place over the pixels.

@@ -27,6 +27,12 @@ CaptureDocument::CaptureDocument(TBitmap picture, CaptureInfo info, TShapesList 
 
 CaptureDocument::~CaptureDocument() = default;
 
+Result<TBitmap> CaptureDocument::flattened(TextPainter& text, const PaintOptions& options) const {
+    Result<TBitmap> copy = background().clone();
+    if (copy) paintAnnotations(*copy, copy->bounds(), annotations(), text, options);
+    return copy;
+}
+
 Status CaptureDocument::run(std::unique_ptr<UndoCommand> command, Gesture gesture) {
     return changed(history_.run(std::move(command), gesture));
 }

@@ -11,6 +11,7 @@
 #include "common/bitmap.h"
 #include "common/geometry.h"
 #include "common/result.h"
+#include "editor/annotation_painter.h"
 #include "editor/content.h"
 #include "editor/selection.h"
 #include "editor/uShapes.h"
@@ -42,6 +43,9 @@ public:
     [[nodiscard]] Size size() const { return content_.pictureSize(); }
     [[nodiscard]] const TShapesList& annotations() const { return content_.annotations(); }
     [[nodiscard]] const CaptureInfo& info() const { return content_.info(); }
+
+    /// What all output shows: the background with the annotations painted on it. Fails for want of memory.
+    [[nodiscard]] Result<TBitmap> flattened(TextPainter& text, const PaintOptions& options = {}) const;
 
     /// Gives up the address space of the picture, for a capture that is not shown; background() brings it back. Whether
     /// that was possible. Nothing that points into the picture may be alive.

@@ -10,7 +10,7 @@
 #include "editor/commands/change_order.h"
 #include "editor/commands/crop_picture.h"
 #include "editor/commands/delete_annotation.h"
-#include "editor/commands/replace_pixels.h"
+#include "editor/commands/draw_operation.h"
 #include "editor/commands/set_info.h"
 #include "editor/document.h"
 
@@ -65,6 +65,15 @@ testing::AssertionResult same(const CaptureDocument& capture, const State& state
     return testing::AssertionSuccess();
 }
 
+/// An operation whose result is these pixels at that place.
+std::unique_ptr<UndoCommand> pixelsAt(Point at, TBitmap pixels) {
+    TPixelOperation operation;
+    operation.rectangle = {at.x, at.y, at.x + pixels.width() - 1, at.y + pixels.height() - 1};
+    operation.kind = PixelOperationKind::interlace;
+    operation.pBmp = std::make_shared<const TBitmap>(std::move(pixels));
+    return std::make_unique<DrawOperation>(std::move(operation));
+}
+
 AnnotationId anyAnnotation(const CaptureDocument& capture, Random& random) {
     const auto last = static_cast<int32_t>(capture.annotations().size()) - 1;
     return capture.annotations()[static_cast<size_t>(between(random, 0, last))].id();
@@ -79,7 +88,7 @@ std::unique_ptr<UndoCommand> randomPixels(const CaptureDocument& capture, Random
             .cropped({left, top, between(random, left + 1, size.width), between(random, top + 1, size.height)})
             .take();
     for (uint8_t& byte : pixels.bytes()) byte = static_cast<uint8_t>(byte * 3 + 1);
-    return std::make_unique<ReplacePixels>(Point{left, top}, std::move(pixels));
+    return pixelsAt({left, top}, std::move(pixels));
 }
 
 std::unique_ptr<UndoCommand> randomCrop(const CaptureDocument& capture, Random& random) {
@@ -244,7 +253,7 @@ TEST(Document, announcesWhatToPaintAgain) {
     EXPECT_TRUE(dirty.contains({20, 20})) << "where it was";
     EXPECT_TRUE(dirty.contains({139, 39})) << "where it is";
     dirty = {};
-    ASSERT_TRUE(capture->run(std::make_unique<ReplacePixels>(Point{5, 6}, page(10, 20, 1))));
+    ASSERT_TRUE(capture->run(pixelsAt({5, 6}, page(10, 20, 1))));
     EXPECT_EQ(dirty, (Rect{5, 6, 15, 26}));
     EXPECT_TRUE(state);
     dirty = {};
@@ -272,7 +281,7 @@ TEST(History, aThousandPixelStepsOnALargeCaptureStaySmallAndQuick) {
             uint8_t* row = part.row(y);
             for (size_t x = 4; x < size_t{400} * 4; ++x) row[x] = static_cast<uint8_t>((row[x] + 3 * row[x - 4]) / 4);
         }
-        ASSERT_TRUE(capture->run(std::make_unique<ReplacePixels>(at, std::move(part))));
+        ASSERT_TRUE(capture->run(pixelsAt(at, std::move(part))));
     }
     EXPECT_LT(capture->history().byteCount(), allowed);
     std::vector<double> times;

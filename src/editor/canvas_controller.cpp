@@ -1,0 +1,334 @@
+#include "editor/canvas_controller.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/assertion.h"
+#include "editor/commands/add_annotation.h"
+#include "editor/commands/change_annotation.h"
+
+namespace glimmer {
+
+CanvasController::CanvasController(CaptureDocument& document, CanvasView& view, CanvasHost& host)
+    : document_(document), view_(view), host_(host), settings_(*predefinedStyle("Default")) {}
+
+CanvasController::~CanvasController() = default;
+
+bool CanvasController::run(std::unique_ptr<UndoCommand> command, Gesture gesture) {
+    const Status done = document_.run(std::move(command), gesture);
+    if (!done) host_.failed(done.message());
+    return done.ok();
+}
+
+bool CanvasController::change(TBBShape shape, Gesture gesture) {
+    const TBBShape* current = document_.annotations().find(shape.id());
+    GLIMMER_ASSERT(current != nullptr, "pShape != NULL", "uEditor");
+    // A drag that has not moved anything leaves no step.
+    if (*current == shape) return true;
+    if (gesture != 0 && gesture == gesture_) gestureUsed_ = true;
+    return run(std::make_unique<ChangeAnnotation>(std::move(shape)), gesture);
+}
+
+void CanvasController::setTool(EditTool tool) {
+    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+    host_.finishTextEdit();
+    if (drag_ != Drag::None) finishDrag();
+    polygon_.clear();
+    tool_ = tool;
+    host_.overlayChanged();
+    host_.stateChanged();
+}
+
+// --- settings
+
+TShapeStyle CanvasController::shownSettings() const {
+    const TBBShape* shape = document_.selectedAnnotation();
+    return shape == nullptr ? settings_ : shape->settings();
+}
+
+void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& setting, Gesture gesture) {
+    setting(settings_);
+    clampSettings(settings_);
+    if (const TBBShape* selected = document_.selectedAnnotation()) {
+        TBBShape shape = *selected;
+        TShapeStyle style = shape.settings();
+        setting(style);
+        clampSettings(style);
+        // Ink stays ink: only free drawing makes a picture.
+        if (style.shape.kind == ShapeKind::Drawing && shape.shape.drawing == nullptr)
+            style.shape.kind = shape.shape.settings.kind;
+        shape.shape.settings = style.shape;
+        shape.text.settings = style.text;
+        shape.line.settings = style.line;
+        shape.number.settings = style.number;
+        shape.styleName = style.name;
+        fitLabel(shape, host_.textPainter());
+        change(std::move(shape), gesture);
+        host_.overlayChanged();
+    }
+    host_.stateChanged();
+}
+
+void CanvasController::applyStyle(const TShapeStyle& style, bool withVisibility) {
+    const TShapeStyle former = settings_;
+    settings_ = style;
+    settings_.text.position = former.text.position;
+    settings_.number.position = former.number.position;
+    if (!withVisibility) {
+        settings_.shape.visible = former.shape.visible;
+        settings_.text.visible = former.text.visible;
+        settings_.line.visible = former.line.visible;
+        settings_.number.visible = former.number.visible;
+    }
+    if (const TBBShape* selected = document_.selectedAnnotation()) {
+        TBBShape shape = *selected;
+        shape.applyStyle(style, withVisibility);
+        fitLabel(shape, host_.textPainter());
+        change(std::move(shape));
+        host_.overlayChanged();
+    }
+    host_.stateChanged();
+}
+
+void CanvasController::changeKind(ShapeKind kind) {
+    if (kind == ShapeKind::Drawing) {
+        if (mode_ != CanvasMode::FreeDrawing) beginDrawing(document_.selectedId());
+        return;
+    }
+    changeSettings([kind](TShapeStyle& style) { style.shape.kind = kind; });
+}
+
+// --- new annotations
+
+TBBShape CanvasController::newShape(const Rect& rect) const {
+    TShapeStyle style = settings_;
+    if (style.shape.kind == ShapeKind::Drawing) style.shape.kind = ShapeKind::FilledRectangle;
+    switch (tool_) {
+        case EditTool::TextLine:
+            style.shape.visible = false;
+            style.text.visible = style.line.visible = true;
+            break;
+        case EditTool::Text:
+            style.shape.visible = style.line.visible = false;
+            style.text.visible = true;
+            break;
+        case EditTool::RectHighlight:
+            style.shape.visible = true;
+            style.text.visible = style.line.visible = false;
+            style.shape.kind = ShapeKind::FilledRectangle;
+            break;
+        case EditTool::Line:
+            style.line.visible = true;
+            style.shape.visible = style.text.visible = false;
+            break;
+        default: break;
+    }
+    TBBShape shape(style, rect);
+    shape.text.settings.position = style.text.position;
+    shape.number.settings.position = style.number.position;
+    shape.number.number = document_.annotations().nextNumber();
+    fitLabel(shape, host_.textPainter());
+    return shape;
+}
+
+bool CanvasController::addShape(TBBShape shape, Gesture gesture) {
+    if (gesture == gesture_) gestureUsed_ = true;
+    if (!run(std::make_unique<AddAnnotation>(std::move(shape)), gesture)) return false;
+    document_.selectAnnotation(document_.annotations()[document_.annotations().size() - 1].id());
+    return true;
+}
+
+bool CanvasController::insertAnnotations(std::vector<TBBShape> shapes, Point shift) {
+    const Gesture together = document_.newGesture();
+    bool added = false;
+    for (TBBShape& shape : shapes) {
+        shape.setId(noAnnotation);
+        shape.moveBy(shift.x, shift.y);
+        added |= addShape(std::move(shape), together);
+    }
+    document_.select({});
+    if (const TBBShape* last = document_.selectedAnnotation()) host_.reveal(last->bounds());
+    host_.stateChanged();
+    host_.overlayChanged();
+    return added;
+}
+
+bool CanvasController::insertPicture(TBitmap picture) {
+    if (picture.empty()) return false;
+    if (picture.format() != PixelFormat::Bgra32) {
+        Result<TBitmap> converted = picture.converted(PixelFormat::Bgra32);
+        if (!converted) {
+            host_.failed(converted.message());
+            return false;
+        }
+        picture = converted.take();
+    }
+    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+    host_.finishTextEdit();
+    const Rect seen = view_.visible();
+    const Size size = picture.size();
+    const Point at{std::max(0, middle(seen.left, seen.right) - size.width / 2),
+                   std::max(0, middle(seen.top, seen.bottom) - size.height / 2)};
+    TShapeStyle style = settings_;
+    style.shape.kind = ShapeKind::Drawing;
+    style.shape.visible = true;
+    style.text.visible = style.line.visible = style.number.visible = false;
+    TBBShape shape(style, {at.x, at.y, at.x + size.width, at.y + size.height});
+    shape.shape.settings.kind = ShapeKind::Drawing;
+    shape.shape.drawing = std::make_shared<const TBitmap>(std::move(picture));
+    shape.number.number = document_.annotations().nextNumber();
+    return insertAnnotations({std::move(shape)}, {});
+}
+
+// --- text
+
+void CanvasController::textEdited(AnnotationId id, const std::string& text) {
+    const TBBShape* current = document_.annotations().find(id);
+    if (current == nullptr) return;
+    if (edited_ != id) {
+        edited_ = id;
+        // Typing into a label that has just been drawn belongs to its drawing.
+        editGesture_ = gestureUsed_ ? gesture_ : document_.newGesture();
+    }
+    TBBShape shape = *current;
+    shape.text.text = text;
+    fitLabel(shape, host_.textPainter());
+    if (shape == *current) return;
+    change(std::move(shape), editGesture_);
+    host_.overlayChanged();
+}
+
+void CanvasController::endTextEdit(AnnotationId id) {
+    edited_ = noAnnotation;
+    const TBBShape* current = document_.annotations().find(id);
+    if (current != nullptr && current->text.text.empty() && current->text.isVisible()) {
+        // An empty label is a blank box that says nothing: only the other parts stay.
+        const TBBShape before = *current;
+        TBBShape shape = before;
+        shape.text.setVisible(false);
+        shape.line.setVisible(shape.line.isVisible() && !shape.shape.isVisible());
+        if (!shape.shape.isVisible() && !shape.number.isVisible())
+            execute(EditCommand::DeleteAnnotation);
+        else
+            change(std::move(shape), editGesture_ != 0 ? editGesture_ : gesture_);
+    }
+    editGesture_ = 0;
+    gestureUsed_ = false;
+    document_.endGesture();
+    host_.stateChanged();
+    host_.overlayChanged();
+}
+
+// --- free drawing
+
+void CanvasController::beginDrawing(AnnotationId id) {
+    host_.finishTextEdit();
+    if (drag_ != Drag::None) finishDrag();
+    document_.select({});
+    ink_ = std::make_unique<InkLayer>(document_.size());
+    inkedId_ = noAnnotation;
+    const TBBShape* shape = document_.annotations().find(id);
+    if (shape != nullptr && shape->shape.settings.kind == ShapeKind::Drawing && shape->shape.drawing != nullptr) {
+        const Rect rect = shape->shape.rectangle;
+        // A drawing that was stretched would change under the pen; its place is what counts.
+        if (Status loaded = ink_->load(*shape->shape.drawing, {rect.left, rect.top}); !loaded)
+            host_.failed(loaded.message());
+        inkedId_ = id;
+    } else {
+        document_.selectAnnotation(noAnnotation);
+    }
+    mode_ = CanvasMode::FreeDrawing;
+    host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
+    host_.stateChanged();
+    host_.overlayChanged();
+}
+
+void CanvasController::endDrawing() {
+    GLIMMER_ASSERT(ink_ != nullptr, "pPicture != NULL", "uEditor");
+    Result<InkLayer::Finished> drawn = ink_->finished();
+    const AnnotationId id = std::exchange(inkedId_, noAnnotation);
+    drag_ = Drag::None;
+    mode_ = CanvasMode::Annotation;
+    const std::unique_ptr<InkLayer> over = std::move(ink_);
+    if (!drawn) {
+        host_.failed(drawn.message());
+    } else if (const TBBShape* existing = document_.annotations().find(id)) {
+        TBBShape shape = *existing;
+        if (drawn->picture.empty()) {
+            document_.selectAnnotation(id);
+            execute(EditCommand::DeleteAnnotation);
+        } else {
+            shape.setShapeRect(drawn->rect);
+            shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
+            change(std::move(shape));
+        }
+    } else if (!drawn->picture.empty()) {
+        gesture_ = document_.newGesture();
+        TBBShape shape = newShape(drawn->rect);
+        shape.shape.settings.kind = ShapeKind::Drawing;
+        shape.shape.settings.visible = true;
+        shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
+        if (addShape(std::move(shape), gesture_) && document_.selectedAnnotation()->text.isVisible())
+            host_.beginTextEdit(document_.selectedId());
+    }
+    if (tool_ == EditTool::TextPen) tool_ = EditTool::Pointer;
+    host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
+    host_.stateChanged();
+    host_.overlayChanged();
+}
+
+void CanvasController::clearDrawing() {
+    if (ink_ != nullptr) host_.inkChanged(ink_->clear());
+}
+
+// --- capture mode
+
+void CanvasController::beginCapture(std::function<void(Rect)> finished) {
+    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+    host_.finishTextEdit();
+    document_.selectAnnotation(noAnnotation);
+    document_.select({});
+    captured_ = std::move(finished);
+    mode_ = CanvasMode::Capture;
+    host_.stateChanged();
+    host_.overlayChanged();
+}
+
+void CanvasController::endCapture(bool take) {
+    if (mode_ != CanvasMode::Capture) return;
+    if (drag_ != Drag::None) finishDrag();
+    const Rect area = take ? document_.selection().bounds(document_.size()) : Rect{};
+    document_.select({});
+    mode_ = CanvasMode::Annotation;
+    host_.stateChanged();
+    host_.overlayChanged();
+    if (const auto finished = std::exchange(captured_, nullptr)) finished(area);
+}
+
+// --- overlay
+
+CanvasOverlay CanvasController::overlay() const {
+    CanvasOverlay overlay;
+    if (mode_ == CanvasMode::FreeDrawing) return overlay;
+    const Selection& selection = document_.selection();
+    overlay.selection = selection.pixels(document_.size());
+    overlay.dimOutside = mode_ == CanvasMode::Capture;
+    overlay.polyline = polygon_;
+    if (!polygon_.empty()) {
+        overlay.polyline.push_back(hover_);
+        overlay.handles.push_back(polygon_.front());
+    }
+    const auto addHandles = [&](const Rect& rect) {
+        for (int32_t i = 0; i < handleCount; ++i) overlay.handles.push_back(handlePoint(rect, i));
+    };
+    const bool framed = selection.kind == Selection::Kind::Rectangle || selection.kind == Selection::Kind::Ellipse;
+    if (framed && drag_ != Drag::Area && polygon_.empty()) addHandles(selection.rect);
+    const TBBShape* shape = dragged_ ? &*dragged_ : document_.selectedAnnotation();
+    if (shape != nullptr && shape->anyVisible()) {
+        addHandles(shape->handleRect());
+        if (showGuides_ && gestureUsed_) overlay.guides = shape->guides();
+    }
+    return overlay;
+}
+
+}  // namespace glimmer

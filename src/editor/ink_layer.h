@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "common/bitmap.h"
+#include "common/colour.h"
+#include "common/geometry.h"
+
+namespace glimmer {
+
+/// Free-hand ink while it is drawn: strokes of pen and eraser on a transparent layer in picture coordinates. The
+/// layer grows with the strokes; the last stroke can be taken back.
+class InkLayer {
+public:
+    /// `picture` limits the layer: ink outside it is lost.
+    explicit InkLayer(Size picture) : picture_(picture) {}
+
+    /// Starts from a drawing that was made before, its top-left corner at `at`; it cannot be taken back.
+    Status load(const TBitmap& drawing, Point at);
+
+    /// A stroke begins, goes on and ends. Both answer the picture pixels that changed.
+    Rect begin(Point at, bool eraser, Colour colour, int32_t width);
+    Rect moveTo(Point at);
+    void end();
+    [[nodiscard]] bool drawing() const { return drawing_; }
+    /// Takes the last stroke back; the area that changed, empty when there is none.
+    Rect undoStroke();
+    /// Empties the layer; the area that changed.
+    Rect clear();
+
+    [[nodiscard]] bool empty() const { return bitmap_.empty(); }
+    /// The layer, straight alpha, and where its top-left corner lies.
+    [[nodiscard]] const TBitmap& bitmap() const { return bitmap_; }
+    [[nodiscard]] Point at() const { return at_; }
+    /// The ink cut to what it covers, and its place; an empty picture when there is no ink. Fails for want of memory.
+    struct Finished {
+        TBitmap picture;
+        Rect rect;
+    };
+    [[nodiscard]] Result<Finished> finished() const;
+
+private:
+    struct Stroke {
+        std::vector<Point> points;
+        bool eraser = false;
+        Colour colour = 0;
+        int32_t width = 1;
+    };
+    bool reserve(const Rect& area);
+    Rect draw(const Stroke& stroke, size_t first);
+    [[nodiscard]] Rect covered() const { return bitmap_.bounds().moved(at_.x, at_.y); }
+
+    Size picture_;
+    TBitmap bitmap_;
+    Point at_;
+    std::vector<Stroke> strokes_;
+    bool drawing_ = false;
+    TBitmap loaded_;
+    Point loadedAt_;
+};
+
+}  // namespace glimmer

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <wx/textctrl.h>
+
+#include "editor/content.h"
+
+namespace glimmer {
+
+class TEditForm;
+
+/// The in-place editor of a label (`edtAnnotationEdit`): a rich edit over the label's place, in the label's font and
+/// colours. What is typed goes to the capture at once; the label, and with it this window, grows with the text.
+class LabelEditor {
+public:
+    LabelEditor(TEditForm& form, wxWindow* canvas);
+
+    /// Shows the editor over that annotation's label, all text selected.
+    void begin(AnnotationId id);
+    /// Hides it; what was typed is in the capture already.
+    void end();
+    /// The annotation that is being edited, or noAnnotation.
+    [[nodiscard]] AnnotationId annotation() const { return id_; }
+    [[nodiscard]] bool IsShown() const { return id_ != noAnnotation; }
+    [[nodiscard]] bool owns(const wxWindow* window) const { return window == edit_; }
+    /// Brings the window to the label's place at the current zoom.
+    void place();
+    /// Every half second while editing: takes over what came without a message (dead keys, input methods).
+    void timer() { takeText(); }
+
+private:
+    void takeText();
+    void format();
+
+    TEditForm& form_;
+    wxTextCtrl* edit_;
+    AnnotationId id_ = noAnnotation;
+    std::string known_;        ///< text as the capture has it
+    TTextSettings formatted_;  ///< what the window was last formatted as
+    int32_t formattedZoom_ = 0;
+};
+
+}  // namespace glimmer

@@ -1,0 +1,231 @@
+#include "editor/list_pickers.h"
+
+#include <wx/button.h>
+#include <wx/fontenum.h>
+#include <wx/listbox.h>
+#include <wx/sizer.h>
+#include <wx/spinctrl.h>
+#include <wx/stattext.h>
+#include <wx/textdlg.h>
+
+#include <algorithm>
+
+#include "editor/style_store.h"
+
+namespace glimmer {
+
+namespace {
+
+/// A picker that is one list; a click, Enter or a double click takes the entry.
+class ListPicker : public PickerWindow {
+protected:
+    ListPicker(wxWindow* parent, const wxString& title, const char* name) : PickerWindow(parent, title, name) {
+        list_ = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(220, 240)), 0, nullptr, wxLB_SINGLE,
+                              wxDefaultValidator, "lstChoices");
+        list_->Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& event) {
+            event.Skip();
+            if (list_->HitTest(event.GetPosition()) != wxNOT_FOUND) CallAfter([this] { takeSelected(); });
+        });
+        list_->Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { takeSelected(); });
+        list_->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
+            if (event.GetKeyCode() == WXK_RETURN)
+                takeSelected();
+            else
+                event.Skip();
+        });
+        all_ = new wxBoxSizer(wxVERTICAL);
+        all_->Add(list_, 1, wxEXPAND);
+        SetSizer(all_);
+    }
+
+    void takeSelected() {
+        const int at = list_->GetSelection();
+        if (at != wxNOT_FOUND) take(static_cast<size_t>(at));
+    }
+    virtual void take(size_t index) = 0;
+
+    void select(const wxString& text) {
+        const int at = list_->FindString(text, true);
+        if (at != wxNOT_FOUND) list_->SetSelection(at);
+        if (at != wxNOT_FOUND) list_->EnsureVisible(at);
+        list_->SetFocus();
+    }
+
+    wxListBox* list_;
+    wxBoxSizer* all_;
+};
+
+class FontPicker final : public ListPicker {
+public:
+    FontPicker(wxWindow* parent, const std::string& current, std::function<void(const std::string&)> picked)
+        : ListPicker(parent, "Fonts", "FontPicker"), picked_(std::move(picked)) {
+        wxArrayString faces = wxFontEnumerator::GetFacenames();
+        faces.Sort();
+        for (const wxString& face : faces)
+            if (!face.StartsWith("@")) list_->Append(face);  // "@" marks a face for vertical text
+        select(wxString::FromUTF8(current));
+    }
+
+private:
+    void take(size_t index) override {
+        const std::string face = list_->GetString(static_cast<unsigned>(index)).utf8_string();
+        const auto picked = std::move(picked_);
+        picked_ = nullptr;
+        finish();
+        if (picked) picked(face);
+    }
+
+    std::function<void(const std::string&)> picked_;
+};
+
+class StylePicker final : public ListPicker {
+public:
+    StylePicker(wxWindow* parent, const std::string& current, StyleActions actions)
+        : ListPicker(parent, "Styles", "StylePicker"), actions_(std::move(actions)) {
+        auto* row = new wxBoxSizer(wxHORIZONTAL);
+        const auto add = [&](const char* name, const wxString& caption, auto act) {
+            auto* made = new wxButton(this, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, wxBU_EXACTFIT,
+                                      wxDefaultValidator, name);
+            made->Bind(wxEVT_BUTTON, [act](wxCommandEvent&) { act(); });
+            row->Add(made, 1, wxALL, FromDIP(3));
+        };
+        add("btnSaveStyle", "Save as...", [this] { saveAs(); });
+        add("btnDeleteStyle", "Delete", [this] { remove(); });
+        all_->Add(row, 0, wxEXPAND);
+        fill(current);
+    }
+
+private:
+    void fill(const std::string& current) {
+        styles_ = allStyles();
+        list_->Clear();
+        for (const TShapeStyle& style : styles_) list_->Append(wxString::FromUTF8(style.name));
+        select(wxString::FromUTF8(current));
+    }
+
+    void take(size_t index) override {
+        const auto picked = std::move(actions_.picked);
+        const TShapeStyle style = styles_.at(index);
+        finish();
+        if (picked) picked(style);
+    }
+
+    void saveAs() {
+        TShapeStyle style = actions_.current();
+        const auto picked = actions_.picked;
+        wxWindow* parent = GetParent();
+        finish();
+        wxTextEntryDialog dialog(parent, "Name of the style:", "Save Style", wxString::FromUTF8(style.name));
+        dialog.SetMaxLength(100);
+        if (dialog.ShowModal() != wxID_OK) return;
+        style.name = dialog.GetValue().Trim().Trim(false).utf8_string();
+        if (style.name.empty()) return;
+        storeStyle(style);
+        picked(style);
+    }
+
+    void remove() {
+        const int at = list_->GetSelection();
+        if (at == wxNOT_FOUND) return;
+        // A predefined style comes back as it was.
+        deleteStyle(styles_.at(static_cast<size_t>(at)).name);
+        fill("");
+    }
+
+    StyleActions actions_;
+    std::vector<TShapeStyle> styles_;
+};
+
+/// The annotations in the order of their numbers.
+class NumbersDialog final : public wxDialog {
+public:
+    NumbersDialog(wxWindow* parent, const TShapesList& annotations, AnnotationId selected)
+        : wxDialog(parent, wxID_ANY, "Renumber Annotations", wxDefaultPosition, wxDefaultSize,
+                   wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "AnnotationList") {
+        TShapesList copy = annotations;
+        for (const TBBShape* shape : copy.byNumber()) {
+            ids_.push_back(shape->id());
+            std::string text = shape->text.text.substr(0, shape->text.text.find('\n'));
+            texts_.push_back(text.empty() ? wxString("(no text)") : wxString::FromUTF8(text));
+        }
+        list_ = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(300, 220)), 0, nullptr, wxLB_SINGLE,
+                              wxDefaultValidator, "lstAnnotations");
+        first_ = new wxSpinCtrl(this, wxID_ANY, "1", wxDefaultPosition, wxDefaultSize, wxSP_ARROW_KEYS, minStepNumber,
+                                maxStepNumber - 10000, 1, "spnFirstNumber");
+        first_->Bind(wxEVT_SPINCTRL, [this](wxSpinEvent&) { fill(list_->GetSelection()); });
+        auto* column = new wxBoxSizer(wxVERTICAL);
+        const auto add = [&](const char* name, const wxString& caption, int way) {
+            auto* made = new wxButton(this, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator,
+                                      name);
+            made->Bind(wxEVT_BUTTON, [this, way](wxCommandEvent&) { shift(way); });
+            column->Add(made, 0, wxEXPAND | wxBOTTOM, FromDIP(6));
+        };
+        add("btnMoveUp", "Move &Up", -1);
+        add("btnMoveDown", "Move &Down", 1);
+        auto* middleRow = new wxBoxSizer(wxHORIZONTAL);
+        middleRow->Add(list_, 1, wxEXPAND | wxRIGHT, FromDIP(8));
+        middleRow->Add(column);
+        auto* firstRow = new wxBoxSizer(wxHORIZONTAL);
+        firstRow->Add(new wxStaticText(this, wxID_ANY, "&First number:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT,
+                      FromDIP(6));
+        firstRow->Add(first_);
+        auto* all = new wxBoxSizer(wxVERTICAL);
+        all->Add(middleRow, 1, wxEXPAND | wxALL, FromDIP(10));
+        all->Add(firstRow, 0, wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(10));
+        all->Add(CreateSeparatedButtonSizer(wxOK | wxCANCEL), 0, wxEXPAND | wxALL, FromDIP(10));
+        SetSizerAndFit(all);
+        const auto at = std::find(ids_.begin(), ids_.end(), selected);
+        fill(at == ids_.end() ? 0 : static_cast<int>(at - ids_.begin()));
+        list_->SetFocus();
+        CentreOnParent();
+    }
+
+    [[nodiscard]] std::vector<std::pair<AnnotationId, int32_t>> numbers() const {
+        std::vector<std::pair<AnnotationId, int32_t>> result;
+        for (size_t i = 0; i < ids_.size(); ++i)
+            result.emplace_back(ids_[i], clampStepNumber(first_->GetValue() + static_cast<int32_t>(i)));
+        return result;
+    }
+
+private:
+    void fill(int selected) {
+        list_->Clear();
+        for (size_t i = 0; i < ids_.size(); ++i)
+            list_->Append(wxString::Format("%d   ", first_->GetValue() + static_cast<int>(i)) + texts_[i]);
+        if (selected >= 0 && selected < static_cast<int>(list_->GetCount())) list_->SetSelection(selected);
+    }
+
+    void shift(int way) {
+        const int at = list_->GetSelection();
+        const int to = at + way;
+        if (at == wxNOT_FOUND || to < 0 || to >= static_cast<int>(ids_.size())) return;
+        std::swap(ids_[static_cast<size_t>(at)], ids_[static_cast<size_t>(to)]);
+        std::swap(texts_[static_cast<size_t>(at)], texts_[static_cast<size_t>(to)]);
+        fill(to);
+    }
+
+    std::vector<AnnotationId> ids_;
+    std::vector<wxString> texts_;
+    wxListBox* list_;
+    wxSpinCtrl* first_;
+};
+
+}  // namespace
+
+void openFontPicker(wxWindow* parent, const wxRect& owner, const std::string& current,
+                    std::function<void(const std::string&)> picked) {
+    (new FontPicker(parent, current, std::move(picked)))->openAt(owner);
+}
+
+void openStylePicker(wxWindow* parent, const wxRect& owner, const std::string& current, StyleActions actions) {
+    (new StylePicker(parent, current, std::move(actions)))->openAt(owner);
+}
+
+std::vector<std::pair<AnnotationId, int32_t>> askForNumbers(wxWindow* parent, const TShapesList& annotations,
+                                                            AnnotationId selected) {
+    NumbersDialog dialog(parent, annotations, selected);
+    if (dialog.ShowModal() != wxID_OK) return {};
+    return dialog.numbers();
+}
+
+}  // namespace glimmer

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "editor/document.h"
+#include "editor/picker_window.h"
+
+namespace glimmer {
+
+/// Lets the user pick one of the system's fonts.
+void openFontPicker(wxWindow* parent, const wxRect& owner, const std::string& current,
+                    std::function<void(const std::string&)> picked);
+
+/// What the style picker can do with styles.
+struct StyleActions {
+    std::function<void(const TShapeStyle&)> picked;
+    std::function<TShapeStyle()> current;  ///< the settings that "Save as..." stores
+};
+void openStylePicker(wxWindow* parent, const wxRect& owner, const std::string& current, StyleActions actions);
+
+/// The list of all annotations by step number: the user drags or moves entries up and down, or types numbers anew
+/// from a first one. Modal. Answers the new numbers, or nothing when it was cancelled.
+std::vector<std::pair<AnnotationId, int32_t>> askForNumbers(wxWindow* parent, const TShapesList& annotations,
+                                                            AnnotationId selected);
+
+}  // namespace glimmer

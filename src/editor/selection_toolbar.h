@@ -1,0 +1,31 @@
+#pragma once
+
+#include <wx/panel.h>
+
+namespace glimmer {
+
+class TEditForm;
+class ToolButton;
+
+/// The floating panel beside a selection (`pnlSelectionIcons`) with its toolbar `tbShapes`: what can be done with the
+/// selected pixels. A strip at the top moves it; until the next selection it then stays where it was put.
+class SelectionToolbar : public wxPanel {
+public:
+    SelectionToolbar(TEditForm& form, wxWindow* canvas);
+
+    /// Shows it beside the selection, or hides it when there is none or the mouse is at work.
+    void place();
+    [[nodiscard]] bool AcceptsFocus() const override { return false; }
+
+private:
+    void onBmpOperation(const ToolButton& button);
+    void imgDragHandleMouseDown(wxMouseEvent& event);
+    void imgDragHandleMouseMove(wxMouseEvent& event);
+
+    TEditForm& form_;
+    wxWindow* imgDragHandle_;
+    wxPoint grabbedAt_;
+    bool moved_ = false;
+};
+
+}  // namespace glimmer

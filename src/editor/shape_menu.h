@@ -1,0 +1,15 @@
+#pragma once
+
+#include <wx/menu.h>
+
+#include <memory>
+
+namespace glimmer {
+
+class TEditForm;
+
+/// The popup menu of annotations, `pmShapeMenu`, with the marks and disabled items of the moment. Its commands act on
+/// the form's selected annotation, which must outlive the menu.
+std::unique_ptr<wxMenu> makeShapeMenu(TEditForm& form);
+
+}  // namespace glimmer

@@ -1,0 +1,324 @@
+#include "editor/uEditor.h"
+
+#include <wx/dcclient.h>
+#include <wx/msgdlg.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
+
+#include "editor/label_editor.h"
+#include "editor/property_panels.h"
+#include "editor/selection_toolbar.h"
+#include "editor/style_store.h"
+#include "editor/rich_text_painter.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+
+namespace glimmer {
+
+namespace {
+
+constexpr int scrollIncrement = 20;
+constexpr int editingAnnotationInterval = 500;  // milliseconds
+
+/// wxPanel would steal the focus back from the canvas.
+class FocusWindow final : public wxWindow {
+public:
+    FocusWindow(wxWindow* parent, const wxString& name, long style) {
+        SetBackgroundStyle(wxBG_STYLE_PAINT);
+        Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, style, name);
+    }
+};
+
+}  // namespace
+
+TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxCLIP_CHILDREN, "EditForm"),
+      document_(document),
+      controller_(document_, view_, *this),
+      text_(std::make_unique<RichTextPainter>()),
+      working_(document_, *text_) {
+    SetLabel("Edit Screenshot");
+    makeCanvas();
+    selectionToolbar_ = new SelectionToolbar(*this, pbScreen_);
+    labelEditor_ = new LabelEditor(*this, pbScreen_);
+    panels_ = new PropertyPanels(*this);
+
+    auto* columns = new wxBoxSizer(wxHORIZONTAL);
+    columns->Add(scrollBox_, 1, wxEXPAND);
+    columns->Add(panels_, 0, wxEXPAND);
+    SetSizer(columns);
+
+    controller_.setToolSettings(lastUsedStyle());
+    applyDisplayOptions();
+    view_.setPictureSize(document_.size());
+    observer_ = document_.observe([this](const DocumentChange& change) { documentChanged(change); });
+
+    tmrScrolling_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrScrollingTimer(); });
+    tmrCanvasCursor_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrCanvasCursorTimer(); });
+    tmrEditingAnnotation_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { labelEditor_->timer(); });
+    Bind(wxEVT_IDLE, &TEditForm::idle, this);
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (!FormKeyDown(event)) event.Skip();
+    });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        applyDisplayOptions();
+        event.Skip();
+    });
+    stateChanged();
+}
+
+TEditForm::~TEditForm() {
+    // Whatever is being typed or drawn is kept; no event of a dying child may reach a half-destroyed form.
+    changed_ = nullptr;
+    if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
+    finishEditing();
+    document_.forget(observer_);
+    tmrScrolling_.Stop();
+    tmrCanvasCursor_.Stop();
+    tmrEditingAnnotation_.Stop();
+    DestroyChildren();
+}
+
+void TEditForm::makeCanvas() {
+    scrollBox_ = new FocusWindow(this, "scrollBox", wxVSCROLL | wxHSCROLL | wxCLIP_CHILDREN);
+    pbScreen_ = new FocusWindow(scrollBox_, "pbScreen", wxWANTS_CHARS | wxCLIP_CHILDREN | wxBORDER_NONE);
+    pbScreen_->SetLabel("Canvas");
+
+    scrollBox_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        windowResized();
+        event.Skip();
+    });
+    scrollBox_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { wxPaintDC dc(scrollBox_); });
+    for (const auto& type : {wxEVT_SCROLLWIN_TOP, wxEVT_SCROLLWIN_BOTTOM, wxEVT_SCROLLWIN_LINEUP,
+                             wxEVT_SCROLLWIN_LINEDOWN, wxEVT_SCROLLWIN_PAGEUP, wxEVT_SCROLLWIN_PAGEDOWN,
+                             wxEVT_SCROLLWIN_THUMBTRACK, wxEVT_SCROLLWIN_THUMBRELEASE})
+        scrollBox_->Bind(type, &TEditForm::onScroll, this);
+    scrollBox_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
+    pbScreen_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
+    pbScreen_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paintCanvas(); });
+    pbScreen_->Bind(wxEVT_LEFT_DOWN, &TEditForm::pbScreenMouseDown, this);
+    pbScreen_->Bind(wxEVT_LEFT_DCLICK, &TEditForm::pbScreenMouseDown, this);
+    pbScreen_->Bind(wxEVT_RIGHT_DOWN, &TEditForm::pbScreenMouseDown, this);
+    pbScreen_->Bind(wxEVT_MOTION, &TEditForm::pbScreenMouseMove, this);
+    pbScreen_->Bind(wxEVT_LEFT_UP, &TEditForm::pbScreenMouseUp, this);
+    pbScreen_->Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
+        controller_.captureLost();
+        captureEnded();
+    });
+}
+
+// --- view
+
+void TEditForm::windowResized() {
+    const wxSize size = scrollBox_->GetClientSize();
+    pbScreen_->SetSize(0, 0, size.x, size.y);
+    view_.setWindowSize({size.x, size.y});
+    updateScrollBars();
+    viewChanged();
+}
+
+void TEditForm::updateScrollBars() {
+    const Size all = view_.extent();
+    const Size window = view_.window();
+    scrollBox_->SetScrollbar(wxHORIZONTAL, view_.scroll().x, window.width, all.width);
+    scrollBox_->SetScrollbar(wxVERTICAL, view_.scroll().y, window.height, all.height);
+    // A bar that came or went has changed the room.
+    const wxSize size = scrollBox_->GetClientSize();
+    if (size.x == view_.window().width && size.y == view_.window().height) return;
+    pbScreen_->SetSize(0, 0, size.x, size.y);
+    view_.setWindowSize({size.x, size.y});
+    scrollBox_->SetScrollbar(wxHORIZONTAL, view_.scroll().x, size.x, all.width);
+    scrollBox_->SetScrollbar(wxVERTICAL, view_.scroll().y, size.y, all.height);
+}
+
+/// Everything on the canvas lies elsewhere now.
+void TEditForm::viewChanged() {
+    shownOverlay_ = controller_.overlay();
+    pbScreen_->Refresh(false);
+    placeFloating();
+    stateDirty_ = true;
+}
+
+void TEditForm::placeFloating() {
+    labelEditor_->place();
+    selectionToolbar_->place();
+}
+
+void TEditForm::scrollTo(Point position) {
+    const Point before = view_.scroll();
+    view_.scrollTo(position);
+    const Point after = view_.scroll();
+    if (before == after) return;
+    scrollBox_->SetScrollPos(wxHORIZONTAL, after.x);
+    scrollBox_->SetScrollPos(wxVERTICAL, after.y);
+    // Floating windows over the canvas and lines across it must not be dragged along with its pixels.
+    const bool plain = !labelEditor_->IsShown() && !selectionToolbar_->IsShown() && shownOverlay_.guides.empty();
+    if (!plain) {
+        viewChanged();
+        return;
+    }
+    pbScreen_->ScrollWindow(before.x - after.x, before.y - after.y);
+    placeFloating();
+    stateDirty_ = true;
+}
+
+void TEditForm::onScroll(wxScrollWinEvent& event) {
+    const bool across = event.GetOrientation() == wxHORIZONTAL;
+    Point to = view_.scroll();
+    int32_t& at = across ? to.x : to.y;
+    const int32_t page = (across ? view_.window().width : view_.window().height) - scrollIncrement;
+    const wxEventType type = event.GetEventType();
+    if (type == wxEVT_SCROLLWIN_TOP) at = 0;
+    if (type == wxEVT_SCROLLWIN_BOTTOM) at = across ? view_.maxScroll().x : view_.maxScroll().y;
+    if (type == wxEVT_SCROLLWIN_LINEUP) at -= scrollIncrement;
+    if (type == wxEVT_SCROLLWIN_LINEDOWN) at += scrollIncrement;
+    if (type == wxEVT_SCROLLWIN_PAGEUP) at -= page;
+    if (type == wxEVT_SCROLLWIN_PAGEDOWN) at += page;
+    if (type == wxEVT_SCROLLWIN_THUMBTRACK || type == wxEVT_SCROLLWIN_THUMBRELEASE) at = event.GetPosition();
+    scrollTo(to);
+}
+
+void TEditForm::setZoom(int32_t percent, Point anchor) {
+    const int32_t before = view_.zoom();
+    view_.setZoom(percent, anchor);
+    if (view_.zoom() == before) return;
+    updateScrollBars();
+    viewChanged();
+    stateChanged();
+}
+
+void TEditForm::zoomTo(int32_t percent) { setZoom(percent, viewCentre()); }
+
+void TEditForm::zoomIn() {
+    CanvasView next = view_;
+    next.zoomIn({});
+    zoomTo(next.zoom());
+}
+
+void TEditForm::zoomOut() {
+    CanvasView next = view_;
+    next.zoomOut({});
+    zoomTo(next.zoom());
+}
+
+void TEditForm::reveal(const Rect& area) {
+    CanvasView next = view_;
+    if (next.scrollIntoView(area)) scrollTo(next.scroll());
+}
+
+// --- what changed
+
+void TEditForm::documentChanged(const DocumentChange& change) {
+    if (change.size) {
+        view_.setPictureSize(document_.size());
+        working_.invalidateAll();
+        updateScrollBars();
+        viewChanged();
+    } else if (change.pixels || change.annotations) {
+        working_.invalidate(change.area);
+        invalidatePicture(change.area);
+    }
+    if (change.selection || change.size || change.annotations) overlayChanged();
+    stateDirty_ = true;
+}
+
+void TEditForm::overlayChanged() {
+    CanvasOverlay now = controller_.overlay();
+    if (now == shownOverlay_) return;
+    invalidateView(overlayArea(shownOverlay_, view_, look_.dotsPerInch));
+    shownOverlay_ = std::move(now);
+    invalidateView(overlayArea(shownOverlay_, view_, look_.dotsPerInch));
+    selectionToolbar_->place();
+}
+
+void TEditForm::stateChanged() {
+    stateDirty_ = true;
+    if (panels_ == nullptr) return;
+    const bool drawing = controller_.mode() == CanvasMode::FreeDrawing;
+    const TBitmap* ink = drawing ? &controller_.ink()->bitmap() : nullptr;
+    if (working_.ink != ink || working_.hidden != controller_.inkedId()) {
+        working_.ink = ink;
+        working_.hidden = controller_.inkedId();
+        working_.invalidateAll();
+        pbScreen_->Refresh(false);
+    }
+    if (drawing) working_.inkAt = controller_.ink()->at();
+    panels_->showState();
+    selectionToolbar_->place();
+}
+
+void TEditForm::inkChanged(const Rect& area) {
+    if (const InkLayer* ink = controller_.ink()) working_.inkAt = ink->at();
+    working_.invalidate(area);
+    invalidatePicture(area);
+    stateDirty_ = true;
+}
+
+void TEditForm::idle(wxIdleEvent& event) {
+    event.Skip();
+    if (stateDirty_) {
+        stateDirty_ = false;
+        panels_->showState();
+        if (changed_) changed_();
+    }
+    if (!controller_.dragging() && document_.compactSome()) event.RequestMore();
+}
+
+void TEditForm::setTool(EditTool tool) {
+    controller_.setTool(tool);
+    pbScreen_->SetFocus();
+}
+
+void TEditForm::finishEditing() {
+    if (controller_.dragging()) controller_.captureLost();
+    finishTextEdit();
+    if (controller_.mode() == CanvasMode::FreeDrawing) controller_.endDrawing();
+}
+
+void TEditForm::failed(const std::string& message) { showError(message); }
+
+TextPainter& TEditForm::textPainter() { return *text_; }
+
+void TEditForm::beginTextEdit(AnnotationId id) {
+    labelEditor_->begin(id);
+    working_.options.editedId = id;
+    if (const TBBShape* shape = document_.annotations().find(id)) {
+        working_.invalidate(shape->bounds());
+        invalidatePicture(shape->bounds());
+    }
+    tmrEditingAnnotation_.Start(editingAnnotationInterval);
+}
+
+void TEditForm::finishTextEdit() {
+    const AnnotationId id = labelEditor_->annotation();
+    if (id == noAnnotation) return;
+    tmrEditingAnnotation_.Stop();
+    labelEditor_->end();
+    working_.options.editedId = 0;
+    if (const TBBShape* shape = document_.annotations().find(id)) {
+        working_.invalidate(shape->bounds());
+        invalidatePicture(shape->bounds());
+    }
+    controller_.endTextEdit(id);
+}
+
+void TEditForm::applyDisplayOptions() {
+    const Options& options = OptionsHolder();
+    working_.options.labels = options.on("chkDisplayAnnotations");
+    working_.options.numbers = options.on("chkDisplayNumbers");
+    working_.options.calloutLines = options.on("chkDisplayCalloutLines");
+    working_.options.shadows = options.on("chkDisplayShadows");
+    controller_.blurIntensity = options.number("spnBlurIntensity");
+    controller_.inkColour = static_cast<Colour>(options.number("clrPenColor"));
+    controller_.inkWidth = options.number("spnPenSize");
+    look_.dotsPerInch = GetDPI().x;
+    controller_.dotsPerInch = look_.dotsPerInch;
+    if (wxSystemSettings::GetAppearance().IsUsingDarkBackground()) {
+        look_.desk = rgb(38, 42, 48);
+        look_.border = rgb(84, 92, 102);
+    }
+    working_.invalidateAll();
+    pbScreen_->Refresh(false);
+}
+
+}  // namespace glimmer

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <wx/panel.h>
+#include <wx/timer.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "editor/canvas_controller.h"
+#include "editor/canvas_surface.h"
+#include "editor/canvas_view.h"
+#include "editor/document.h"
+#include "editor/working_picture.h"
+
+class wxMenu;
+
+namespace glimmer {
+
+class LabelEditor;
+class PropertyPanels;
+class SelectionToolbar;
+
+/// The editing canvas of one capture: shows it with its annotations and lets the user select, annotate, draw and
+/// change pixels. Thin: what a press or a key means is the controller's (canvas_controller.h), what is on the screen
+/// is painted by the core. Hosted without a border by the main editor window, which owns the document; made when a
+/// capture is shown and destroyed when another one is.
+///
+/// The sources: uEditor.cpp (making, layout, state), uEditor_paint.cpp, uEditor_mouse.cpp, uEditor_keys.cpp,
+/// uEditor_menu.cpp, uEditor_clipboard.cpp, uEditor_pickers.cpp.
+class TEditForm : public wxPanel, private CanvasHost {
+public:
+    TEditForm(wxWindow* parent, CaptureDocument& document);
+    ~TEditForm() override;
+
+    [[nodiscard]] CaptureDocument& document() { return document_; }
+    [[nodiscard]] CanvasController& controller() { return controller_; }
+
+    // For the main window's toolbar and status bar.
+    [[nodiscard]] EditTool tool() const { return controller_.tool(); }
+    void setTool(EditTool tool);
+    void undo() { executeCommand(EditCommand::Undo); }
+    void redo() { executeCommand(EditCommand::Redo); }
+    void zoomIn();
+    void zoomOut();
+    void zoomTo(int32_t percent);
+    [[nodiscard]] int32_t zoom() const { return view_.zoom(); }
+    /// "Add Image": puts the picture on the canvas as an annotation.
+    bool insertPicture(TBitmap picture) { return controller_.insertPicture(std::move(picture)); }
+    /// Picture pixel under the pointer; what is selected (empty: nothing).
+    [[nodiscard]] Point pointerPosition() const { return pointer_; }
+    [[nodiscard]] Rect selectedArea() const { return document_.selection().bounds(document_.size()); }
+    /// A rectangle of the picture in the canvas's window coordinates.
+    [[nodiscard]] Rect inView(const Rect& picture) const { return view_.toView(picture); }
+    /// Called when the tool, the zoom, the selection, the pointer's place or what can be undone has changed.
+    void onChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+    /// Ends what is being typed, dragged or drawn, keeping it; before saving, switching or closing.
+    void finishEditing();
+    /// Capture mode: the user picks an area; `finished` gets it, or an empty one when it was cancelled.
+    void beginCapture(std::function<void(Rect)> finished) { controller_.beginCapture(std::move(finished)); }
+
+    /// Runs a command of a menu, button or shortcut, the clipboard's included; false when there is nothing to do.
+    bool executeCommand(EditCommand command);
+    /// A key press; true when it was taken. The form previews all keys of its children.
+    bool FormKeyDown(wxKeyEvent& event);
+    /// The popup menu of annotations (`pmShapeMenu`).
+    [[nodiscard]] std::unique_ptr<wxMenu> makeShapeMenu();
+    /// What a menu item of it does.
+    void onShapeMenu(int id);
+    /// The list dialog behind "Renumber..." and "Reorder...".
+    void mnuNumberSetClick();
+    /// Opens the style picker, the font picker.
+    void lblStyleClick();
+    void lblFontNameClick();
+    /// A swatch was pressed: picks the colour of the property that `name` stands for.
+    void imgShapeForegroundMouseDown(const std::string& name, wxWindow& swatch);
+    /// Stores the drawing in the annotation and returns to annotation mode.
+    void endPenDrawing() { controller_.endDrawing(); }
+
+    bool AcceptsFocus() const override { return false; }
+
+private:
+    // CanvasHost
+    TextPainter& textPainter() override;
+    void overlayChanged() override;
+    void beginTextEdit(AnnotationId id) override;
+    void finishTextEdit() override;
+    void inkChanged(const Rect& area) override;
+    void stateChanged() override;
+    void reveal(const Rect& area) override;
+    void pickColour(Colour initial, std::function<void(Colour)> picked) override;
+    void failed(const std::string& message) override;
+
+    // Layout and view
+    void makeCanvas();
+    void documentChanged(const DocumentChange& change);
+    void windowResized();
+    void updateScrollBars();
+    void scrollTo(Point position);
+    void viewChanged();
+    void placeFloating();
+    void onScroll(wxScrollWinEvent& event);
+    void setZoom(int32_t percent, Point anchor);
+    [[nodiscard]] Point viewCentre() const { return {view_.window().width / 2, view_.window().height / 2}; }
+
+    // Painting
+    void paintCanvas();
+    void invalidateView(const Rect& viewArea);
+    void invalidatePicture(const Rect& pictureArea);
+    void applyDisplayOptions();
+
+    // Mouse
+    void pbScreenMouseDown(wxMouseEvent& event);
+    void pbScreenMouseMove(wxMouseEvent& event);
+    void pbScreenMouseUp(wxMouseEvent& event);
+    void scrollBoxMouseWheel(wxMouseEvent& event);
+    void captureEnded();
+    void tmrScrollingTimer();
+    void tmrCanvasCursorTimer();
+    void showCursor(Point at);
+    [[nodiscard]] Point picturePoint(const wxMouseEvent& event) const;
+
+    // Clipboard
+    bool copyOrCut(bool cut);
+    bool paste();
+
+    void pickColourAt(wxWindow& owner, Colour initial, std::function<void(Colour)> picked);
+    void idle(wxIdleEvent& event);
+
+    CaptureDocument& document_;
+    CanvasView view_;
+    CanvasController controller_;
+    std::unique_ptr<TextPainter> text_;
+    WorkingPicture working_;
+    CanvasSurface surface_;
+    CanvasOverlay shownOverlay_;
+    CanvasLook look_;
+    int observer_ = 0;
+    std::function<void()> changed_;
+    Point pointer_;
+    bool stateDirty_ = false;
+    int32_t pastedHere_ = 0;  ///< pastes since the last copy
+    CanvasCursor shownCursor_ = CanvasCursor::Arrow;
+
+    wxWindow* scrollBox_ = nullptr;
+    wxWindow* pbScreen_ = nullptr;
+    PropertyPanels* panels_ = nullptr;
+    SelectionToolbar* selectionToolbar_ = nullptr;
+    LabelEditor* labelEditor_ = nullptr;
+    wxTimer tmrScrolling_;
+    wxTimer tmrCanvasCursor_;
+    wxTimer tmrEditingAnnotation_;
+};
+
+}  // namespace glimmer

@@ -1,0 +1,96 @@
+// The keyboard: the form sees every key before its children do.
+
+#include <wx/textctrl.h>
+#include <wx/window.h>
+
+#include <optional>
+
+#include "editor/label_editor.h"
+#include "editor/uEditor.h"
+
+namespace glimmer {
+
+namespace {
+
+std::optional<Key> keyOf(int code) {
+    switch (code) {
+        case WXK_ESCAPE: return Key::Escape;
+        case WXK_RETURN:
+        case WXK_NUMPAD_ENTER:
+        case WXK_F2: return Key::Enter;
+        case WXK_TAB: return Key::Tab;
+        case WXK_BACK: return Key::Backspace;
+        case WXK_INSERT:
+        case WXK_NUMPAD_INSERT: return Key::Insert;
+        case WXK_DELETE:
+        case WXK_NUMPAD_DELETE: return Key::Delete;
+        case WXK_LEFT: return Key::Left;
+        case WXK_RIGHT: return Key::Right;
+        case WXK_UP: return Key::Up;
+        case WXK_DOWN: return Key::Down;
+        default: break;
+    }
+    if (code >= WXK_NUMPAD1 && code <= WXK_NUMPAD4) return letter(static_cast<char>('1' + (code - WXK_NUMPAD1)));
+    if ((code >= 'A' && code <= 'Z') || (code >= '0' && code <= '9')) return letter(static_cast<char>(code));
+    return std::nullopt;
+}
+
+}  // namespace
+
+bool TEditForm::FormKeyDown(wxKeyEvent& event) {
+    const wxWindow* focus = FindFocus();
+    if (labelEditor_->owns(focus)) {
+        // The label's own editor has the keys, but for the one that ends it.
+        if (event.GetKeyCode() == WXK_ESCAPE || (event.GetKeyCode() == WXK_RETURN && event.ControlDown())) {
+            finishTextEdit();
+            pbScreen_->SetFocus();
+            return true;
+        }
+        return false;
+    }
+    const Modifiers held{event.ShiftDown(), event.ControlDown(), event.AltDown()};
+    const int code = event.GetKeyCode();
+    if (held.ctrl && !held.alt) {
+        switch (code) {
+            case '+':
+            case '=':
+            case WXK_NUMPAD_ADD: zoomIn(); return true;
+            case '-':
+            case WXK_NUMPAD_SUBTRACT: zoomOut(); return true;
+            case '0':
+            case WXK_NUMPAD0: zoomTo(100); return true;
+            default: break;
+        }
+    }
+    const std::optional<Key> key = keyOf(code);
+    if (!key) return false;
+    // Elsewhere than on the canvas, plain keys belong to the control that has the focus.
+    const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
+    const bool command = held.ctrl || held.alt || *key == Key::Insert || *key == Key::Escape;
+    if (!onCanvas && !command) return false;
+    if (!onCanvas && dynamic_cast<const wxTextEntry*>(focus) != nullptr && !held.alt && *key != Key::Escape)
+        return false;
+    if (held.ctrl && !held.alt && !held.shift) {
+        if (*key == letter('C')) return executeCommand(EditCommand::Copy);
+        if (*key == letter('X')) return executeCommand(EditCommand::Cut);
+        if (*key == letter('V')) return executeCommand(EditCommand::Paste);
+    }
+    if (*key == Key::Backspace && held == Modifiers{false, false, true}) {
+        if (!document_.annotations().empty()) mnuNumberSetClick();
+        return true;
+    }
+    if (controller_.key(*key, held)) return true;
+    if (!onCanvas) return false;
+    Point to = view_.scroll();
+    switch (*key) {
+        case Key::Left: to.x -= 20; break;
+        case Key::Right: to.x += 20; break;
+        case Key::Up: to.y -= 20; break;
+        case Key::Down: to.y += 20; break;
+        default: return false;
+    }
+    scrollTo(to);
+    return true;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,149 @@
+// The mouse: what comes from the window, in device pixels, goes to the controller in picture pixels.
+
+#include <wx/cursor.h>
+#include <wx/menu.h>
+#include <wx/settings.h>
+#include <wx/utils.h>
+
+#include "editor/label_editor.h"
+#include "editor/selection_toolbar.h"
+#include "editor/uEditor.h"
+
+namespace glimmer {
+
+namespace {
+
+constexpr int scrollingInterval = 50;     // milliseconds
+constexpr int canvasCursorInterval = 10;  // milliseconds
+constexpr int scrollIncrement = 20;       // device pixels
+
+Modifiers heldKeys(const wxKeyboardState& state) {
+    return {state.ShiftDown(), state.ControlDown(), state.AltDown()};
+}
+
+}  // namespace
+
+Point TEditForm::picturePoint(const wxMouseEvent& event) const {
+    return view_.toPicture(Point{event.GetX(), event.GetY()});
+}
+
+void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
+    const Point at = picturePoint(event);
+    pbScreen_->SetFocus();
+    if (event.RightDown()) {
+        if (pbScreen_->HasCapture()) {
+            pbScreen_->ReleaseMouse();
+            captureEnded();
+        }
+        if (!controller_.rightPress(at)) return;
+        const std::unique_ptr<wxMenu> menu = makeShapeMenu();
+        pbScreen_->PopupMenu(menu.get(), event.GetPosition());
+        return;
+    }
+    if (event.LeftDClick())
+        controller_.doubleClick(at, heldKeys(event));
+    else
+        controller_.press(at, heldKeys(event));
+    if (!controller_.dragging()) return;
+    if (!pbScreen_->HasCapture()) pbScreen_->CaptureMouse();
+    tmrScrolling_.Start(scrollingInterval);
+    selectionToolbar_->place();
+}
+
+void TEditForm::pbScreenMouseMove(wxMouseEvent& event) {
+    pointer_ = picturePoint(event);
+    stateDirty_ = true;
+    controller_.move(pointer_, heldKeys(event));
+    showCursor(pointer_);
+    if (!tmrCanvasCursor_.IsRunning() && controller_.dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);
+}
+
+void TEditForm::pbScreenMouseUp(wxMouseEvent& event) {
+    if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
+    controller_.release(picturePoint(event), heldKeys(event));
+    captureEnded();
+}
+
+void TEditForm::captureEnded() {
+    tmrScrolling_.Stop();
+    tmrCanvasCursor_.Stop();
+    selectionToolbar_->place();
+    labelEditor_->place();
+}
+
+/// While a drag is under way: as if the mouse had moved, and scrolls when it is outside the view.
+void TEditForm::tmrScrollingTimer() {
+    if (!pbScreen_->HasCapture()) {
+        tmrScrolling_.Stop();
+        if (controller_.dragging()) controller_.captureLost();
+        return;
+    }
+    const wxPoint at = pbScreen_->ScreenToClient(wxGetMousePosition());
+    const Size window = view_.window();
+    // The farther outside, the faster.
+    const auto way = [](int at, int length) {
+        if (at < 0) return -scrollIncrement - (-at / 2);
+        if (at >= length) return scrollIncrement + (at - length) / 2;
+        return 0;
+    };
+    const Point by{way(at.x, window.width), way(at.y, window.height)};
+    if (by.x != 0 || by.y != 0) scrollTo({view_.scroll().x + by.x, view_.scroll().y + by.y});
+    pointer_ = view_.toPicture(Point{at.x, at.y});
+    controller_.move(pointer_, heldKeys(wxGetMouseState()));
+}
+
+/// Keeps the cursor right during a drag, when a key or the picture under it changes without the mouse moving.
+void TEditForm::tmrCanvasCursorTimer() {
+    if (!controller_.dragging()) {
+        tmrCanvasCursor_.Stop();
+        return;
+    }
+    showCursor(pointer_);
+}
+
+void TEditForm::showCursor(Point at) {
+    const auto stock = [](CanvasCursor cursor) {
+        switch (cursor) {
+            case CanvasCursor::Cross: return wxCURSOR_CROSS;
+            case CanvasCursor::Move: return wxCURSOR_SIZING;
+            case CanvasCursor::NorthWestSouthEast: return wxCURSOR_SIZENWSE;
+            case CanvasCursor::NorthEastSouthWest: return wxCURSOR_SIZENESW;
+            case CanvasCursor::Vertical: return wxCURSOR_SIZENS;
+            case CanvasCursor::Horizontal: return wxCURSOR_SIZEWE;
+            case CanvasCursor::Pen: return wxCURSOR_PENCIL;
+            case CanvasCursor::Eraser: return wxCURSOR_CROSS;
+            case CanvasCursor::Arrow: break;
+        }
+        return wxCURSOR_ARROW;
+    };
+    const CanvasCursor cursor = controller_.cursorAt(at);
+    if (cursor == shownCursor_) return;
+    shownCursor_ = cursor;
+    pbScreen_->SetCursor(wxCursor(stock(cursor)));
+}
+
+void TEditForm::scrollBoxMouseWheel(wxMouseEvent& event) {
+    const int steps = event.GetWheelRotation() / std::max(1, event.GetWheelDelta());
+    if (event.ControlDown()) {
+        const wxPoint screen = static_cast<wxWindow*>(event.GetEventObject())->ClientToScreen(event.GetPosition());
+        const wxPoint at = pbScreen_->ScreenToClient(screen);
+        CanvasView next = view_;
+        if (event.GetWheelRotation() > 0)
+            next.zoomIn({});
+        else
+            next.zoomOut({});
+        setZoom(next.zoom(), {at.x, at.y});
+        return;
+    }
+    const bool across = event.ShiftDown() || event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL;
+    const int32_t lines = event.IsPageScroll() ? 20 : std::max(1, event.GetLinesPerAction());
+    const int32_t way = steps * lines * scrollIncrement;
+    Point to = view_.scroll();
+    if (across)
+        to.x -= event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL ? -way : way;
+    else
+        to.y -= way;
+    scrollTo(to);
+}
+
+}  // namespace glimmer

@@ -1,0 +1,41 @@
+// Painting: only what is invalid, in one pass, from the working picture.
+
+#include <wx/dcclient.h>
+#include <wx/region.h>
+
+#include "editor/uEditor.h"
+
+namespace glimmer {
+
+namespace {
+
+Rect fromWx(const wxRect& r) { return {r.x, r.y, r.x + r.width, r.y + r.height}; }
+wxRect toWx(const Rect& r) { return {r.left, r.top, r.width(), r.height()}; }
+
+}  // namespace
+
+void TEditForm::paintCanvas() {
+    wxPaintDC dc(pbScreen_);
+    const wxSize size = pbScreen_->GetClientSize();
+    if (size.x < 1 || size.y < 1 || !surface_.ensure({size.x, size.y})) return;
+    for (wxRegionIterator piece(pbScreen_->GetUpdateRegion()); piece.HaveRects(); ++piece) {
+        const Rect area = fromWx(piece.GetRect()).intersected({0, 0, size.x, size.y});
+        if (area.empty()) continue;
+        // Without memory for the working copy the canvas stays as it is; commands will say what is wrong.
+        if (!working_.refresh(view_.toPicture(area))) return;
+        paintView(surface_.bitmap(), area, view_, working_.bitmap(), shownOverlay_, look_);
+        surface_.copyTo(dc.GetHDC(), area);
+    }
+}
+
+void TEditForm::invalidateView(const Rect& viewArea) {
+    const Rect seen = viewArea.intersected({0, 0, view_.window().width, view_.window().height});
+    if (!seen.empty()) pbScreen_->RefreshRect(toWx(seen), false);
+}
+
+// One pixel more, since a pixel of a reduced view shows its neighbours' edges too.
+void TEditForm::invalidatePicture(const Rect& pictureArea) {
+    if (!pictureArea.empty()) invalidateView(view_.toView(pictureArea).inflated(1));
+}
+
+}  // namespace glimmer

@@ -1,0 +1,212 @@
+#include "editor/view_painter.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "editor/annotation_painter.h"
+
+namespace glimmer {
+
+namespace {
+
+void setPixel(TBitmap& target, const Rect& clip, int32_t x, int32_t y, Colour colour) {
+    if (!clip.contains({x, y})) return;
+    uint8_t* p = target.row(y) + static_cast<size_t>(x) * 4;
+    p[0] = blueOf(colour);
+    p[1] = greenOf(colour);
+    p[2] = redOf(colour);
+    p[3] = 255;
+}
+
+/// From 200 % on: each picture pixel becomes a square. Equal rows are copied.
+void enlarge(TBitmap& target, const Rect& clip, Point origin, int32_t factor, const TBitmap& picture) {
+    const size_t length = static_cast<size_t>(clip.width()) * 4;
+    int32_t last = -1;
+    for (int32_t y = clip.top; y < clip.bottom; ++y) {
+        uint8_t* out = target.row(y) + static_cast<size_t>(clip.left) * 4;
+        const int32_t from = (y - origin.y) / factor;
+        if (from == last) {
+            std::memcpy(out, out - target.stride(), length);
+            continue;
+        }
+        last = from;
+        const uint8_t* row = picture.row(from);
+        int32_t source = (clip.left - origin.x) / factor;
+        int32_t left = factor - (clip.left - origin.x) % factor;
+        for (int32_t x = clip.left; x < clip.right; ++x, out += 4) {
+            std::memcpy(out, row + static_cast<size_t>(source) * 4, 4);
+            if (--left == 0) {
+                left = factor;
+                ++source;
+            }
+        }
+    }
+}
+
+/// Below 200 %: each device pixel is the average of the picture it covers. With lengths in 1/zoom of a picture
+/// pixel, a device pixel is 100 long and a picture pixel `zoom`, so all weights are whole and sum to 100.
+void average(TBitmap& target, const Rect& clip, Point origin, int32_t zoom, const TBitmap& picture) {
+    const int64_t firstX = static_cast<int64_t>(clip.left - origin.x) * 100;
+    const auto firstSource = static_cast<int32_t>(firstX / zoom);
+    const auto lastSource = std::min(
+        picture.width() - 1, static_cast<int32_t>((static_cast<int64_t>(clip.right - origin.x) * 100 - 1) / zoom));
+    const auto count = static_cast<size_t>(lastSource - firstSource + 1) * 4;
+    std::vector<uint16_t> sums(count);
+    for (int32_t y = clip.top; y < clip.bottom; ++y) {
+        std::fill(sums.begin(), sums.end(), uint16_t{0});
+        const int64_t top = static_cast<int64_t>(y - origin.y) * 100;
+        for (int64_t at = top; at < top + 100;) {
+            const int64_t source = at / zoom;
+            const int64_t end = std::min<int64_t>((source + 1) * zoom, top + 100);
+            const auto weight = static_cast<uint16_t>(end - at);
+            // The last device row may reach half a picture pixel beyond the end.
+            const auto line = static_cast<int32_t>(std::min<int64_t>(source, picture.height() - 1));
+            const uint8_t* row = picture.row(line) + static_cast<size_t>(firstSource) * 4;
+            for (size_t i = 0; i < count; ++i) sums[i] = static_cast<uint16_t>(sums[i] + row[i] * weight);
+            at = end;
+        }
+        uint8_t* out = target.row(y) + static_cast<size_t>(clip.left) * 4;
+        int64_t at = firstX;
+        for (int32_t x = clip.left; x < clip.right; ++x, out += 4) {
+            uint32_t b = 5000;
+            uint32_t g = 5000;
+            uint32_t r = 5000;
+            const int64_t stop = at + 100;
+            while (at < stop) {
+                const int64_t source = at / zoom;
+                const int64_t end = std::min<int64_t>((source + 1) * zoom, stop);
+                const auto weight = static_cast<uint32_t>(end - at);
+                const uint16_t* p = sums.data() + static_cast<size_t>(std::min<int64_t>(source, lastSource) - firstSource) * 4;
+                b += p[0] * weight;
+                g += p[1] * weight;
+                r += p[2] * weight;
+                at = end;
+            }
+            out[0] = static_cast<uint8_t>(b / 10000);
+            out[1] = static_cast<uint8_t>(g / 10000);
+            out[2] = static_cast<uint8_t>(r / 10000);
+            out[3] = 255;
+        }
+    }
+}
+
+void paintPicture(TBitmap& target, const Rect& clip, const CanvasView& view, const TBitmap& picture) {
+    const Point origin = view.origin();
+    if (view.zoom() == 100)
+        copyPixels(target, {clip.left, clip.top}, picture, clip.moved(-origin.x, -origin.y));
+    else if (view.zoom() >= 200)
+        enlarge(target, clip, origin, view.zoom() / 100, picture);
+    else
+        average(target, clip, origin, view.zoom(), picture);
+}
+
+/// One dashed line of the selection's outline, dashes of `dash` pixels in black and white that run on round corners.
+void dashes(TBitmap& target, const Rect& clip, Rect line, int32_t dash) {
+    const Rect part = line.intersected(clip);
+    for (int32_t y = part.top; y < part.bottom; ++y)
+        for (int32_t x = part.left; x < part.right; ++x)
+            setPixel(target, clip, x, y, (std::abs(x + y) / dash) % 2 == 0 ? rgb(0, 0, 0) : rgb(255, 255, 255));
+}
+
+/// The border between selected and other pixels, drawn just inside the selection.
+void outline(TBitmap& target, const Rect& clip, const CanvasView& view, const Region& region, int32_t dash) {
+    const auto edge = [&](const Rect& picturePixels, int side) {
+        Rect line = view.toView(picturePixels);
+        if (side == 0) line.bottom = line.top + 1;
+        if (side == 1) line.top = line.bottom - 1;
+        if (side == 2) line.right = line.left + 1;
+        if (side == 3) line.left = line.right - 1;
+        dashes(target, clip, line, dash);
+    };
+    if (region.isRectangle()) {
+        for (int side = 0; side < 4; ++side) edge(region.rects()[0], side);
+        return;
+    }
+    // Where a rectangle's upper (lower) side has no selected pixel above (below) it, and its left and right sides,
+    // which never touch another rectangle of the band.
+    const Region down = region.subtracted(region.moved(0, 1));
+    const Region up = region.subtracted(region.moved(0, -1));
+    for (const Rect& r : down.rects()) edge({r.left, r.top, r.right, r.top + 1}, 0);
+    for (const Rect& r : up.rects()) edge({r.left, r.bottom - 1, r.right, r.bottom}, 1);
+    for (const Rect& r : region.rects()) {
+        edge({r.left, r.top, r.left + 1, r.bottom}, 2);
+        edge({r.right - 1, r.top, r.right, r.bottom}, 3);
+    }
+}
+
+void segment(TBitmap& target, const Rect& clip, Point a, Point b) {
+    const int32_t steps = std::max({std::abs(b.x - a.x), std::abs(b.y - a.y), 1});
+    for (int32_t i = 0; i <= steps; ++i) {
+        const auto x = static_cast<int32_t>(a.x + static_cast<int64_t>(b.x - a.x) * i / steps);
+        const auto y = static_cast<int32_t>(a.y + static_cast<int64_t>(b.y - a.y) * i / steps);
+        setPixel(target, clip, x, y, (i / 4) % 2 == 0 ? rgb(0, 0, 0) : rgb(255, 255, 255));
+    }
+}
+
+void dim(TBitmap& target, const Rect& area) {
+    for (int32_t y = area.top; y < area.bottom; ++y) {
+        uint8_t* p = target.row(y) + static_cast<size_t>(area.left) * 4;
+        for (int32_t x = area.left; x < area.right; ++x, p += 4)
+            for (int c = 0; c < 3; ++c) p[c] = static_cast<uint8_t>(p[c] * 9 / 16);
+    }
+}
+
+std::vector<Point> inView(const std::vector<Point>& points, const CanvasView& view) {
+    std::vector<Point> result;
+    for (const Point& p : points) result.push_back(view.toView(p));
+    return result;
+}
+
+}  // namespace
+
+void paintView(TBitmap& target, const Rect& wholeClip, const CanvasView& view, const TBitmap& picture,
+               const CanvasOverlay& overlay, const CanvasLook& look) {
+    const Rect clip = wholeClip.intersected(target.bounds());
+    if (clip.empty()) return;
+    const Point origin = view.origin();
+    const Size extent = view.extent();
+    const Rect sheet{origin.x, origin.y, origin.x + extent.width, origin.y + extent.height};
+    const Rect inside = sheet.intersected(clip);
+    const Region around = Region::rectangle(clip).subtracted(Region::rectangle(inside.empty() ? Rect{} : inside));
+    for (const Rect& piece : around.rects()) target.fill(piece, look.desk);
+    const Region border = Region::rectangle(sheet.inflated(1)).subtracted(Region::rectangle(sheet));
+    for (const Rect& piece : border.rects()) target.fill(piece.intersected(clip), look.border);
+    if (!inside.empty()) paintPicture(target, inside, view, picture);
+
+    if (overlay.dimOutside) {
+        Region dimmed = Region::rectangle(inside.empty() ? Rect{} : inside);
+        Region lit;
+        for (const Rect& r : overlay.selection.rects()) lit = lit.united(Region::rectangle(view.toView(r)));
+        const Region dark = dimmed.subtracted(lit);
+        for (const Rect& piece : dark.rects()) dim(target, piece);
+    }
+    const int32_t dash = std::max(4, 4 * look.dotsPerInch / 96);
+    if (!overlay.selection.empty()) outline(target, clip, view, overlay.selection, dash);
+    const std::vector<Point> line = inView(overlay.polyline, view);
+    for (size_t i = 1; i < line.size(); ++i) segment(target, clip, line[i - 1], line[i]);
+    if (!overlay.guides.empty()) {
+        std::vector<GuideLine> guides = overlay.guides;
+        for (GuideLine& guide : guides)
+            guide.at = guide.vertical ? view.toView(Point{guide.at, 0}).x : view.toView(Point{0, guide.at}).y;
+        paintGuides(target, clip, guides);
+    }
+    if (!overlay.handles.empty())
+        paintHandles(target, clip, inView(overlay.handles, view), handleSize(look.dotsPerInch));
+}
+
+Rect overlayArea(const CanvasOverlay& overlay, const CanvasView& view, int32_t dotsPerInch) {
+    if (overlay.dimOutside || !overlay.guides.empty()) return {0, 0, view.window().width, view.window().height};
+    Rect area = overlay.selection.bounds();
+    if (!area.empty()) area = view.toView(area);
+    const int32_t reach = handleSize(dotsPerInch) / 2 + 2;
+    const auto include = [&](const std::vector<Point>& points) {
+        for (const Point& p : inView(points, view))
+            area = area.united(Rect{p.x, p.y, p.x + 1, p.y + 1}.inflated(reach));
+    };
+    include(overlay.polyline);
+    include(overlay.handles);
+    return area;
+}
+
+}  // namespace glimmer
