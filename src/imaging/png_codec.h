@@ -9,6 +9,7 @@
 
 #include "common/bitmap.h"
 #include "common/result.h"
+#include "imaging/progress.h"
 
 namespace glimmer {
 
@@ -49,8 +50,6 @@ struct PngLimits {
     static constexpr size_t textBytes = size_t{4} * 1024 * 1024;       ///< one text, unpacked
 };
 
-/// Called during a long operation with the part that is done, 0 to 1. False stops it with a Failure.
-using Progress = std::function<bool(double)>;
 /// Takes the next bytes of an output.
 using ByteSink = std::function<Status(std::span<const uint8_t>)>;
 

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "common/text.h"
+#include "imaging/jump_guard.h"
 #include "imaging/png_chunks.h"
 #include "imaging/png_codec.h"
-#include "imaging/png_guard.h"
 #include "imaging/png_text.h"
 
 namespace glimmer {
@@ -134,12 +134,12 @@ public:
 
     Status run(TBitmap& bitmap) {
         if (info_ == nullptr) return Failure{"There is not enough memory to read the picture."};
-        if (!runGuarded(png_, &Decoder::readHeader, this)) return failure();
+        if (!runGuarded(png_jmpbuf(png_), &Decoder::readHeader, this)) return failure();
         Result<TBitmap> made =
             TBitmap::create(static_cast<int32_t>(width_), static_cast<int32_t>(height_), PixelFormat::Bgra32);
         if (!made) return made.failure();
         bitmap_ = made.take();
-        if (!runGuarded(png_, &Decoder::readRows, this)) return failure();
+        if (!runGuarded(png_jmpbuf(png_), &Decoder::readRows, this)) return failure();
         bitmap = std::move(bitmap_);
         return {};
     }

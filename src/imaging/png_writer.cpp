@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/assertion.h"
+#include "imaging/jump_guard.h"
 #include "imaging/png_codec.h"
-#include "imaging/png_guard.h"
 #include "imaging/png_text.h"
 
 namespace glimmer {
@@ -70,7 +70,7 @@ public:
             texts_.push_back(*data);
         }
         if (runGuarded(
-                png_, [](void* self) { static_cast<Encoder*>(self)->write(); }, this))
+                png_jmpbuf(png_), [](void* self) { static_cast<Encoder*>(self)->write(); }, this))
             return {};
         return status_.ok() ? Status(Failure{std::string("The PNG picture cannot be written (") + message_ + ")."})
                             : status_;
@@ -96,16 +96,9 @@ private:
         }
         return status_.ok();
     }
-    bool proceed(int32_t row) {
-        if (!progress_ || row % 64 != 0) return true;
-        bool go = false;
-        try {
-            go = progress_(static_cast<double>(row) / bitmap_.height());
-        } catch (const std::exception&) {
-            go = false;
-        }
-        if (!go) status_ = Failure{"The operation was cancelled."};
-        return go;
+    [[noreturn]] void stop() {
+        status_ = cancelled();
+        png_error(png_, "cancelled");
     }
 
     void write() {
@@ -120,7 +113,7 @@ private:
         png_set_bgr(png_);
         if (!alpha_ && bitmap_.format() == PixelFormat::Bgra32) png_set_filler(png_, 0, PNG_FILLER_AFTER);
         for (int32_t y = 0; y < bitmap_.height(); ++y) {
-            if (!proceed(y)) png_error(png_, "cancelled");
+            if (!proceed(progress_, y, bitmap_.height())) stop();
             png_write_row(png_, bitmap_.row(y));
         }
         for (const PngChunk& chunk : extras_.chunks) writeChunk(chunk.type.c_str(), chunk.data);

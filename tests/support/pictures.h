@@ -79,6 +79,16 @@ inline std::vector<std::pair<std::string, TBitmap>> assortment() {
     return all;
 }
 
+/// Some of them, for tests that start programs.
+inline std::vector<std::pair<std::string, TBitmap>> fewOfAssortment() {
+    std::vector<std::pair<std::string, TBitmap>> few;
+    few.emplace_back("one pixel", page(1, 1, PixelFormat::Bgr24, 1));
+    few.emplace_back("sixteen colours", page(131, 77, PixelFormat::Bgr24, 16));
+    few.emplace_back("gradient", gradient(257, 129, PixelFormat::Bgra32));
+    few.emplace_back("transparent noise", noise(100, 83, PixelFormat::Bgra32, 4));
+    return few;
+}
+
 /// Gives `read` a thousand shortened and a thousand bit-flipped versions of a file. The sanitizers watch; a reader
 /// may well accept some of them.
 inline void expectNoCrash(const std::vector<uint8_t>& file,

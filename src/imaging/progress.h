@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "common/result.h"
+
+namespace glimmer {
+
+/// Called during a long operation with the part that is done, 0 to 1. False stops it with a Failure.
+using Progress = std::function<bool(double)>;
+
+/// Reports row `row` of `rows`, now and then; false when the operation is to stop. Nothing is thrown on through a
+/// C library: an exception of the callback stops the operation too.
+bool proceed(const Progress& progress, int32_t row, int32_t rows) noexcept;
+
+/// The reason of an operation that was stopped so.
+Failure cancelled();
+
+}  // namespace glimmer
