@@ -1,15 +1,18 @@
 #pragma once
 
 #include <filesystem>
+#include <random>
 #include <string>
 
 namespace glimmer::test {
 
-/// An empty folder for one test, removed with everything in it afterwards.
+/// An empty folder for one test, removed with everything in it afterwards. Its name has a number of its own, so that
+/// checkouts that are tested at the same time do not meet.
 class ScratchFolder {
 public:
     explicit ScratchFolder(const std::string& name)
-        : path_(std::filesystem::temp_directory_path() / ("glimmer " + name)) {
+        : path_(std::filesystem::temp_directory_path() /
+                ("glimmer " + name + " " + std::to_string(std::random_device{}()))) {
         std::filesystem::remove_all(path_);
         std::filesystem::create_directories(path_);
     }
