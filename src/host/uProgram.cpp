@@ -1,21 +1,22 @@
 #include "host/uProgram.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
-#include <shellapi.h>
 
 #include <ctime>
 #include <utility>
 
 #include "common/files.h"
 #include "common/host_kind.h"
+#include "common/shell_start.h"
 #include "common/text.h"
 #include "common/vendor.h"
 #include "editor/document.h"
 #include "host/memory_guard.h"
 #include "host/screen_area.h"
+#include "host/stamps.h"
 #include "imaging/png_codec.h"
 #include "imaging/scaling.h"
+#include "output/clipboard.h"
 #include "output/uMainEditor.h"
 #include "output/uSaver.h"
 #include "settings/message_box.h"
@@ -36,15 +37,10 @@ uint64_t availableMemory() {
 
 bool probeBitmap(Size size) { return TBitmap::create(size.width, size.height, PixelFormat::Bgra32).ok(); }
 
-void openBrowser(const std::string& url) {
-    const std::u16string wide = toUtf16(url);
-    ShellExecuteW(nullptr, L"open", reinterpret_cast<const wchar_t*>(wide.c_str()), nullptr, nullptr, SW_SHOWNORMAL);
-}
-
 /// What a host would do with a request, in the standalone program. It has no resume command, no page to scroll and
 /// no capture keys of its own, so one request is left.
 void standaloneNotify(const std::string& name, const std::string& value) {
-    if (name == "openURL" && pProgram) pProgram->openBrowser(value);
+    if (name == "openURL") shellStart().open(value, {});
 }
 
 }  // namespace
@@ -56,10 +52,9 @@ struct TProgram::Arrival {
 };
 
 TProgram::TProgram(std::string addonVersion, ProgramSeams seams)
-    : addonVersion_(std::move(addonVersion)), seams_(std::move(seams)) {
+    : addonVersion_(std::move(addonVersion)), seams_(std::move(seams)), saver_(std::make_unique<TSaver>()) {
     if (!seams_.availableMemory) seams_.availableMemory = glimmer::availableMemory;
     if (!seams_.probeBitmap) seams_.probeBitmap = glimmer::probeBitmap;
-    if (!seams_.openBrowser) seams_.openBrowser = glimmer::openBrowser;
 }
 
 TProgram::~TProgram() {
@@ -153,8 +148,12 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
         }
         arrival.picture = picture.take();
     }
+    const Options& options = OptionsHolder();
+    TShapesList stamps = captureStamps(
+        arrival.info.url, arrival.info.title,
+        {options.on("chkAddURL"), options.on("chkAddTitle"), options.text("edtFontName")}, saver_->textPainter());
     Result<std::unique_ptr<CaptureDocument>> document =
-        CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info));
+        CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info), std::move(stamps));
     if (!document) {
         refuse(editorWarning());
         return nullptr;
@@ -187,7 +186,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
         case CaptureAction::Save:
         case CaptureAction::SaveAutomatically: {
             const SaveMode mode = action == CaptureAction::Save ? SaveMode::Interactive : SaveMode::Automatic;
-            if (const auto path = TSaver().savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
+            if (const auto path = saver_->savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
             break;
         }
         case CaptureAction::Copy:
@@ -207,7 +206,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             break;
         case CaptureAction::EncodeText:
         case CaptureAction::EncodeImage: {
-            Result<std::vector<uint8_t>> png = encodePng(document.background());
+            Result<std::vector<uint8_t>> png = saver_->encode(document, PictureFormat::Png);
             if (!png) {
                 showError(png.message());
             } else if (action == CaptureAction::EncodeText) {
@@ -281,7 +280,16 @@ bool TProgram::openFileInEditor(const std::string& path) {
     return true;
 }
 
-bool TProgram::openFromClipboard() { return false; }
+bool TProgram::openFromClipboard() {
+    Result<TBitmap> picture = pictureFromClipboard();
+    if (!picture) {
+        showError(picture.message());
+        return false;
+    }
+    const int32_t refusedBefore = refusedCount_;
+    HandleCapture({}, "Clipboard", {}, std::nullopt, picture.take(), static_cast<uint32_t>(CaptureAction::Edit), 0, 0);
+    return refusedCount_ == refusedBefore;
+}
 
 void TProgram::processInfo(const std::string& text) { notifyHost("getInfo", text); }
 
@@ -309,7 +317,5 @@ void TProgram::restoreApplication() {
     pMainEditor->setDisplayState(DisplayState::Shown);
     pMainEditor->applyDisplayState();
 }
-
-void TProgram::openBrowser(const std::string& url) { seams_.openBrowser(url); }
 
 }  // namespace glimmer

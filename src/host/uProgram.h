@@ -13,6 +13,7 @@
 namespace glimmer {
 
 class CaptureDocument;
+class TSaver;
 
 /// What is to happen with a capture; hosts send these numbers. Any other number does nothing more than Load.
 enum class CaptureAction : uint32_t {
@@ -35,8 +36,6 @@ struct ProgramSeams {
     std::function<uint64_t()> availableMemory;
     /// Whether a working bitmap of that many pixels can be had now.
     std::function<bool(Size)> probeBitmap;
-    /// Opens a web address in the user's browser; only used without a host.
-    std::function<void(const std::string& url)> openBrowser;
 };
 
 /// The program controller: owns what lives between captures, makes an editor of each one and runs its action. Lives
@@ -98,14 +97,15 @@ public:
     /// UTF-8 path of the file that the last Save or SaveAutomatically wrote; empty when it wrote none.
     [[nodiscard]] const std::string& savedPath() const { return savedPath_; }
 
+    /// Turns captures into output.
+    [[nodiscard]] TSaver& saver() { return *saver_; }
+
     [[nodiscard]] int32_t captureCount() const { return captureCount_; }  ///< attempts to make an editor
     [[nodiscard]] int32_t refusedCount() const { return refusedCount_; }  ///< refused for lack of memory
     [[nodiscard]] bool captureWasEmpty() const { return emptyCapture_; }
     [[nodiscard]] bool hidden() const { return hidden_; }
     void setHidden(bool hidden) { hidden_ = hidden; }
     void skipNextCapture() { skipNext_ = true; }
-    /// Opens a web address without a host.
-    void openBrowser(const std::string& url);
     [[nodiscard]] const std::string& addonVersion() const { return addonVersion_; }
 
 private:
@@ -121,6 +121,7 @@ private:
 
     std::string addonVersion_;
     ProgramSeams seams_;
+    std::unique_ptr<TSaver> saver_;
     std::string encodedText_;
     std::vector<uint8_t> encodedImage_;
     std::string savedPath_;

@@ -1,33 +1,257 @@
 #include "output/uSaver.h"
 
+#include <wx/window.h>
+
+#include <system_error>
+
+#include "common/assertion.h"
 #include "common/clock.h"
 #include "common/files.h"
+#include "common/shell_start.h"
 #include "editor/document.h"
-#include "imaging/png_codec.h"
+#include "output/clipboard.h"
+#include "output/editable_png.h"
 #include "output/file_name_template.h"
+#include "output/join_pictures.h"
+#include "output/mail.h"
 #include "output/output_folders.h"
+#include "output/output_picture.h"
+#include "output/pdf_writer.h"
+#include "output/save_dialogs.h"
+#include "output/uJPEGSettings.h"
+#include "output/wait_window.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
+#include "settings/settings.h"
+// Brings windows.h, whose names must not meet the toolkit's headers.
+#include "editor/rich_text_painter.h"
 
 namespace glimmer {
 
-std::optional<std::filesystem::path> TSaver::savePicture(CaptureDocument& document, SaveMode mode) {
-    (void)mode;
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* creatingPictures = "Please wait: creating pictures...";
+constexpr std::string_view lastFormatKey = "LastSaveFormat";
+
+PictureFormat lastFormat() {
+    return static_cast<PictureFormat>(settings().readInteger(settingsSection(group::general), lastFormatKey, 0, 0,
+                                                             static_cast<int32_t>(PictureFormat::Pdf)));
+}
+
+void removeFiles(const TSaver::Paths& paths) {
+    std::error_code ignored;
+    for (const fs::path& path : paths) fs::remove(path, ignored);
+}
+
+void checkDocuments(TSaver::Documents documents) {
+    for (const CaptureDocument* pEditor : documents) GLIMMER_ASSERT(pEditor != nullptr, "pEditor!=NULL", "uSaver");
+}
+
+/// Asks for the JPEG quality; false when the user gives up.
+bool askJpegQuality() {
+    TJPEGSettings dialog(wxWindow::FindFocus() != nullptr ? wxGetTopLevelParent(wxWindow::FindFocus()) : nullptr);
+    return dialog.ShowModal() == wxID_OK;
+}
+
+}  // namespace
+
+TSaver::TSaver() : text_(std::make_unique<RichTextPainter>()) {}
+TSaver::~TSaver() = default;
+
+std::string nextDefaultName(const CaptureDocument& document) {
     Options& options = OptionsHolder();
     FileNameTemplate names{options.text("edtFilenameTemplate"), options.number("spnNextNum"),
                            options.on("chkPadNumber"), options.number("spnNumberPadding")};
-    const std::string name = defaultFileName(names, document.info().url, document.info().title, systemClock());
-    const std::filesystem::path path = freePath(lastSaveFolder(), name, ".png");
-    const Result<std::vector<uint8_t>> png = encodePng(document.background());
-    Status written = png ? writeFile(path, *png) : Status(png.failure());
-    if (!written) {
-        showError("Cannot create file: " + utf8FromPath(path) + " for writing");
-        return std::nullopt;
+    const int32_t before = names.nextNumber;
+    std::string name = defaultFileName(names, document.info().url, document.info().title, systemClock());
+    if (names.nextNumber != before) {
+        options.setNumber("spnNextNum", names.nextNumber);
+        saveOptions();
     }
-    options.setNumber("spnNextNum", names.nextNumber);
-    saveOptions();
+    return name;
+}
+
+Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, PictureFormat format,
+                                            const Progress& progress) {
+    const Result<TBitmap> picture = outputPicture(document, *text_);
+    if (!picture) return picture.failure();
+    if (format == PictureFormat::Png) {
+        const EditableParts parts{document.background(), document.annotations(), document.background().bounds(),
+                                  document.info().notes};
+        return encodeEditablePng(*picture, parts, OptionsHolder().on("chkEmbedNativeInfo"), progress);
+    }
+    if (format == PictureFormat::Pdf) {
+        std::vector<uint8_t> file;
+        const ByteSink append = [&file](std::span<const uint8_t> data) {
+            file.insert(file.end(), data.begin(), data.end());
+            return Status();
+        };
+        if (Status written = SaveBitmapAsPdf(append, *picture, progress); !written) return written.failure();
+        return file;
+    }
+    return encodePicture(*picture, format, {jpegQuality(), {}, progress});
+}
+
+/// Writes a file that appears only when it is complete. False when the user cancelled or it failed, after a message.
+bool TSaver::writeTarget(const fs::path& path, const Encode& encode, const std::function<bool()>& cancelled) {
+    const std::string cannotCreate = "Cannot create file: " + utf8FromPath(path) + " for writing";
+    TemporaryOutput output(path);
+    if (!output.open()) {
+        showError(cannotCreate);
+        return false;
+    }
+    const Result<std::vector<uint8_t>> data = encode();
+    if (cancelled()) return false;
+    if (!data) {
+        showError(data.message());
+        return false;
+    }
+    if (!output.write(*data) || !output.commit()) {
+        showError(cannotCreate);
+        return false;
+    }
+    return true;
+}
+
+std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode mode) {
+    const std::string name = nextDefaultName(document);
+    PictureTarget target;
+    if (mode == SaveMode::Interactive) {
+        const std::optional<PictureTarget> answer = saveDialogs().askPicture(lastSaveFolder(), name, lastFormat());
+        if (!answer || (answer->format == PictureFormat::Jpeg && !askJpegQuality())) return std::nullopt;
+        target = *answer;
+    } else {
+        target.path = freePath(lastSaveFolder(), name, extensionOf(target.format));
+    }
+    {
+        WaitWindow wait(creatingPictures);
+        if (!writeTarget(
+                target.path, [&] { return encode(document, target.format, wait.asProgress()); },
+                [&wait] { return wait.cancelled(); }))
+            return std::nullopt;
+    }
     document.markSaved();
-    return path;
+    if (mode == SaveMode::Interactive) {
+        rememberSaveFolder(target.path.parent_path());
+        settings().writeInteger(settingsSection(group::general), lastFormatKey, static_cast<int32_t>(target.format));
+        const Message question{"Would you like to open the target folder?\r\n", "Saved successfully",
+                               MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::Yes};
+        if (showRemembered("cmbOpenFolderAfterSaving", question) == MessageAnswer::Yes)
+            showInFolder(utf8FromPath(target.path));
+    }
+    return target.path;
+}
+
+bool TSaver::savePictures(Documents documents, SaveMode mode) {
+    for (CaptureDocument* document : documents)
+        if (!savePicture(*document, mode)) return false;
+    return !documents.empty();
+}
+
+std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents documents, PictureFormat format) {
+    checkDocuments(documents);
+    WaitWindow wait(creatingPictures);
+    Paths written;
+    for (size_t i = 0; i < documents.size(); ++i) {
+        wait.setPart(i, documents.size());
+        const fs::path path = freePath(folder, nextDefaultName(*documents[i]), extensionOf(format));
+        if (!writeTarget(
+                path, [&] { return encode(*documents[i], format, wait.asProgress()); },
+                [&wait] { return wait.cancelled(); })) {
+            removeFiles(written);
+            return std::nullopt;
+        }
+        written.push_back(path);
+    }
+    return written;
+}
+
+bool TSaver::copyToClipboard(Documents documents) {
+    checkDocuments(documents);
+    if (documents.empty()) return false;
+    Status copied;
+    {
+        WaitWindow wait("Please wait: copying data to clipboard...");
+        Result<TBitmap> picture = Failure{};
+        if (documents.size() == 1) {
+            picture = outputPicture(*documents.front(), *text_);
+        } else {
+            wait.setText("Please wait: concatenating images");
+            std::vector<TBitmap> pictures;
+            std::vector<const TBitmap*> parts;
+            for (const CaptureDocument* document : documents) {
+                Result<TBitmap> one = outputPicture(*document, *text_);
+                if (!one) {
+                    showError(one.message());
+                    return false;
+                }
+                pictures.push_back(one.take());
+            }
+            for (const TBitmap& one : pictures) parts.push_back(&one);
+            picture = joinPictures(parts);
+        }
+        if (picture) wait.setText("Please wait: copying data to clipboard...");
+        copied = picture ? copyPictureToClipboard(*picture, wait.asProgress()) : Status(picture.failure());
+        if (wait.cancelled()) return false;
+    }
+    if (!copied) {
+        showError(copied.message());
+        return false;
+    }
+    showRemembered("cmbCopiedSuccessfullyMessage",
+                   {"The image has been copied into windows Clipboard.\r\nNow you can paste it using standard "
+                    "\"Ctrl+V\" key combination.",
+                    "Copied successfully", MessageIcon::Information});
+    return true;
+}
+
+bool TSaver::sendByMail(Documents documents, PictureFormat format) {
+    const Result<fs::path> folder = mailFolder();
+    if (!folder) {
+        showError(folder.message());
+        return false;
+    }
+    removeOldFiles(*folder, fs::file_time_type::clock::now());
+    const std::optional<Paths> files = saveInto(*folder, documents, format);
+    return files && mailFiles(*files);
+}
+
+bool TSaver::mailFiles(const Paths& files) {
+    const Paths* const pFileList = &files;
+    GLIMMER_ASSERT(pFileList != nullptr && !files.empty(), "pFileList!=NULL", "uSaver");
+    std::string reason = "No e-mail program is installed that other programs can send files with.";
+    if (hasMailProgram()) {
+        const MailOutcome outcome = sendMail("Screenshots", mailFooter(), files);
+        if (outcome != MailOutcome::Failed) return outcome == MailOutcome::Handed;
+        reason = "The e-mail program did not take the files.";
+    }
+    const fs::path folder = files.front().parent_path();
+    showError(reason + "\r\nThe pictures are in the folder \"" + utf8FromPath(folder) +
+              "\", from where you can attach them to a message.");
+    shellStart().open(utf8FromPath(folder), {});
+    return false;
+}
+
+std::optional<TSaver::Paths> TSaver::publish(Documents documents, PictureFormat format) {
+    const Result<fs::path> folder = publishFolder();
+    if (folder) return saveInto(*folder, documents, format);
+    showError(folder.message());
+    return std::nullopt;
+}
+
+std::optional<TSaver::Paths> TSaver::saveForExternalEditor(Documents documents, PictureFormat format) {
+    const Result<fs::path> folder = externalEditorFolder();
+    if (folder) return saveInto(*folder, documents, format);
+    showError(folder.message());
+    return std::nullopt;
+}
+
+bool TSaver::startExternalEditor(const std::string& program, const std::string& parameters) {
+    if (shellStart().open(program, parameters)) return true;
+    showError("An error occured while starting external editor.\r\nPlease check whether specified path exists.");
+    return false;
 }
 
 }  // namespace glimmer

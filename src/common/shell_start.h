@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+namespace glimmer {
+
+/// Starts programs and opens files and addresses: one class for people, others for tests.
+class ShellStart {
+public:
+    virtual ~ShellStart() = default;
+    /// Opens a program, document, folder or web address with the verb "open", a program with these parameters.
+    /// Whether that began. All UTF-8.
+    virtual bool open(const std::string& target, const std::string& parameters) = 0;
+};
+
+/// What starts things now; the system's own unless it was replaced.
+ShellStart& shellStart();
+/// Null means the system's again. The object must live until it is replaced.
+void setShellStart(ShellStart* start);
+
+/// Opens a folder window with the file selected.
+bool showInFolder(const std::string& path);
+
+}  // namespace glimmer

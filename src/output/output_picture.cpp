@@ -1,0 +1,23 @@
+#include "output/output_picture.h"
+
+#include "common/assertion.h"
+#include "editor/annotation_painter.h"
+#include "settings/options.h"
+
+namespace glimmer {
+
+Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text) {
+    Result<TBitmap> picture = document.background().clone();
+    if (!picture) return picture;
+    const Options& options = OptionsHolder();
+    PaintOptions paint;
+    paint.labels = options.on("chkDisplayAnnotations");
+    paint.numbers = options.on("chkDisplayNumbers");
+    paint.calloutLines = options.on("chkDisplayCalloutLines");
+    paint.shadows = options.on("chkDisplayShadows");
+    paintAnnotations(*picture, picture->bounds(), document.annotations(), text, paint);
+    GLIMMER_ASSERT(!picture->empty(), "pResultBmp != NULL", "uSaver");
+    return picture;
+}
+
+}  // namespace glimmer

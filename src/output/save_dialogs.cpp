@@ -1,0 +1,214 @@
+#include "output/save_dialogs.h"
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shobjidl.h>
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "common/files.h"
+#include "common/text.h"
+#include "common/wide_text.h"
+
+// The system's common item dialog. It asks before it overwrites, wants a path that exists, has no read-only box and
+// can be resized without being told so.
+
+namespace glimmer {
+
+namespace {
+
+/// A COM object that is let go of at the end.
+template <class T>
+class ComObject {
+public:
+    ComObject() = default;
+    ~ComObject() {
+        if (object_ != nullptr) object_->Release();
+    }
+    ComObject(const ComObject&) = delete;
+    ComObject& operator=(const ComObject&) = delete;
+    ComObject(ComObject&&) = delete;
+    ComObject& operator=(ComObject&&) = delete;
+    T** out() { return &object_; }
+    [[nodiscard]] T* get() const { return object_; }
+    T* operator->() const { return object_; }
+
+private:
+    T* object_ = nullptr;
+};
+
+/// Hears of the user's choices in the picture dialog. Lives on the stack of the function that shows the dialog, so
+/// its references are not counted.
+class PictureDialogEvents : public IFileDialogEvents {
+public:
+    virtual ~PictureDialogEvents() = default;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
+        if (IsEqualIID(id, __uuidof(IUnknown)) || IsEqualIID(id, __uuidof(IFileDialogEvents))) {
+            *object = this;
+            return S_OK;
+        }
+        *object = nullptr;
+        return E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE OnFileOk(IFileDialog* /*dialog*/) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnFolderChanging(IFileDialog* /*dialog*/, IShellItem* /*item*/) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnFolderChange(IFileDialog* /*dialog*/) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnSelectionChange(IFileDialog* /*dialog*/) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnShareViolation(IFileDialog* /*dialog*/, IShellItem* /*item*/,
+                                               FDE_SHAREVIOLATION_RESPONSE* /*response*/) override {
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE OnTypeChange(IFileDialog* dialog) override {
+        dlgSavePictureTypeChange(*dialog);
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE OnOverwrite(IFileDialog* /*dialog*/, IShellItem* /*item*/,
+                                          FDE_OVERWRITE_RESPONSE* /*response*/) override {
+        return S_OK;
+    }
+
+private:
+    /// The proposed name gets the extension of the format that was chosen.
+    static void dlgSavePictureTypeChange(IFileDialog& dialog) {
+        UINT index = 0;
+        wchar_t* name = nullptr;
+        if (FAILED(dialog.GetFileTypeIndex(&index)) || index == 0 || FAILED(dialog.GetFileName(&name)) ||
+            name == nullptr)
+            return;
+        const std::string proposed = fromWide(std::wstring_view(name));
+        CoTaskMemFree(name);
+        const auto format = static_cast<PictureFormat>(index - 1);
+        dialog.SetDefaultExtension(toWide(extensionOf(format).substr(1)).c_str());
+        dialog.SetFileName(toWide(withFormatExtension(proposed, format)).c_str());
+    }
+};
+
+struct Filter {
+    std::wstring text;
+    std::wstring pattern;
+};
+
+struct Question {
+    const wchar_t* title;
+    std::filesystem::path folder;
+    std::string name;  ///< with extension
+    std::string extension;
+    std::span<const Filter> filters;
+    UINT filter = 0;                        ///< from 0
+    PictureDialogEvents* events = nullptr;  ///< may be null
+};
+
+struct Answer {
+    std::filesystem::path path;
+    UINT filter = 0;  ///< from 0
+};
+
+std::optional<Answer> ask(const Question& question) {
+    // Counted by the system; fails harmlessly in a thread that a host has made its own kind of.
+    const bool initialized = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
+    struct Leave {
+        bool initialized;
+        ~Leave() {
+            if (initialized) CoUninitialize();
+        }
+    } const leave{initialized};
+
+    ComObject<IFileSaveDialog> dialog;
+    if (FAILED(CoCreateInstance(__uuidof(FileSaveDialog), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IFileSaveDialog),
+                                reinterpret_cast<void**>(dialog.out()))))
+        return std::nullopt;
+    std::vector<COMDLG_FILTERSPEC> types;
+    for (const Filter& filter : question.filters) types.push_back({filter.text.c_str(), filter.pattern.c_str()});
+    dialog->SetTitle(question.title);
+    dialog->SetFileTypes(static_cast<UINT>(types.size()), types.data());
+    dialog->SetFileTypeIndex(question.filter + 1);
+    dialog->SetDefaultExtension(toWide(question.extension.substr(1)).c_str());
+    dialog->SetFileName(toWide(question.name).c_str());
+    DWORD flags = 0;
+    dialog->GetOptions(&flags);
+    dialog->SetOptions(flags | FOS_OVERWRITEPROMPT | FOS_PATHMUSTEXIST | FOS_FORCEFILESYSTEM | FOS_NOREADONLYRETURN);
+    ComObject<IShellItem> folder;
+    if (SUCCEEDED(SHCreateItemFromParsingName(question.folder.c_str(), nullptr, __uuidof(IShellItem),
+                                              reinterpret_cast<void**>(folder.out()))))
+        dialog->SetFolder(folder.get());
+    DWORD cookie = 0;
+    if (question.events != nullptr) dialog->Advise(question.events, &cookie);
+    const HRESULT shown = dialog->Show(GetActiveWindow());
+    if (question.events != nullptr) dialog->Unadvise(cookie);
+
+    ComObject<IShellItem> item;
+    wchar_t* path = nullptr;
+    if (FAILED(shown) || FAILED(dialog->GetResult(item.out())) ||
+        FAILED(item->GetDisplayName(SIGDN_FILESYSPATH, &path)))
+        return std::nullopt;
+    Answer answer{path, question.filter};
+    CoTaskMemFree(path);
+    if (UINT index = 0; SUCCEEDED(dialog->GetFileTypeIndex(&index)) && index > 0) answer.filter = index - 1;
+    return answer;
+}
+
+class SystemSaveDialogs : public SaveDialogs {
+public:
+    std::optional<PictureTarget> askPicture(const std::filesystem::path& folder, const std::string& name,
+                                            PictureFormat format) override {
+        std::vector<Filter> filters;
+        for (const PictureFormatInfo& info : pictureFormats()) {
+            filters.push_back({toWide(info.filterText), L"*" + toWide(info.extension)});
+        }
+        PictureDialogEvents events;
+        const std::string extension(extensionOf(format));
+        const auto answer = ask(
+            {L"Save Screenshot...", folder, name + extension, extension, filters, static_cast<UINT>(format), &events});
+        if (!answer) return std::nullopt;
+        // The filter decides the format, whatever the user typed behind the last dot.
+        PictureTarget target{answer->path, static_cast<PictureFormat>(answer->filter)};
+        if (formatOfName(utf8FromPath(target.path)) != target.format)
+            target.path += pathFromUtf8(extensionOf(target.format));
+        return target;
+    }
+
+    std::optional<std::filesystem::path> askProject(const std::filesystem::path& folder,
+                                                    const std::string& name) override {
+        const std::array<Filter, 1> filters{{{L"Glimmerpad Project file (*.gmp)", L"*.gmp"}}};
+        return withExtension(ask({L"Save Project as", folder, name + ".gmp", ".gmp", filters}), ".gmp");
+    }
+
+    std::optional<std::filesystem::path> askPage(const std::filesystem::path& folder,
+                                                 const std::string& name) override {
+        const std::array<Filter, 1> filters{{{L"Web page (*.html)", L"*.html"}}};
+        return withExtension(ask({L"Save HTML page as", folder, name + ".html", ".html", filters}), ".html");
+    }
+
+private:
+    static std::optional<std::filesystem::path> withExtension(const std::optional<Answer>& answer,
+                                                              std::string_view extension) {
+        if (!answer) return std::nullopt;
+        std::filesystem::path path = answer->path;
+        if (!equalsIgnoringCase(utf8FromPath(path.extension()), extension)) path += pathFromUtf8(extension);
+        return path;
+    }
+};
+
+SaveDialogs* replacement = nullptr;
+
+}  // namespace
+
+SaveDialogs& saveDialogs() {
+    static SystemSaveDialogs dialogs;
+    return replacement != nullptr ? *replacement : dialogs;
+}
+
+void setSaveDialogs(SaveDialogs* dialogs) { replacement = dialogs; }
+
+std::string withFormatExtension(const std::string& fileName, PictureFormat format) {
+    std::string body = fileName;
+    if (formatOfName(body)) body.erase(body.find_last_of('.'));
+    return body + std::string(extensionOf(format));
+}
+
+}  // namespace glimmer
