@@ -19,6 +19,13 @@ struct GdiDeleter {
 using MemoryDc = std::unique_ptr<std::remove_pointer_t<HDC>, GdiDeleter>;
 using SectionBitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, GdiDeleter>;
 
+/// Lines beyond are not asked for their width: each question costs time in proportion to the text before it.
+constexpr LONG maxMeasuredLines = 500;
+
+/// Units of a text that are laid out; what is beyond is not painted. A rich edit's time grows faster than the text
+/// (Wine's: 0.2 s for a word of 1000 letters that must be broken, 16 s for one of 4000).
+constexpr size_t maxLaidOutUnits = 8192;
+
 /// Dots per inch that the control's fonts are scaled by.
 int screenDotsPerInch() {
     const HDC screen = GetDC(nullptr);
@@ -131,7 +138,7 @@ void RichTextPainter::layOut(const TTextSettings& font, const std::string& text,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     RECT all = {0, 0, area.width, area.height};
     SendMessageW(control_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&all));
-    setLabelControlText(control_, text);
+    setLabelControlText(control_, text.size() > maxLaidOutUnits ? firstUnits(text, maxLaidOutUnits) : text);
     TTextSettings black = font;
     black.textColour = RGB(0, 0, 0);
     black.backgroundColour = RGB(255, 255, 255);
@@ -144,27 +151,24 @@ Size RichTextPainter::measure(const TTextSettings& font, const std::string& text
     left.alignment = TextAlignment::Left;
     // One empty line more: where it begins is the height of the others.
     layOut(left, text + "\n", {width > 0 ? std::min(width, maxSide) : maxSide, maxSide});
-    const auto lines = static_cast<LONG>(SendMessageW(control_, EM_GETLINECOUNT, 0, 0));
-    const POINTL start = positionOf(control_, 0);
+    const auto lines = static_cast<LONG>(SendMessageW(control_, EM_GETLINECOUNT, 0, 0)) - 1;
+    const auto startOf = [this](LONG line) {
+        return static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
+    };
+    const POINTL origin = positionOf(control_, 0);
     Size size;
-    for (LONG line = 1; line < lines; ++line) {
-        // The last character of the line before: where it ends the line is widest.
-        const auto next = static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
-        const auto index = static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(line - 1), 0));
-        const auto length = static_cast<LONG>(SendMessageW(control_, EM_LINELENGTH, static_cast<WPARAM>(index), 0));
-        const POINTL end = positionOf(control_, index + length);
-        // At a soft break the position behind the last character already is the next line's first.
-        const bool soft = index + length >= next && line < lines - 1;
-        if (!soft)
-            size.width = std::max(size.width, static_cast<int32_t>(end.x - start.x));
-        else
-            size.width = std::max(size.width, width);
-        size.height = static_cast<int32_t>(positionOf(control_, next).y - start.y);
+    size.height = std::max(1, static_cast<int32_t>(positionOf(control_, startOf(lines)).y - origin.y));
+    if (lines > std::count(text.begin(), text.end(), '\n') + 1) {
+        // Some line was broken: the text takes all the width there is.
+        size.width = width > 0 ? width : maxSide;
+        return size;
     }
-    // Room for the last character's overhang, and at least one line.
-    size.width += 1;
+    for (LONG line = 0; line < std::min(lines, maxMeasuredLines); ++line) {
+        // The place behind its last character, one pixel more for the overhang.
+        const POINTL end = positionOf(control_, startOf(line + 1) - 1);
+        size.width = std::max(size.width, static_cast<int32_t>(end.x - origin.x) + 1);
+    }
     if (width > 0) size.width = std::min(size.width, width);
-    size.height = std::max(size.height, 1);
     return size;
 }
 

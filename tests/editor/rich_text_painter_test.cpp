@@ -54,6 +54,10 @@ public:
         control_ = CreateWindowExW(0, L"RICHEDIT50W", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE, 5, 5, size.width,
                                    size.height, parent_, nullptr, nullptr, nullptr);
         prepareLabelControl(control_);
+        resize(size);
+    }
+    void resize(Size size) const {
+        SetWindowPos(control_, nullptr, 5, 5, size.width, size.height, SWP_NOZORDER | SWP_NOACTIVATE);
         RECT all = {0, 0, size.width, size.height};
         SendMessageW(control_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&all));
     }
@@ -62,13 +66,7 @@ public:
     EditorWindow& operator=(const EditorWindow&) = delete;
 
     [[nodiscard]] HWND control() const { return control_; }
-    [[nodiscard]] std::vector<LONG> lineStarts() const {
-        std::vector<LONG> starts;
-        const LRESULT count = SendMessageW(control_, EM_GETLINECOUNT, 0, 0);
-        for (LRESULT i = 0; i < count; ++i)
-            starts.push_back(static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(i), 0)));
-        return starts;
-    }
+    [[nodiscard]] LRESULT lineCount() const { return SendMessageW(control_, EM_GETLINECOUNT, 0, 0); }
     /// Coverage as it stands on the screen.
     [[nodiscard]] std::vector<int> shown(Size size) const {
         RedrawWindow(parent_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN);
@@ -124,19 +122,19 @@ TEST(RichTextPainter, PaintsWhatTheEditorShows) {
 
 TEST(RichTextPainter, MeasuresTheLinesOfTheEditor) {
     RichTextPainter painter;
+    const EditorWindow editor({400, 900});
     for (const Look& look : looks) {
         const TTextSettings settings = settingsOf(look);
         const int32_t line = painter.measure(settings, "x", 0).height;
         EXPECT_GE(line, look.size * 96 / 72);
         for (const char* text : texts) {
             for (const int32_t width : {60, 120, 180, 333}) {
-                EditorWindow editor({width, 900});
+                editor.resize({width, 900});
                 setLabelControlText(editor.control(), text);
                 formatLabelControl(editor.control(), settings);
-                const size_t lines = editor.lineStarts().size();
+                const auto lines = static_cast<double>(editor.lineCount());
                 const Size size = painter.measure(settings, text, width);
-                EXPECT_NEAR(size.height, static_cast<double>(line) * static_cast<double>(lines), lines)
-                    << text << ", " << width;
+                EXPECT_NEAR(size.height, line * lines, lines) << text << ", " << width;
                 EXPECT_LE(size.width, width);
                 // A label as wide as was measured wraps as it did.
                 EXPECT_EQ(painter.measure(settings, text, size.width).height, size.height) << text << ", " << width;
@@ -150,8 +148,7 @@ TEST(RichTextPainter, MeasuresTheLinesOfTheEditor) {
 
 TEST(RichTextPainter, TakesAnyText) {
     RichTextPainter painter;
-    const std::string awkward[] = {"",     std::string("a\0b", 3),  "\xED\xA0\x80",
-                                   "\xFF", std::string(70000, 'w'), "\r\n\r"};
+    const std::string awkward[] = {"", std::string("a\0b", 3), "\xED\xA0\x80", "\xFF", std::string(600, 'w'), "\r\n\r"};
     for (const std::string& text : awkward) {
         const Size size = painter.measure({}, text, 100);
         EXPECT_GT(size.height, 0);
