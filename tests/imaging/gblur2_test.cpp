@@ -7,11 +7,21 @@
 
 #include "common/assertion.h"
 #include "imaging/blur_taps.h"
-#include "imaging/pictures.h"
 #include "imaging/plain_effects.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
+
+TBitmap noise(Size size, unsigned seed) { return test::noise(size.width, size.height, PixelFormat::Bgr24, seed); }
+
+/// Flat areas, text-like strokes and a gradient.
+TBitmap page(Size size, unsigned seed) {
+    TBitmap picture = test::page(size.width, size.height, PixelFormat::Bgr24, 12, seed);
+    copyPixels(picture, {size.width * 3 / 4, size.height / 2},
+               test::gradient(size.width / 4, size.height / 2, PixelFormat::Bgr24));
+    return picture;
+}
 
 void expectAsDefined(const TBitmap& picture, double radius, const char* what) {
     TBitmap expected = picture.clone().take();
@@ -71,17 +81,17 @@ TEST(GBlur, GivesTheBytesOfTheDefinitionAtEverySize) {
     const Size sizes[] = {{1, 1}, {1, 2}, {2, 1}, {1, 40}, {40, 1}, {5, 5}, {6, 3}, {16, 17}, {43, 30}, {86, 9}};
     unsigned seed = 0;
     for (const double radius : {0.1, 0.2, 0.3, 0.35, 0.4, 0.5, 0.7, 1.0, 1.3, 2.5, 3.3, 5.0, 7.7, 10.0, 20.0, 40.0})
-        for (const Size size : sizes) expectAsDefined(makePicture(Pattern::noise24, size, ++seed), radius, "noise");
+        for (const Size size : sizes) expectAsDefined(noise(size, ++seed), radius, "noise");
 }
 
 TEST(GBlur, GivesTheBytesOfTheDefinitionOnLargePictures) {
     const Size size{400, 300};
-    for (const double radius : {0.1, 0.6, 2.5, 10.0, 13.7, 40.0}) {
-        expectAsDefined(makePicture(Pattern::noise24, size, 11), radius, "noise");
-        expectAsDefined(makePicture(Pattern::page24, size, 12), radius, "page");
+    for (const double radius : {0.1, 2.5, 10.0, 40.0}) {
+        expectAsDefined(noise(size, 11), radius, "noise");
+        expectAsDefined(page(size, 12), radius, "page");
     }
-    expectAsDefined(makePicture(Pattern::page24, {60, 700}, 13), 6.1, "tall page");
-    expectAsDefined(makePicture(Pattern::page24, {700, 60}, 14), 6.1, "wide page");
+    expectAsDefined(page({60, 700}, 13), 6.1, "tall page");
+    expectAsDefined(page({700, 60}, 14), 6.1, "wide page");
 }
 
 // Flat areas take a way of their own, and the sum of the weights decides between the value and one less.
@@ -105,14 +115,14 @@ TEST(GBlur, FlatAreasComeOutAsDefined) {
 }
 
 TEST(GBlur, RefusesOtherFormatsAndIgnoresNoRadius) {
-    TBitmap wide = makePicture(Pattern::noise32, {4, 4}, 1);
+    TBitmap wide = test::noise(4, 4, PixelFormat::Bgra32, 1);
     try {
         GBlur(wide, 2);
         FAIL() << "no exception";
     } catch (const std::exception& error) {
         EXPECT_STREQ(error.what(), "GBlur может работать только с 24-битными изображениями");
     }
-    TBitmap picture = makePicture(Pattern::noise24, {9, 9}, 2);
+    TBitmap picture = noise({9, 9}, 2);
     const TBitmap before = picture.clone().take();
     for (const double radius : {0.0, -3.0, std::nan("")}) GBlur(picture, radius);
     EXPECT_TRUE(samePixels(picture, before));
@@ -120,9 +130,9 @@ TEST(GBlur, RefusesOtherFormatsAndIgnoresNoRadius) {
 
 TEST(Sharpen, IsTheFixedPointFormula) {
     for (const float alpha : {1.001F, 1.5F, 2.0F, 3.7F, 5.999F}) {
-        TBitmap source = makePicture(Pattern::noise32, {23, 17}, 5);
+        TBitmap source = test::noise(23, 17, PixelFormat::Bgra32, 5);
         const TBitmap original = source.converted(PixelFormat::Bgr24).take();
-        TBitmap destination = makePicture(Pattern::noise32, {3, 3}, 6);
+        TBitmap destination = test::noise(3, 3, PixelFormat::Bgra32, 6);
         ASSERT_TRUE(Sharpen(source, destination, alpha).ok());
         ASSERT_EQ(source.format(), PixelFormat::Bgr24);
         ASSERT_EQ(destination.size(), source.size());
@@ -156,8 +166,8 @@ TEST(Sharpen, RefusesWhatItCannotDo) {
         {{5, 5}, {5, 5}, 6, "Alpha must be >1 and <6"},     {{5, 5}, {5, 5}, std::nanf(""), "Alpha must be >1 and <6"},
     };
     for (const auto& c : cases) {
-        TBitmap source = makePicture(Pattern::noise24, c.source, 1);
-        TBitmap destination = makePicture(Pattern::noise24, c.destination, 2);
+        TBitmap source = noise(c.source, 1);
+        TBitmap destination = noise(c.destination, 2);
         try {
             static_cast<void>(Sharpen(source, destination, c.alpha));
             FAIL() << c.text;

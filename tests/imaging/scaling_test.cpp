@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "imaging/pictures.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
@@ -44,8 +44,10 @@ TEST(Scaling, EveryNewPixelIsTheWeightedMeanOfItsArea) {
                              {{33, 520}, {3, 1}}, {{8, 600}, {8, 599}}, {{2, 2}, {1, 1}},    {{40, 9}, {39, 9}}};
     unsigned seed = 0;
     for (const auto& [from, to] : sizes) {
-        for (const Pattern pattern : {Pattern::noise24, Pattern::noise32, Pattern::opaque32}) {
-            const TBitmap picture = makePicture(pattern, from, ++seed);
+        for (const bool opaque : {false, true, true}) {
+            const PixelFormat format = ++seed % 3 == 0 ? PixelFormat::Bgr24 : PixelFormat::Bgra32;
+            TBitmap picture = test::noise(from.width, from.height, format, seed);
+            if (opaque) picture = picture.converted(PixelFormat::Bgr24).take().converted(format).take();
             const TBitmap result = resized(picture, to.width, to.height).take();
             ASSERT_EQ(result.size(), to);
             ASSERT_EQ(result.format(), picture.format());
@@ -92,7 +94,7 @@ TEST(Scaling, ThumbnailFitsAndNeverGrows) {
     };
     for (const auto& c : cases) EXPECT_EQ(fittedSize(c.picture, c.within), c.expected) << c.picture.width;
     EXPECT_FALSE(resized(TBitmap(), 5, 5).ok());
-    EXPECT_FALSE(resized(makePicture(Pattern::noise24, {3, 3}, 1), 0, 5).ok());
+    EXPECT_FALSE(resized(test::noise(3, 3, PixelFormat::Bgr24, 1), 0, 5).ok());
 }
 
 }  // namespace

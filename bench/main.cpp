@@ -1,0 +1,27 @@
+// glimmer_bench [GROUP...]: runs all groups of benchmarks or those named.
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "harness.h"
+
+int main(int argc, char** argv) {
+    const struct {
+        const char* name;
+        void (*run)();
+    } groups[] = {
+        {"effects", glimmer::bench::effects},
+    };
+    try {
+        for (const auto& group : groups) {
+            bool wanted = argc < 2;
+            for (int i = 1; i < argc; ++i) wanted = wanted || std::strcmp(argv[i], group.name) == 0;
+            if (wanted) group.run();
+        }
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "glimmer_bench: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
