@@ -17,8 +17,8 @@ struct Entrant {
     std::function<void()> prepare = {};
 };
 
-/// Runs the entrants by turns, so that whatever else the machine does meets all alike, and answers the median time of
-/// each in milliseconds, in their order. At least `rounds` rounds; the first, which warms up, does not count.
+/// Runs the entrants by turns, so that whatever else the machine does meets all alike, and answers the median processor
+/// time of each in milliseconds, in their order. At least `rounds` rounds; the first, which warms up, does not count.
 std::vector<double> compare(const std::vector<Entrant>& entrants, int rounds = 9);
 
 /// A Markdown table on the standard output; the first column is text, the others numbers.

@@ -21,19 +21,24 @@ namespace glimmer {
 
 namespace {
 
-constexpr size_t block = 16;  ///< values that are flat or not together
+constexpr size_t block = 64;      ///< values that are flat or not together
+constexpr size_t lane = 16;       ///< bytes that one instruction takes
 constexpr size_t channels = 3;
 
 __m128i load(const uint8_t* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
 
-bool equalBlocks(const uint8_t* a, const uint8_t* b) {
-    return _mm_movemask_epi8(_mm_cmpeq_epi8(load(a), load(b))) == 0xFFFF;
+/// Whether two runs of bytes, at most a block, are the same.
+bool equalBlocks(const uint8_t* a, const uint8_t* b, size_t count) {
+    if (count != block) return std::memcmp(a, b, count) == 0;
+    __m128i same = _mm_cmpeq_epi8(load(a), load(b));
+    for (size_t i = lane; i < block; i += lane) same = _mm_and_si128(same, _mm_cmpeq_epi8(load(a + i), load(b + i)));
+    return _mm_movemask_epi8(same) == 0xFFFF;
 }
 
 /// Bytes to 16-bit values.
 void widenBytes(uint16_t* to, const uint8_t* from, size_t count) {
     const __m128i zero = _mm_setzero_si128();
-    for (; count >= block; count -= block, from += block, to += block) {
+    for (; count >= lane; count -= lane, from += lane, to += lane) {
         const __m128i bytes = load(from);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(to), _mm_unpacklo_epi8(bytes, zero));
         _mm_storeu_si128(reinterpret_cast<__m128i*>(to) + 1, _mm_unpackhi_epi8(bytes, zero));
@@ -99,7 +104,7 @@ private:
 void Blur::rows(TBitmap& bitmap) const {
     const size_t count = static_cast<size_t>(bitmap.width()) * channels;
     const size_t margin = size() * channels;
-    std::vector<uint16_t> values(count + 2 * margin + 2 * block);
+    std::vector<uint16_t> values(count + 2 * margin + 2 * lane);
     // Up to each block: how many blocks hold a byte that differs from the one a pixel before it.
     std::vector<uint32_t> changes(count / block + 2);
     for (int32_t y = 0; y < bitmap.height(); ++y) {
@@ -113,11 +118,7 @@ void Blur::rows(TBitmap& bitmap) const {
         for (size_t b = 0; b * block < count; ++b) {
             const size_t start = std::max(b * block, channels);
             const size_t end = std::min((b + 1) * block, count);
-            bool same = true;
-            if (end - start == block)
-                same = equalBlocks(row + start, row + start - channels);
-            else if (end > start)
-                same = std::memcmp(row + start, row + start - channels, end - start) == 0;
+            const bool same = end <= start || equalBlocks(row + start, row + start - channels, end - start);
             changes[b + 1] = changes[b] + (same ? 0 : 1);
         }
         line(first, channels, row, count, [&](size_t b) {
@@ -131,7 +132,7 @@ void Blur::rows(TBitmap& bitmap) const {
 void Blur::strip(TBitmap& bitmap, size_t left, size_t width) const {
     const int32_t height = bitmap.height();
     const size_t span = 2 * size() + 1;
-    const size_t lineLength = (width + block - 1) / block * block + block;
+    const size_t lineLength = (width + lane - 1) / lane * lane + lane;
     const size_t capacity = span + 128;
     std::vector<uint16_t> lines(capacity * lineLength);
     std::vector<uint32_t> unchanged((width + block - 1) / block);  // lines in a row that equal the one before
@@ -140,15 +141,15 @@ void Blur::strip(TBitmap& bitmap, size_t left, size_t width) const {
         const uint8_t* from = bitmap.row(std::clamp(y, 0, height - 1)) + left;
         const uint8_t* before = bitmap.row(std::clamp(y - 1, 0, height - 1)) + left;
         if (used == capacity) {
-            std::copy(lines.end() - static_cast<ptrdiff_t>((span - 1) * lineLength), lines.end(), lines.begin());
             used = span - 1;
+            std::memmove(lines.data(), lines.data() + (capacity - used) * lineLength,
+                         used * lineLength * sizeof(uint16_t));
         }
         widenBytes(lines.data() + used * lineLength, from, width);
         ++used;
         for (size_t b = 0; b < unchanged.size(); ++b) {
             const size_t length = std::min(block, width - b * block);
-            const bool same = length == block ? equalBlocks(from + b * block, before + b * block)
-                                              : std::memcmp(from + b * block, before + b * block, length) == 0;
+            const bool same = equalBlocks(from + b * block, before + b * block, length);
             unchanged[b] = same ? unchanged[b] + 1 : 0;
         }
     };
