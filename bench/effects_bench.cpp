@@ -38,7 +38,7 @@ void blurTable(const std::string& what, const TBitmap& picture) {
 
 /// Each beside a plain copy of as many bytes as it writes.
 void copyTable() {
-    const TBitmap wide = pagePicture("page-1920x1080.png", screen, PixelFormat::Bgra32);
+    const TBitmap wide = pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgra32);
     const TBitmap narrow = wide.converted(PixelFormat::Bgr24).take();
     TBitmap wideWork = wide.clone().take();
     TBitmap narrowWork = narrow.clone().take();
@@ -72,8 +72,8 @@ void copyTable() {
 }
 
 void scalingTable() {
-    const TBitmap tall = pagePicture("page-1280x10000.png", {1280, 10000}, PixelFormat::Bgra32);
-    const TBitmap page = pagePicture("page-1920x1080.png", screen, PixelFormat::Bgra32);
+    const TBitmap tall = pagePicture("table-1280x10000.png", {1280, 10000}, PixelFormat::Bgra32);
+    const TBitmap page = pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgra32);
     const struct {
         const char* name;
         std::function<void()> work;
@@ -97,7 +97,7 @@ void scalingTable() {
 }  // namespace
 
 void effects() {
-    blurTable("page", pagePicture("page-1920x1080.png", screen, PixelFormat::Bgr24));
+    blurTable("page", pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgr24));
     blurTable("noise", noisePicture(screen, PixelFormat::Bgr24));
     copyTable();
     scalingTable();
