@@ -20,6 +20,8 @@ void setHostKind(HostKind kind);
 inline bool isStandalone() { return hostKind() == HostKind::Standalone; }
 inline bool isInternetExplorer() { return hostKind() == HostKind::InternetExplorer; }
 inline bool isChrome() { return hostKind() == HostKind::Chrome; }
+/// The name that the user knows the program by: on its own it is "Glimmerpad", in a browser "Vistrane".
+inline const char* productName() { return isStandalone() ? "Glimmerpad" : "Vistrane"; }
 
 /// Asks the host to act: a request name ("openURL", "enableResumeMenu", ...) and its value. Does nothing while no
 /// handler is set. The library's start-up sets the handler that calls the host; the standalone program's controller

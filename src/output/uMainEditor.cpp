@@ -1,13 +1,32 @@
+// The main editor window: its parts and how they lie, its keys, its state towards the user.
+
 #include "output/uMainEditor.h"
 
-#include <wx/dcbuffer.h>
-#include <wx/image.h>
-#include <wx/scrolwin.h>
+#include <wx/accel.h>
+#include <wx/dnd.h>
+#include <wx/menu.h>
+#include <wx/settings.h>
 #include <wx/sizer.h>
+#include <wx/splitter.h>
+#include <wx/statusbr.h>
 
 #include <windows.h>
 
+#include <algorithm>
+
+#include "common/host_kind.h"
+#include "common/section_memory.h"
 #include "editor/document.h"
+#include "editor/edit_tool.h"
+#include "editor/rich_text_painter.h"
+#include "editor/uEditor.h"
+#include "output/capture_list.h"
+#include "output/main_toolbar.h"
+#include "output/selection_panel.h"
+#include "settings/form_store.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+#include "settings/settings.h"
 
 namespace glimmer {
 
@@ -15,88 +34,197 @@ TMainEditor* pMainEditor = nullptr;
 
 namespace {
 
-wxBitmap bitmapOf(const TBitmap& picture) {
-    wxImage image(picture.width(), picture.height(), false);
-    uint8_t* to = image.GetData();
-    for (int32_t y = 0; y < picture.height(); ++y) {
-        const uint8_t* from = picture.row(y);
-        for (int32_t x = 0; x < picture.width(); ++x, from += picture.bytesPerPixel(), to += 3) {
-            to[0] = from[2];
-            to[1] = from[1];
-            to[2] = from[0];
-        }
-    }
-    return wxBitmap(image);
-}
+constexpr int thumbnailPeriod = 100;  // milliseconds
+constexpr const char* section = "MainEditor";
 
-/// Shows a picture, scrollable.
-class PictureView : public wxScrolledCanvas {
+/// Files dropped from the shell, opened as by the open dialog.
+class ShellDrop final : public wxFileDropTarget {
 public:
-    explicit PictureView(wxWindow* parent) : wxScrolledCanvas(parent) {
-        SetName("pnlPicture");
-        SetBackgroundStyle(wxBG_STYLE_PAINT);
-        SetScrollRate(16, 16);
-        Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-            wxAutoBufferedPaintDC dc(this);
-            DoPrepareDC(dc);
-            dc.SetBackground(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
-            dc.Clear();
-            if (bitmap_.IsOk()) dc.DrawBitmap(bitmap_, 0, 0);
-        });
-    }
-    void show(const TBitmap& picture) {
-        bitmap_ = bitmapOf(picture);
-        SetVirtualSize(bitmap_.GetSize());
-        Refresh();
+    explicit ShellDrop(std::function<void(const std::vector<std::string>&)> open) : open_(std::move(open)) {}
+    bool OnDropFiles(wxCoord /*x*/, wxCoord /*y*/, const wxArrayString& names) override {
+        std::vector<std::string> paths;
+        for (const wxString& name : names) paths.push_back(name.ToStdString(wxConvUTF8));
+        open_(paths);
+        return true;
     }
 
 private:
-    wxBitmap bitmap_;
+    std::function<void(const std::vector<std::string>&)> open_;
 };
 
 }  // namespace
 
-TMainEditor::TMainEditor() : wxFrame(nullptr, wxID_ANY, "Vistrane", wxDefaultPosition, wxSize(1024, 720)) {
-    SetName("MainEditor");
-    auto* sizer = new wxBoxSizer(wxVERTICAL);
-    sizer->Add(new PictureView(this), 1, wxEXPAND);
-    SetSizer(sizer);
+TMainEditor::TMainEditor()
+    : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, wxDefaultSize,
+              wxDEFAULT_FRAME_STYLE, "MainEditor"),
+      shapeTool_(EditTool::TextShapeRectangle),
+      tmrUpdateThumbnails_(this),
+      thumbnailText_(std::make_unique<RichTextPainter>()) {
+    setPixelAllocator(sectionPixelMemory);
+    SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+    layOut();
+    bindKeys();
+    restoreState();
+    SetDropTarget(new ShellDrop([this](const std::vector<std::string>& paths) {
+        CallAfter([this, paths] { openDropped(paths); });  // the source waits for the drop to end
+    }));
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-        if (event.CanVeto()) {
-            event.Veto();
-            displayState_ = DisplayState::Away;
-            applyDisplayState();
-            if (commands_.hidden) commands_.hidden();
-        } else {
+        if (!event.CanVeto()) {
+            discardAll();
+            storeState();
             Destroy();
+            return;
         }
+        event.Veto();
+        if (!busy_) btnExitClick();
     });
+    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
+    Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+        if (stateStale_) refreshState();
+        event.Skip();
+    });
+    optionsListener_ = std::make_unique<OptionsListener>([this] {
+        for (Entry& entry : documents_) entry.thumbnailStale = true;
+        toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
+        leftPanel_->Show(OptionsHolder().on("chkLeftPanelVisible"));
+        Layout();
+    });
+    tmrUpdateThumbnails_.Start(thumbnailPeriod);
+    refreshState();
 }
 
 TMainEditor::~TMainEditor() {
     if (pMainEditor == this) pMainEditor = nullptr;
 }
 
-CaptureDocument& TMainEditor::addEditor(std::unique_ptr<CaptureDocument> document) {
-    documents_.push_back(std::move(document));
-    current_ = documents_.back().get();
-    const std::string& name = current_->info().name;
-    SetTitle(wxString::FromUTF8(name.data(), name.size()));
-    static_cast<PictureView*>(wxWindow::FindWindowByName("pnlPicture", this))->show(current_->background());
-    return *current_;
+void TMainEditor::layOut() {
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    toolbar_ = new TMainToolbar(this, [this](const MainCommand& command) { run(command); });
+    toolbar_->onHeightChange([this] { Layout(); });
+    column->Add(toolbar_, 0, wxEXPAND);
+
+    auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                                          wxSP_LIVE_UPDATE | wxSP_NOBORDER, "splLeftPanel");
+    splitter->SetMinimumPaneSize(FromDIP(120));
+    auto* left = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlLeft");
+    leftPanel_ = left;
+    CaptureList::Events events;
+    events.shown = [this](size_t place) { show(place); };
+    events.selectionChanged = [this] { stateStale_ = true; };
+    events.renamed = [this](size_t place, const wxString& name) { return renameCapture(place, name); };
+    events.moved = [this](size_t from, size_t to) { moveCapture(from, to); };
+    events.menu = [this](const wxPoint& screen) { showActionsMenu(screen); };
+    events.deletePressed = [this] { deleteCaptures(list_->selected()); };
+    list_ = new CaptureList(left, std::move(events));
+    labels_ = new SelectionPanel(left, [this](std::string_view control) { onLabel(control); });
+    auto* leftColumn = new wxBoxSizer(wxVERTICAL);
+    leftColumn->Add(list_, 1, wxEXPAND);
+    leftColumn->Add(labels_, 0, wxEXPAND);
+    left->SetSizer(leftColumn);
+
+    canvasHost_ = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlCanvas");
+    canvasHost_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
+    canvasHost_->SetSizer(new wxBoxSizer(wxVERTICAL));
+    const int width = FromDIP(std::clamp(OptionsHolder().number("spnLeftPanelWidth"), 120, 2000));
+    splitter->SplitVertically(left, canvasHost_, width);
+    if (!OptionsHolder().on("chkLeftPanelVisible")) splitter->Unsplit(left);
+    column->Add(splitter, 1, wxEXPAND);
+    SetSizer(column);
+    addShapeMenu();
+    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
+
+    wxStatusBar* status =
+        CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
+    const int widths[] = {-1, FromDIP(170), FromDIP(110), FromDIP(110), FromDIP(60)};
+    status->SetStatusWidths(5, widths);
+    SetMinSize(FromDIP(wxSize(480, 360)));
 }
 
-size_t TMainEditor::editorCount() const { return documents_.size(); }
-CaptureDocument* TMainEditor::currentEditor() const { return current_; }
-
-TMainEditor::Documents TMainEditor::allEditors() const {
-    Documents all;
-    for (const auto& document : documents_) all.push_back(document.get());
-    return all;
+void TMainEditor::addShapeMenu() {
+    static constexpr std::pair<const char*, EditTool> shapes[] = {{"Rectangle", EditTool::TextShapeRectangle},
+                                                                  {"Ellipse", EditTool::TextShapeEllipse},
+                                                                  {"Polygon", EditTool::TextShapePolygon}};
+    auto menu = std::make_unique<wxMenu>();
+    ToolButton* button = toolbar_->button("btnTextShape");
+    for (const auto& [caption, tool] : shapes) {
+        wxMenuItem* item = menu->AppendRadioItem(wxID_ANY, caption);
+        menu->Bind(
+            wxEVT_MENU,
+            [this, button, tool = tool](wxCommandEvent&) {
+                shapeTool_ = tool;
+                button->press();
+            },
+            item->GetId());
+    }
+    button->setMenu(std::move(menu));
+    toolbar_->setButtonSize(toolbar_->buttonSize());  // the arrow makes it wider
 }
 
-TMainEditor::Documents TMainEditor::selectedEditors() const {
-    return current_ != nullptr ? Documents{current_} : Documents{};
+void TMainEditor::bindKeys() {
+    std::vector<wxAcceleratorEntry> keys;
+    for (const MainCommand& command : mainCommands()) {
+        if (command.keyCode == 0) continue;
+        const int id = wxNewId();
+        keys.emplace_back(command.keyFlags, command.keyCode, id);
+        Bind(
+            wxEVT_MENU, [this, &command](wxCommandEvent&) { run(command); }, id);
+    }
+    SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(keys.size()), keys.data()));
+}
+
+void TMainEditor::run(const MainCommand& command) {
+    if (busy_ || !available(command.needs)) return;
+    busy_ = true;
+    if (canvas_ != nullptr) canvas_->finishEditing();
+    try {
+        (this->*command.handler)();
+    } catch (const std::bad_alloc&) {
+        showError("There is not enough memory for this.");
+    } catch (const std::exception& failure) {
+        showError(failure.what());
+    }
+    busy_ = false;
+    parkOthers();
+    stateStale_ = true;
+}
+
+bool TMainEditor::available(CommandNeeds needs) const {
+    switch (needs) {
+        case CommandNeeds::Nothing:
+            return true;
+        case CommandNeeds::Capture:
+            return current_ != nullptr;
+        case CommandNeeds::Undo:
+            return current_ != nullptr && current_->history().canUndo();
+        case CommandNeeds::Redo:
+            return current_ != nullptr && current_->history().canRedo();
+        case CommandNeeds::Host:
+            return !isStandalone();
+    }
+    return false;
+}
+
+void TMainEditor::restoreState() {
+    SetSize(FromDIP(wxSize(1180, 780)));
+    Centre();
+    const std::string name = settingsSection(section);
+    restoreGeometry(settings(), name, *this);
+    const TCachedMemIniFile& store = settings();
+    toolbar_->setButtonSize(static_cast<ToolbarSize>(store.readInteger(name, "ToolbarSize", 1, 0, 2)));
+    toolbar_->setPinned(store.readBool(name, "btnFix", true));
+    toolbar_->setFolded(store.readBool(name, "ToolbarFolded", false));
+}
+
+void TMainEditor::storeState() {
+    TCachedMemIniFile& store = settings();
+    const std::string name = settingsSection(section);
+    saveGeometry(store, name, *this);
+    store.writeInteger(name, "ToolbarSize", static_cast<int32_t>(toolbar_->buttonSize()));
+    store.writeBool(name, "btnFix", toolbar_->pinned());
+    store.writeBool(name, "ToolbarFolded", toolbar_->folded());
+    const auto* splitter = static_cast<wxSplitterWindow*>(leftPanel_->GetParent());
+    if (splitter->IsSplit()) OptionsHolder().setNumber("spnLeftPanelWidth", ToDIP(splitter->GetSashPosition()));
+    saveOptions();
 }
 
 void TMainEditor::applyDisplayState() {
@@ -109,11 +237,13 @@ void TMainEditor::applyDisplayState() {
 
 void TMainEditor::showRoutine() {
     displayState_ = DisplayState::Shown;
+    refreshState();
     Show();
     bringForward();
+    if (canvas_ != nullptr) canvas_->SetFocus();
 }
 
-void TMainEditor::hiddenRoutine() {}
+void TMainEditor::hiddenRoutine() { refreshState(); }
 
 void TMainEditor::bringForward() {
     if (!IsShown()) return;
@@ -122,19 +252,5 @@ void TMainEditor::bringForward() {
     SetForegroundWindow(window);
     SetActiveWindow(window);
 }
-
-// The commands come with the tool bar.
-void TMainEditor::btnUploadClick() {
-    if (commands_.upload) commands_.upload(selectedEditors());
-}
-void TMainEditor::btnPublishClick() {}
-void TMainEditor::btnCopyClick() {}
-void TMainEditor::btnMailClick() {}
-void TMainEditor::btnExternalViewerClick() {}
-void TMainEditor::btnPrintClick() {}
-void TMainEditor::btnLoadProjectClick() {}
-void TMainEditor::btnSaveProjectClick() {}
-void TMainEditor::btnSaveProjectAsClick() {}
-bool TMainEditor::openFile(const std::string& path) { return path.empty(); }
 
 }  // namespace glimmer

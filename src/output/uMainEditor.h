@@ -1,17 +1,28 @@
 #pragma once
 
 #include <wx/frame.h>
+#include <wx/panel.h>
+#include <wx/timer.h>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "common/bitmap.h"
+#include "output/main_commands.h"
 
 namespace glimmer {
 
 class CaptureDocument;
+class CaptureList;
+class SelectionPanel;
+class TMainToolbar;
+class TEditForm;
+class OptionsListener;
+class TextPainter;
+enum class EditTool : uint8_t;
 
 /// How the main editor window stands towards the user.
 enum class DisplayState : uint8_t {
@@ -21,6 +32,8 @@ enum class DisplayState : uint8_t {
 };
 
 /// The main editor window: the captures of the session and the commands on them. Made hidden by the controller.
+///
+/// It owns the captures. One of them, the current one, is shown on a canvas; the others give up their address space.
 class TMainEditor : public wxFrame {
 public:
     using Documents = std::vector<CaptureDocument*>;
@@ -30,10 +43,11 @@ public:
 
     /// Takes a capture into the list, makes it the current and only selected one and answers it.
     CaptureDocument& addEditor(std::unique_ptr<CaptureDocument> document);
-    [[nodiscard]] size_t editorCount() const;
-    [[nodiscard]] CaptureDocument* currentEditor() const;  ///< nothing while the list is empty
-    [[nodiscard]] Documents allEditors() const;            ///< in list order
-    [[nodiscard]] Documents selectedEditors() const;       ///< in list order
+    [[nodiscard]] size_t editorCount() const { return documents_.size(); }
+    [[nodiscard]] CaptureDocument* currentEditor() const { return current_; }  ///< nothing while the list is empty
+    [[nodiscard]] Documents allEditors() const;                                ///< in list order
+    [[nodiscard]] Documents selectedEditors() const;                           ///< in list order
+    [[nodiscard]] TEditForm* canvas() const { return canvas_; }                ///< of the current capture
 
     [[nodiscard]] DisplayState displayState() const { return displayState_; }
     void setDisplayState(DisplayState state) { displayState_ = state; }
@@ -46,18 +60,41 @@ public:
     /// To the front and active, restored when minimised; only when the window is visible.
     void bringForward();
 
+    // The tool bar's commands; each works on the selected captures where it works on captures at all.
+    void btnLoadProjectClick();
+    void btnSaveProjectClick();
+    void btnSaveProjectAsClick();
     void btnUploadClick();
     void btnPublishClick();
     void btnCopyClick();
     void btnMailClick();
     void btnExternalViewerClick();
     void btnPrintClick();
-    void btnLoadProjectClick();
-    void btnSaveProjectClick();
-    void btnSaveProjectAsClick();
+    void tbtnUndoClick();
+    void tbtnRedoClick();
+    void btnPointerClick();
+    void btnWndSelectorClick();
+    void btnTextShapeClick();
+    void btnTextPenClick();
+    void btnTextLineClick();
+    void btnTextClick();
+    void btnImageClick();
+    void btnRectHightlightClick();
+    void btnLineClick();
+    void btnOptionsClick();
+    void tbtnAboutClick();
+    void tbtnTweetClick();
+    void tbtnVoteClick();
+    void btnFirefoxClick();
+    void btnExitClick();
 
     /// Opens a picture or project file (UTF-8 path); whether at least one editor came of it. Says why not.
     bool openFile(const std::string& path);
+    /// Closes the session: asks for unsaved captures, then lets go of all captures and puts the window away. False when
+    /// the user wants to stay.
+    bool closeSession();
+    /// Lets go of all captures without a question.
+    void discardAll();
 
     /// The commands that live above this folder; the start-up sets them. Without one the button does nothing.
     struct Commands {
@@ -68,11 +105,62 @@ public:
     void setCommands(Commands commands) { commands_ = std::move(commands); }
 
 private:
-    std::vector<std::unique_ptr<CaptureDocument>> documents_;
+    // Layout (uMainEditor.cpp)
+    void layOut();
+    void addShapeMenu();
+    void bindKeys();
+    void run(const MainCommand& command);
+    [[nodiscard]] bool available(CommandNeeds needs) const;
+    void restoreState();
+    void storeState();
+
+    // The list of captures (main_editor_captures.cpp)
+    [[nodiscard]] size_t placeOf(const CaptureDocument& document) const;
+    void show(size_t place);
+    void unshow();
+    void removePlaces(std::vector<size_t> places);
+    void deleteCaptures(std::vector<size_t> places);
+    void moveCapture(size_t from, size_t to);
+    bool renameCapture(size_t place, const wxString& name);
+    void onLabel(std::string_view control);
+    void showActionsMenu(const wxPoint& screen);
+    void updateThumbnails();
+    void parkOthers();
+    void refreshState();
+    void updateStatus();
+    void openDropped(const std::vector<std::string>& paths);
+
+    // Commands (main_editor_commands.cpp)
+    void setTool(EditTool tool, const char* button);
+    void afterOutput(const char* done);
+    [[nodiscard]] bool confirmUnsaved(const Documents& documents);
+    bool saveProject(bool askForName);
+
+    /// A capture and what the list knows of it.
+    struct Entry {
+        std::unique_ptr<CaptureDocument> document;
+        int observer = 0;
+        bool thumbnailStale = true;
+    };
+    std::vector<Entry> documents_;
     CaptureDocument* current_ = nullptr;
+    TEditForm* canvas_ = nullptr;
     DisplayState displayState_ = DisplayState::Shown;
     std::string projectPath_;
     Commands commands_;
+    const char* toolButton_ = "btnPointer";
+    EditTool shapeTool_;  ///< what the shape button's menu chose last
+    bool stateStale_ = true;
+    bool busy_ = false;  ///< a command runs; the window is not closed below it
+
+    TMainToolbar* toolbar_ = nullptr;
+    wxWindow* leftPanel_ = nullptr;
+    CaptureList* list_ = nullptr;
+    SelectionPanel* labels_ = nullptr;
+    wxPanel* canvasHost_ = nullptr;
+    wxTimer tmrUpdateThumbnails_;
+    std::unique_ptr<TextPainter> thumbnailText_;
+    std::unique_ptr<OptionsListener> optionsListener_;
 };
 
 /// The one main editor of the process; the controller makes it, the toolkit destroys it. None when there is none.

@@ -1,0 +1,299 @@
+// The main editor's list of captures: adding, showing, renaming, reordering, deleting; thumbnails; what rests.
+
+#include <wx/menu.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "common/host_kind.h"
+#include "common/text.h"
+#include "editor/commands/set_info.h"
+#include "editor/document.h"
+#include "editor/uEditor.h"
+#include "output/capture_list.h"
+#include "output/main_toolbar.h"
+#include "output/selection_panel.h"
+#include "output/thumb_creator.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+
+namespace glimmer {
+
+namespace {
+
+/// A round of thumbnails ends after this time, so that nobody notices it.
+constexpr std::chrono::milliseconds thumbnailBudget{12};
+constexpr size_t longestName = 200;
+
+wxString wide(const std::string& text) { return wxString::FromUTF8(text.data(), text.size()); }
+
+Colour systemColour(wxSystemColour which) {
+    const wxColour colour = wxSystemSettings::GetColour(which);
+    return rgb(colour.Red(), colour.Green(), colour.Blue());
+}
+
+}  // namespace
+
+size_t TMainEditor::placeOf(const CaptureDocument& document) const {
+    const auto at = std::find_if(documents_.begin(), documents_.end(),
+                                 [&document](const Entry& entry) { return entry.document.get() == &document; });
+    return static_cast<size_t>(at - documents_.begin());
+}
+
+CaptureDocument& TMainEditor::addEditor(std::unique_ptr<CaptureDocument> document) {
+    CaptureDocument& added = *document;
+    Entry entry;
+    entry.observer = added.observe([this, &added](const DocumentChange& change) {
+        if (change.pixels || change.annotations || change.size || change.state || change.info)
+            documents_[placeOf(added)].thumbnailStale = true;
+        if (change.info) list_->setName(placeOf(added), wide(added.info().name));
+        stateStale_ = true;
+    });
+    entry.document = std::move(document);
+    documents_.push_back(std::move(entry));
+    list_->insert(documents_.size() - 1, wide(added.info().name));
+    list_->setCurrent(documents_.size() - 1, true);
+    show(documents_.size() - 1);
+    return added;
+}
+
+TMainEditor::Documents TMainEditor::allEditors() const {
+    Documents all;
+    for (const Entry& entry : documents_) all.push_back(entry.document.get());
+    return all;
+}
+
+TMainEditor::Documents TMainEditor::selectedEditors() const {
+    Documents chosen;
+    for (const size_t place : list_->selected())
+        if (place < documents_.size()) chosen.push_back(documents_[place].document.get());
+    if (chosen.empty() && current_ != nullptr) chosen.push_back(current_);
+    return chosen;
+}
+
+void TMainEditor::show(size_t place) {
+    CaptureDocument& document = *documents_.at(place).document;
+    if (&document == current_ && canvas_ != nullptr) return;
+    unshow();
+    current_ = &document;
+    canvas_ = new TEditForm(canvasHost_, document);
+    canvas_->onChanged([this] { stateStale_ = true; });
+    canvasHost_->GetSizer()->Add(canvas_, 1, wxEXPAND);
+    canvasHost_->Layout();
+    parkOthers();
+    stateStale_ = true;
+}
+
+void TMainEditor::unshow() {
+    if (canvas_ != nullptr) {
+        canvas_->finishEditing();
+        canvasHost_->GetSizer()->Detach(canvas_);
+        canvas_->Destroy();
+    }
+    canvas_ = nullptr;
+    current_ = nullptr;
+}
+
+void TMainEditor::parkOthers() {
+    for (const Entry& entry : documents_)
+        if (entry.document.get() != current_) entry.document->park();
+}
+
+void TMainEditor::removePlaces(std::vector<size_t> places) {
+    if (places.empty()) return;
+    std::sort(places.begin(), places.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    const size_t next = places.front();
+    const bool currentGoes =
+        current_ != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*current_));
+    if (currentGoes) unshow();
+    for (auto place = places.rbegin(); place != places.rend(); ++place) {
+        documents_[*place].document->forget(documents_[*place].observer);
+        list_->erase(*place);
+        documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(*place));
+    }
+    if (currentGoes && !documents_.empty()) {
+        const size_t place = std::min(next, documents_.size() - 1);
+        list_->setCurrent(place, true);
+        show(place);
+    }
+    stateStale_ = true;
+}
+
+void TMainEditor::deleteCaptures(std::vector<size_t> places) {
+    if (places.empty()) return;
+    const auto unsaved = std::count_if(places.begin(), places.end(),
+                                       [this](size_t place) { return documents_[place].document->modified(); });
+    Message question;
+    question.caption = "Delete captures";
+    question.icon = MessageIcon::Question;
+    question.buttons = MessageButtons::YesNo;
+    if (places.size() == 1) {
+        question.text = "Delete the capture \"";
+        question.text.append(documents_[places[0]].document->info().name).append("\"?");
+    } else {
+        question.text = "Delete ";
+        question.text.append(std::to_string(places.size())).append(" captures?");
+    }
+    if (unsaved == 1) {
+        question.text += "\nIt has changes that are not saved.";
+    } else if (unsaved > 1) {
+        question.text.append("\n").append(std::to_string(unsaved)).append(" of them have changes that are not saved.");
+    }
+    if (showRemembered("cmbDeleteCaptures", question) != MessageAnswer::Yes) return;
+    removePlaces(std::move(places));
+}
+
+void TMainEditor::discardAll() {
+    std::vector<size_t> all(documents_.size());
+    for (size_t i = 0; i < all.size(); ++i) all[i] = i;
+    unshow();
+    removePlaces(std::move(all));
+    projectPath_.clear();
+}
+
+void TMainEditor::moveCapture(size_t from, size_t to) {
+    if (from >= documents_.size() || to >= documents_.size() || from == to) return;
+    Entry entry = std::move(documents_[from]);
+    documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(from));
+    list_->erase(from);
+    entry.thumbnailStale = true;
+    const wxString name = wide(entry.document->info().name);
+    documents_.insert(documents_.begin() + static_cast<std::ptrdiff_t>(to), std::move(entry));
+    list_->insert(to, name);
+    list_->setCurrent(to, true);
+    show(to);
+}
+
+// Names need not differ, but each capture has one.
+bool TMainEditor::renameCapture(size_t place, const wxString& name) {
+    const std::string trimmedName = firstUnits(trimmed(name.ToStdString(wxConvUTF8)), longestName);
+    if (trimmedName.empty() || place >= documents_.size()) return false;
+    CaptureDocument& document = *documents_[place].document;
+    if (trimmedName == document.info().name) return true;
+    const Status renamed = document.run(std::make_unique<SetInfo>(SetInfo::Field::Name, trimmedName));
+    if (!renamed) showError(renamed.message());
+    return renamed.ok();
+}
+
+void TMainEditor::onLabel(std::string_view control) {
+    const size_t currentPlace = current_ != nullptr ? placeOf(*current_) : 0;
+    std::vector<size_t> others;
+    std::vector<size_t> all;
+    for (size_t i = 0; i < documents_.size(); ++i) {
+        all.push_back(i);
+        if (i != currentPlace) others.push_back(i);
+    }
+    if (control == "lblSelectAll") {
+        list_->select([](size_t) { return true; });
+    } else if (control == "lblSelectCurrent") {
+        list_->select([currentPlace](size_t place) { return place == currentPlace; });
+    } else if (control == "lblSelectOther") {
+        list_->select([currentPlace](size_t place) { return place != currentPlace; });
+    } else if (control == "lblDeleteSelected") {
+        deleteCaptures(list_->selected());
+    } else if (control == "lblDeleteAll") {
+        deleteCaptures(std::move(all));
+    } else if (control == "lblDeleteOther") {
+        deleteCaptures(std::move(others));
+    } else {
+        // The labels press the tool bar's buttons, so that both ways run the same code.
+        static constexpr std::pair<std::string_view, std::string_view> buttons[] = {
+            {"lblThenUpload", "btnUpload"}, {"lblThenSave", "btnPublish"},        {"lblThenCopy", "btnCopy"},
+            {"lblThenMail", "btnMail"},     {"lblThenEdit", "btnExternalViewer"},
+        };
+        for (const auto& [label, button] : buttons)
+            if (label == control) toolbar_->button(button)->press();
+    }
+}
+
+void TMainEditor::showActionsMenu(const wxPoint& screen) {
+    if (current_ == nullptr) return;
+    wxMenu menu;  // pmActions
+    const auto add = [&menu](const char* caption, std::function<void()> action) {
+        wxMenuItem* item = menu.Append(wxID_ANY, caption);
+        menu.Bind(
+            wxEVT_MENU, [action = std::move(action)](wxCommandEvent&) { action(); }, item->GetId());
+    };
+    const size_t place = placeOf(*current_);
+    add("Save as...", [this, place] {
+        list_->setCurrent(place, true);
+        toolbar_->button("btnPublish")->press();
+    });
+    add("Rename...", [this, place] { list_->editName(place); });
+    menu.AppendSeparator();
+    add("Select All", [this] { onLabel("lblSelectAll"); });
+    add("Select All Except current", [this] { onLabel("lblSelectOther"); });
+    menu.AppendSeparator();
+    add("Delete Selected", [this] { onLabel("lblDeleteSelected"); });
+    add("Delete All", [this] { onLabel("lblDeleteAll"); });
+    add("Delete All Except current", [this] { onLabel("lblDeleteOther"); });
+    list_->PopupMenu(&menu, list_->ScreenToClient(screen));
+}
+
+void TMainEditor::updateThumbnails() {
+    if (!IsShown() || busy_) return;
+    const auto until = std::chrono::steady_clock::now() + thumbnailBudget;
+    const Size frame = list_->thumbnailSize();
+    const TThumbCreator creator(frame, systemColour(wxSYS_COLOUR_WINDOW));
+    PaintOptions options;
+    options.labels = OptionsHolder().on("chkDisplayAnnotations");
+    options.numbers = OptionsHolder().on("chkDisplayNumbers");
+    options.calloutLines = OptionsHolder().on("chkDisplayCalloutLines");
+    options.shadows = OptionsHolder().on("chkDisplayShadows");
+    for (size_t place = 0; place < documents_.size(); ++place) {
+        Entry& entry = documents_[place];
+        if (!entry.thumbnailStale) continue;
+        entry.thumbnailStale = false;
+        const Result<TBitmap> picture =
+            creator.create(*entry.document, *thumbnailText_, options, entry.document->modified());
+        if (picture) list_->setThumbnail(place, *picture);
+        if (entry.document.get() != current_) entry.document->park();
+        if (std::chrono::steady_clock::now() > until) return;
+    }
+}
+
+void TMainEditor::refreshState() {
+    stateStale_ = false;
+    toolbar_->update([this](CommandNeeds needs) { return available(needs); });
+    if (current_ != nullptr && canvas_ != nullptr && canvas_->tool() == EditTool::Pointer) toolButton_ = "btnPointer";
+    if (ToolButton* tool = toolbar_->button(toolButton_)) tool->setDown(current_ != nullptr);
+    labels_->enableAll(current_ != nullptr);
+    const std::string product = productName();
+    std::string title = product;
+    if (current_ != nullptr) title = current_->info().name + (current_->modified() ? " * - " : " - ") + product;
+    if (GetTitle() != wide(title)) SetTitle(wide(title));
+    updateStatus();
+}
+
+void TMainEditor::updateStatus() {
+    wxString fields[5];
+    if (current_ == nullptr) {
+        fields[0] = "No capture. Open a file with Ctrl + O or drop one here.";
+    } else {
+        const auto selected = list_->selected().size();
+        fields[0] = selected > 1 ? wxString::Format("%zu of %zu captures selected", selected, documents_.size())
+                    : documents_.size() > 1
+                        ? wxString::Format("Capture %zu of %zu", placeOf(*current_) + 1, documents_.size())
+                        : wxString();
+        if (const Rect area = canvas_->selectedArea(); !area.empty())
+            fields[1] =
+                wxString::Format(L"Selection %d \u00d7 %d at %d, %d", area.width(), area.height(), area.left, area.top);
+        const Point at = canvas_->pointerPosition();
+        fields[2] = wxString::Format("x %d, y %d", at.x, at.y);
+        fields[3] = wxString::Format(L"%d \u00d7 %d px", current_->size().width, current_->size().height);
+        fields[4] = wxString::Format("%d %%", canvas_->zoom());
+    }
+    for (int i = 0; i < 5; ++i)
+        if (GetStatusBar()->GetStatusText(i) != fields[i]) SetStatusText(fields[i], i);
+}
+
+void TMainEditor::openDropped(const std::vector<std::string>& paths) {
+    for (const std::string& path : paths) openFile(path);
+    bringForward();
+}
+
+}  // namespace glimmer

@@ -1,0 +1,243 @@
+// What the main editor's commands do. Output itself is the saver's; here are the questions before and after it.
+
+#include <wx/filedlg.h>
+
+#include <algorithm>
+
+#include "common/files.h"
+#include "common/host_kind.h"
+#include "common/text.h"
+#include "common/vendor.h"
+#include "editor/document.h"
+#include "editor/edit_tool.h"
+#include "editor/uEditor.h"
+#include "imaging/picture_file.h"
+#include "output/capture_list.h"
+#include "output/main_toolbar.h"
+#include "output/open_captures.h"
+#include "output/uMainEditor.h"
+#include "output/uSaver.h"
+#include "settings/message_box.h"
+
+namespace glimmer {
+
+namespace {
+
+constexpr const char* openFilter =
+    "All supported files (*.gmp;*.png;*.gif;*.jpg;*.jpeg;*.bmp;)|*.gmp;*.png;*.gif;*.jpg;*.jpeg;*.bmp"
+    "|Glimmerpad Project file (*.gmp)|*.gmp"
+    "|Portable Network Graphics (*.png)|*.png"
+    "|CompuServe GIF Image (*.gif)|*.gif"
+    "|JPEG Image File (*.jpg, *.jpeg)|*.jpg;*.jpeg"
+    "|Bitmaps (*.bmp)|*.bmp";
+constexpr const char* pictureFilter =
+    "All supported files (*.png;*.gif;*.jpg;*.jpeg;*.bmp)|*.png;*.gif;*.jpg;*.jpeg;*.bmp";
+constexpr uint64_t longestPictureFile = 512ULL * 1024 * 1024;
+/// More names than this would not fit on a message box.
+constexpr size_t mostNames = 10;
+
+bool isProject(const std::string& path) { return upperAscii(utf8FromPath(pathFromUtf8(path).extension())) == ".GMP"; }
+
+/// The host as the rating page knows it.
+std::string hostCode() { return isChrome() ? "ch" : "fx"; }
+
+}  // namespace
+
+// --- project and files --------------------------------------------------------------------------------------------
+
+void TMainEditor::btnLoadProjectClick() {
+    wxFileDialog dialog(this, "Open Project or File...", wxEmptyString, wxEmptyString, openFilter,
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST | wxFD_MULTIPLE);
+    if (dialog.ShowModal() != wxID_OK) return;
+    wxArrayString paths;
+    dialog.GetPaths(paths);
+    for (const wxString& path : paths) openFile(path.ToStdString(wxConvUTF8));
+}
+
+bool TMainEditor::openFile(const std::string& path) {
+    Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path));
+    if (!opened) {
+        showError(opened.message());
+        return false;
+    }
+    // A project that is opened into an empty window is the one that "Save" goes on with.
+    if (documents_.empty() && isProject(path)) projectPath_ = path;
+    for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
+    return !opened->empty();
+}
+
+bool TMainEditor::saveProject(bool askForName) {
+    std::filesystem::path path = pathFromUtf8(projectPath_);
+    const Documents all = allEditors();
+    if (!TSaver().saveProject(all, path, askForName)) return false;
+    projectPath_ = utf8FromPath(path);
+    for (CaptureDocument* document : all) document->markSaved();
+    return true;
+}
+
+void TMainEditor::btnSaveProjectClick() { saveProject(projectPath_.empty()); }
+void TMainEditor::btnSaveProjectAsClick() { saveProject(true); }
+
+void TMainEditor::btnImageClick() {
+    wxFileDialog dialog(this, "Open Image", wxEmptyString, wxEmptyString, pictureFilter,
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (dialog.ShowModal() != wxID_OK) return;
+    const Result<std::vector<uint8_t>> bytes =
+        readFile(pathFromUtf8(dialog.GetPath().ToStdString(wxConvUTF8)), longestPictureFile);
+    if (!bytes) return showError(bytes.message());
+    Result<TBitmap> picture = readPicture(*bytes);
+    if (!picture) return showError(picture.message());
+    canvas_->insertPicture(picture.take());
+}
+
+// --- output -------------------------------------------------------------------------------------------------------
+
+void TMainEditor::btnUploadClick() {
+    if (commands_.upload) {
+        commands_.upload(selectedEditors());
+    } else {
+        showInformation("Uploading is not part of this version yet.");
+    }
+}
+
+void TMainEditor::btnPublishClick() {
+    if (TSaver().savePictures(selectedEditors(), SaveMode::Interactive)) afterOutput("Created successfully");
+}
+
+void TMainEditor::btnCopyClick() {
+    if (TSaver().copyToClipboard(selectedEditors())) afterOutput("Created successfully");
+}
+
+void TMainEditor::btnMailClick() { TSaver().sendByMail(selectedEditors()); }
+
+// The program's own settings dialog for this is still to come; until then the system's paint program is started.
+void TMainEditor::btnExternalViewerClick() {
+    const std::optional<TSaver::Paths> files = TSaver().saveForExternalEditor(selectedEditors());
+    if (!files) return;
+    for (const std::filesystem::path& file : *files)
+        if (!TSaver::startExternalEditor("mspaint.exe", std::string("\"").append(utf8FromPath(file)).append("\"")))
+            return;
+}
+
+void TMainEditor::btnPrintClick() {
+    if (selectedEditors().size() > 1) {
+        Message question;
+        question.caption = "Multiple selection printing";
+        question.text = "Please specify the settings for the selected documents";
+        question.icon = MessageIcon::Information;
+        showRemembered("cmbMultipleSelectionPrinting", question);
+    }
+    showInformation("Printing is not part of this version yet.");
+}
+
+// After a command that has brought the captures where they were wanted, the user may be done.
+void TMainEditor::afterOutput(const char* done) {
+    if (!IsShown()) return;
+    Message question;
+    question.caption = done;
+    question.text = "Would you like to exit the editor?";
+    question.icon = MessageIcon::Question;
+    question.buttons = MessageButtons::YesNo;
+    question.standard = MessageAnswer::No;
+    if (showRemembered("cmbExitAfterSaving", question) == MessageAnswer::Yes) closeSession();
+}
+
+// --- editing ------------------------------------------------------------------------------------------------------
+
+void TMainEditor::tbtnUndoClick() { canvas_->undo(); }
+void TMainEditor::tbtnRedoClick() { canvas_->redo(); }
+
+void TMainEditor::setTool(EditTool tool, const char* button) {
+    toolButton_ = button;
+    canvas_->setTool(tool);
+    canvas_->SetFocus();
+}
+
+void TMainEditor::btnPointerClick() { setTool(EditTool::Pointer, "btnPointer"); }
+void TMainEditor::btnWndSelectorClick() { setTool(EditTool::WindowSelector, "btnWndSelector"); }
+void TMainEditor::btnTextShapeClick() { setTool(shapeTool_, "btnTextShape"); }
+void TMainEditor::btnTextPenClick() { setTool(EditTool::TextPen, "btnTextPen"); }
+void TMainEditor::btnTextLineClick() { setTool(EditTool::TextLine, "btnTextLine"); }
+void TMainEditor::btnTextClick() { setTool(EditTool::Text, "btnText"); }
+void TMainEditor::btnRectHightlightClick() { setTool(EditTool::RectHighlight, "btnRectHightlight"); }
+void TMainEditor::btnLineClick() { setTool(EditTool::Line, "btnLine"); }
+
+// --- the program --------------------------------------------------------------------------------------------------
+
+void TMainEditor::btnOptionsClick() {
+    if (commands_.options) commands_.options();
+}
+
+void TMainEditor::tbtnAboutClick() {
+    Message about;
+    about.caption = std::string("About ") + productName();
+    about.text = std::string(productName()) + "\nCaptures, annotates and publishes web pages.\n\n" + vendorSite;
+    about.icon = MessageIcon::Information;
+    showMessage(about);
+}
+
+void TMainEditor::tbtnTweetClick() { notifyHost("openURL", std::string(vendorSite) + "/tweet.htm"); }
+
+void TMainEditor::tbtnVoteClick() { notifyHost("openURL", std::string(vendorSite) + "/vote-" + hostCode() + ".htm"); }
+
+// --- leaving ------------------------------------------------------------------------------------------------------
+
+void TMainEditor::btnFirefoxClick() {
+    displayState_ = DisplayState::Away;
+    applyDisplayState();
+    if (commands_.hidden) commands_.hidden();
+}
+
+void TMainEditor::btnExitClick() { closeSession(); }
+
+bool TMainEditor::confirmUnsaved(const Documents& documents) {
+    std::string names;
+    size_t count = 0;
+    for (const CaptureDocument* document : documents) {
+        if (!document->modified()) continue;
+        if (++count <= mostNames) names.append("\n  \xE2\x80\xA2 ").append(document->info().name);
+    }
+    if (count == 0) return true;
+    if (count > mostNames)
+        names.append("\n  \xE2\x80\xA2 and ").append(std::to_string(count - mostNames)).append(" more");
+    Message question;
+    question.caption = "Exit Editor";
+    if (count == 1) {
+        question.text = "One capture is not saved:";
+    } else {
+        question.text.append(std::to_string(count)).append(" captures are not saved:");
+    }
+    question.text += names;
+    question.icon = MessageIcon::Warning;
+    question.buttons = MessageButtons::YesNoCancel;
+    question.yes = "&Save all";
+    question.no = "&Discard";
+    const MessageAnswer answer = showMessage(question);
+    if (answer == MessageAnswer::Cancel) return false;
+    return answer == MessageAnswer::No || saveProject(projectPath_.empty());
+}
+
+bool TMainEditor::closeSession() {
+    if (!documents_.empty()) {
+        const bool unsaved = std::any_of(documents_.begin(), documents_.end(),
+                                         [](const Entry& entry) { return entry.document->modified(); });
+        if (unsaved) {
+            if (!confirmUnsaved(allEditors())) return false;
+        } else {
+            Message question;
+            question.caption = "Exit Editor";
+            question.text = "Would you like to exit the editor?";
+            question.icon = MessageIcon::Question;
+            question.buttons = MessageButtons::YesNo;
+            if (showRemembered("cmbConfirmExit", question) != MessageAnswer::Yes) return false;
+        }
+    }
+    discardAll();
+    storeState();
+    displayState_ = DisplayState::Away;
+    applyDisplayState();
+    if (commands_.hidden) commands_.hidden();
+    return true;
+}
+
+}  // namespace glimmer

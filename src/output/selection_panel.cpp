@@ -1,0 +1,67 @@
+#include "output/selection_panel.h"
+
+#include <wx/hyperlink.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/wrapsizer.h>
+
+namespace glimmer {
+
+namespace {
+
+struct Row {
+    const char* heading;
+    struct {
+        const char* control;
+        const char* text;
+    } labels[5];
+};
+
+constexpr Row rows[] = {
+    {"Select:", {{"lblSelectAll", "All"}, {"lblSelectCurrent", "Current"}, {"lblSelectOther", "Other"}, {}, {}}},
+    {"Delete:", {{"lblDeleteSelected", "Selected"}, {"lblDeleteAll", "All"}, {"lblDeleteOther", "Other"}, {}, {}}},
+    {"Then:",
+     {{"lblThenUpload", "Upload"},
+      {"lblThenSave", "Save"},
+      {"lblThenCopy", "Copy"},
+      {"lblThenMail", "E-Mail"},
+      {"lblThenEdit", "Edit"}}},
+};
+
+}  // namespace
+
+SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked)
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection") {
+    auto* grid = new wxFlexGridSizer(2, FromDIP(3), FromDIP(6));
+    grid->AddGrowableCol(1);
+    const wxColour link = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
+    for (const Row& row : rows) {
+        auto* heading = new wxStaticText(this, wxID_ANY, row.heading);
+        heading->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+        grid->Add(heading);
+        auto* line = new wxWrapSizer(wxHORIZONTAL, wxREMOVE_LEADING_SPACES);
+        for (const auto& label : row.labels) {
+            if (label.control == nullptr) break;
+            // An address is required but never opened: the click is handled here.
+            auto* text = new wxGenericHyperlinkCtrl(this, wxID_ANY, label.text, label.control, wxDefaultPosition,
+                                                    wxDefaultSize, wxHL_ALIGN_LEFT | wxNO_BORDER, label.control);
+            text->SetNormalColour(link);
+            text->SetVisitedColour(link);
+            text->SetHoverColour(link.ChangeLightness(70));
+            text->SetToolTip(wxString(row.heading) + " " + label.text);
+            text->Bind(wxEVT_HYPERLINK, [clicked, control = label.control](wxHyperlinkEvent&) { clicked(control); });
+            line->Add(text, 0, wxRIGHT, FromDIP(8));
+        }
+        grid->Add(line, 1, wxEXPAND);
+    }
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(grid, 0, wxEXPAND | wxALL, FromDIP(6));
+    SetSizer(sizer);
+}
+
+void SelectionPanel::enableAll(bool enable) {
+    for (wxWindow* child : GetChildren()) child->Enable(enable);
+}
+
+}  // namespace glimmer

@@ -1,0 +1,186 @@
+#include <gtest/gtest.h>
+#include <wx/hyperlink.h>
+#include <wx/listctrl.h>
+#include <wx/statusbr.h>
+
+#include "common/text.h"
+#include "common/tool_button.h"
+#include "editor/document.h"
+#include "editor/uEditor.h"
+#include "output/capture_list.h"
+#include "output/main_toolbar.h"
+#include "output/uMainEditor.h"
+#include "settings/options.h"
+#include "settings/settings_path.h"
+#include "support/recorded_messages.h"
+#include "support/scratch_folder.h"
+#include "support/windows/forms.h"
+
+namespace glimmer {
+namespace {
+
+using test::find;
+using test::pumpUntil;
+
+std::unique_ptr<CaptureDocument> capture(const std::string& name, Size size = {300, 200}) {
+    TBitmap picture = TBitmap::create(size.width, size.height, PixelFormat::Bgra32).take();
+    picture.fill(picture.bounds(), rgb(240, 240, 240));
+    CaptureInfo info;
+    info.name = name;
+    return CaptureDocument::create(std::move(picture), info).take();
+}
+
+class MainEditor : public testing::Test {
+protected:
+    void SetUp() override {
+        editor_ = new TMainEditor;  // destroyed by its Close
+        pMainEditor = editor_;
+        editor_->showRoutine();
+    }
+    void TearDown() override {
+        editor_->Close(true);
+        ASSERT_TRUE(pumpUntil([] { return pMainEditor == nullptr; }));
+    }
+    [[nodiscard]] wxListCtrl& list() const { return *find<wxListCtrl>(*editor_, "lvAnnotations"); }
+    [[nodiscard]] std::vector<std::string> names() const {
+        std::vector<std::string> all;
+        for (const CaptureDocument* document : editor_->allEditors()) all.push_back(document->info().name);
+        return all;
+    }
+    void press(const char* button) const { find<ToolButton>(*editor_, button)->press(); }
+    void clickLabel(const char* label) const {
+        wxHyperlinkEvent event(findLabel(label), wxID_ANY, "");
+        findLabel(label)->ProcessWindowEvent(event);
+    }
+    [[nodiscard]] wxWindow* findLabel(const char* label) const { return test::findControl(*editor_, label); }
+
+    test::RecordedMessages messages_;
+    TMainEditor* editor_ = nullptr;
+};
+
+TEST_F(MainEditor, EveryCommandHasItsButtonAndNeedsWhatItNeeds) {
+    for (const MainCommand& command : mainCommands()) {
+        auto* button = find<ToolButton>(*editor_, command.control);
+        ASSERT_NE(button, nullptr) << command.control;
+        EXPECT_EQ(button->caption().ToStdString(), command.caption);
+    }
+    ASSERT_TRUE(pumpUntil([this] { return !find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
+    EXPECT_TRUE(find<ToolButton>(*editor_, "btnLoadProject")->IsEnabled());
+    editor_->addEditor(capture("one"));
+    ASSERT_TRUE(pumpUntil([this] { return find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
+    EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnUndo")->IsEnabled());
+}
+
+TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {
+    for (const char* name : {"a", "b", "c", "d"}) editor_->addEditor(capture(name));
+    EXPECT_EQ(editor_->currentEditor()->info().name, "d");
+    EXPECT_EQ(editor_->selectedEditors().size(), 1U);
+    clickLabel("lblSelectAll");
+    EXPECT_EQ(editor_->selectedEditors().size(), 4U);
+    clickLabel("lblSelectOther");
+    EXPECT_EQ(editor_->selectedEditors().size(), 3U);
+    clickLabel("lblSelectCurrent");
+    ASSERT_EQ(editor_->selectedEditors().size(), 1U);
+    EXPECT_EQ(editor_->selectedEditors()[0]->info().name, "d");
+
+    // A question comes first, and "No" keeps everything.
+    messages_.answers = {{MessageAnswer::No}, {MessageAnswer::Yes}};
+    clickLabel("lblDeleteOther");
+    EXPECT_EQ(editor_->editorCount(), 4U);
+    clickLabel("lblDeleteOther");
+    EXPECT_EQ(names(), (std::vector<std::string>{"d"}));
+    EXPECT_EQ(messages_.messages.size(), 2U);
+    EXPECT_EQ(list().GetItemCount(), 1);
+}
+
+TEST_F(MainEditor, MovesCapturesWithTheKeyboard) {
+    for (const char* name : {"a", "b", "c"}) editor_->addEditor(capture(name));
+    const auto altUp = [this] {
+        wxKeyEvent event(wxEVT_KEY_DOWN);
+        event.m_keyCode = WXK_UP;
+        event.SetAltDown(true);
+        list().ProcessWindowEvent(event);
+    };
+    altUp();
+    EXPECT_EQ(names(), (std::vector<std::string>{"a", "c", "b"}));
+    EXPECT_EQ(editor_->currentEditor()->info().name, "c");
+    altUp();
+    EXPECT_EQ(names(), (std::vector<std::string>{"c", "a", "b"}));
+    EXPECT_EQ(list().GetItemText(0).ToStdString(), "c");
+    altUp();
+    EXPECT_EQ(names(), (std::vector<std::string>{"c", "a", "b"}));
+}
+
+TEST_F(MainEditor, RenamesAndRefusesEmptyNames) {
+    editor_->addEditor(capture("old"));
+    wxListEvent event(wxEVT_LIST_END_LABEL_EDIT, list().GetId());
+    event.m_itemIndex = 0;
+    event.m_item.SetText("   ");
+    list().ProcessWindowEvent(event);
+    EXPECT_FALSE(event.IsAllowed());
+    EXPECT_EQ(names()[0], "old");
+    wxListEvent good(wxEVT_LIST_END_LABEL_EDIT, list().GetId());
+    good.m_itemIndex = 0;
+    good.m_item.SetText(wxString(L"n\u00e9w ") + wxString('x', 500));
+    list().ProcessWindowEvent(good);
+    EXPECT_EQ(names()[0].substr(0, 4), "n\xC3\xA9w");
+    EXPECT_EQ(toUtf16(names()[0]).size(), 200U);
+    // Renaming is a step that can be undone.
+    editor_->tbtnUndoClick();
+    EXPECT_EQ(names()[0], "old");
+}
+
+TEST_F(MainEditor, LeavingAsksOnceAndNamesWhatIsUnsaved) {
+    editor_->addEditor(capture("first"));
+    editor_->addEditor(capture("second")).markSaved();
+    messages_.answers = {{MessageAnswer::Cancel}, {MessageAnswer::No}};
+    EXPECT_FALSE(editor_->closeSession());
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_NE(messages_.messages[0].text.find("first"), std::string::npos);
+    EXPECT_EQ(messages_.messages[0].text.find("second"), std::string::npos);
+    EXPECT_EQ(editor_->editorCount(), 2U);
+    EXPECT_TRUE(editor_->closeSession());
+    EXPECT_EQ(editor_->editorCount(), 0U);
+    EXPECT_FALSE(editor_->IsShown());
+    EXPECT_EQ(editor_->displayState(), DisplayState::Away);
+}
+
+TEST_F(MainEditor, OpensWhatIsGoodAndSaysWhatIsNot) {
+    EXPECT_TRUE(editor_->openFile("samples/article-1280x1024.png"));
+    EXPECT_EQ(editor_->currentEditor()->size(), (Size{1280, 1024}));
+    messages_.messages.clear();
+    EXPECT_FALSE(editor_->openFile("README.md"));
+    EXPECT_FALSE(editor_->openFile("samples/nothing-here.png"));
+    EXPECT_EQ(messages_.messages.size(), 2U);
+    EXPECT_EQ(editor_->editorCount(), 1U);
+}
+
+TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
+    editor_->SetSize(editor_->FromDIP(wxSize(1600, 700)));
+    test::pump();
+    auto* more = find<ToolButton>(*editor_, "btnMoreCommands");
+    EXPECT_FALSE(more->IsShown());
+    EXPECT_TRUE(find<ToolButton>(*editor_, "tbtnVote")->IsShown());
+    editor_->SetSize(editor_->FromDIP(wxSize(640, 700)));
+    test::pump();
+    EXPECT_TRUE(more->IsShown());
+    EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnVote")->IsShown());
+    EXPECT_TRUE(find<ToolButton>(*editor_, "btnExit")->IsShown());
+}
+
+// The captures that are not shown hold no addresses, so that many large ones can be open in a 32-bit process.
+TEST_F(MainEditor, LargeCapturesThatAreNotShownGiveUpTheirAddresses) {
+    constexpr int count = 8;
+    for (int i = 0; i < count; ++i) {
+        CaptureDocument& added = editor_->addEditor(capture(std::to_string(i), {1280, 10000}));
+        added.markSaved();
+    }
+    const TMainEditor::Documents all = editor_->allEditors();
+    int parked = 0;
+    for (const CaptureDocument* document : all) parked += document->parked() ? 1 : 0;
+    EXPECT_EQ(parked, count - 1);
+    EXPECT_EQ(all[3]->background().pixel(1279, 9999), rgb(240, 240, 240));
+}
+
+}  // namespace
+}  // namespace glimmer
