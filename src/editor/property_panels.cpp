@@ -8,6 +8,7 @@
 #include <wx/slider.h>
 #include <wx/stattext.h>
 
+#include "common/link_colour.h"
 #include "common/tool_button.h"
 #include "editor/colour_swatch.h"
 #include "editor/uEditor.h"
@@ -136,7 +137,7 @@ wxPanel* PropertyPanels::makeStyle() {
     row->Add(new wxStaticText(panel, wxID_ANY, "Style:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
     lblStyle_ = new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END,
                                  "lblStyle");
-    lblStyle_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
+    lblStyle_->SetForegroundColour(linkColour());
     lblStyle_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblStyle_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { form_.lblStyleClick(); });
     row->Add(lblStyle_, 1, wxALIGN_CENTRE_VERTICAL);
@@ -182,7 +183,7 @@ wxPanel* PropertyPanels::makeText() {
     auto* font = new wxBoxSizer(wxHORIZONTAL);
     lblFontName_ = new wxStaticText(panel, wxID_ANY, "Arial", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END,
                                     "lblFontName");
-    lblFontName_->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT));
+    lblFontName_->SetForegroundColour(linkColour());
     lblFontName_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblFontName_->SetToolTip("Font name");
     lblFontName_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { form_.lblFontNameClick(); });

@@ -6,6 +6,8 @@
 #include <wx/stattext.h>
 #include <wx/wrapsizer.h>
 
+#include "common/link_colour.h"
+
 namespace glimmer {
 
 namespace {
@@ -35,7 +37,7 @@ SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection") {
     auto* grid = new wxFlexGridSizer(2, FromDIP(3), FromDIP(6));
     grid->AddGrowableCol(1);
-    const wxColour link = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
+    const wxColour link = linkColour();
     for (const Row& row : rows) {
         auto* heading = new wxStaticText(this, wxID_ANY, row.heading);
         heading->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
