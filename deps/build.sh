@@ -147,7 +147,13 @@ build_one() (
 
 case ${1-} in
 --list) for name in "${order[@]}"; do printf '%s;' "$(prefix_of "$name")"; done; echo ;;
---only) build_one "$2" ;;
+--only)
+    # Two checkouts may set up at once; the second finds done what it waited for.
+    mkdir -p "$cache"
+    exec 9>"$cache/build.lock"
+    flock 9
+    build_one "$2"
+    ;;
 "") for name in "${order[@]}"; do "$here/build.sh" --only "$name"; done ;;
 *) echo "usage: deps/build.sh [--list | --only NAME]" >&2; exit 2 ;;
 esac
