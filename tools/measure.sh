@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2154
 # ./dev bench and ./dev fuzz. Sourced by ./dev.
 
-bench_packages=(libbenchmark-dev libopencv-dev libvips-dev libvips-tools)
+bench_packages=(libopencv-dev libvips-dev libvips-tools)
 
 # The benchmarks of the core on this machine, beside other libraries that do the same where the machine has them.
 run_benchmarks() {
@@ -13,6 +13,11 @@ run_benchmarks() {
         say "$(basename "$program")"
         (cd "$root" && "$program" "$@")
     done
+    # The same as a Windows program; there are no other libraries to compare with there.
+    setup
+    build_preset "$windows_preset" glimmer_bench
+    say "glimmer_bench as a $wine_bits-bit Windows program"
+    (cd "$root" && run_in_wine "$build/$windows_preset/bench/glimmer_bench.exe" "$@")
 }
 
 # fuzz SECONDS [NAME]: every fuzzer for that long, from its corpus; an input that crashes goes to fuzz/regressions/NAME.
