@@ -1,6 +1,7 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "common/assertion.h"
+#include "imaging/colour_table.h"
 #include "imaging/jump_guard.h"
 #include "imaging/png_codec.h"
 #include "imaging/png_text.h"
@@ -18,6 +20,26 @@ namespace {
 
 /// Level of deflate: beyond it, files of page captures shrink by about 1 % at several times the time.
 constexpr int compressionLevel = 6;
+
+/// Image data goes out in chunks of this size.
+constexpr size_t imageChunkSize = size_t{64} * 1024;
+
+/// Whether many pixels are as their left neighbour. In such pictures (pages, drawings) plain rows repeat each other
+/// and compress best as they are; in photographs the differences do.
+bool mostlyFlat(const TBitmap& bitmap) {
+    constexpr int32_t rowsLookedAt = 64;
+    const size_t step = bitmap.bytesPerPixel();
+    size_t same = 0;
+    size_t all = 0;
+    for (int32_t y = 0; y < bitmap.height(); y += std::max(bitmap.height() / rowsLookedAt, 1)) {
+        const uint8_t* row = bitmap.row(y);
+        for (size_t i = step; i < static_cast<size_t>(bitmap.width()) * step; i += step) {
+            same += std::equal(row + i, row + i + 3, row + i - step) ? 1 : 0;
+            ++all;
+        }
+    }
+    return same * 3 >= all;
+}
 
 Failure noMemory() { return Failure{"There is not enough memory to write the picture."}; }
 
@@ -69,6 +91,7 @@ public:
             if (!data) return noMemory();
             texts_.push_back(*data);
         }
+        choosePalette();
         if (runGuarded(
                 png_jmpbuf(png_), [](void* self) { static_cast<Encoder*>(self)->write(); }, this))
             return {};
@@ -77,6 +100,28 @@ public:
     }
 
 private:
+    /// A picture of at most 256 colours is written with a palette: a third of the bytes to compress, or less.
+    void choosePalette() {
+        palette_ = exactPalette(bitmap_);
+        if (!palette_) {
+            flat_ = mostlyFlat(bitmap_);
+            return;
+        }
+        for (const Pixel colour : palette_->colours()) {
+            colours_.push_back({static_cast<png_byte>(redIn(colour)), static_cast<png_byte>(greenIn(colour)),
+                                static_cast<png_byte>(blueIn(colour))});
+            // The colours with transparency come first, so their list may end before the palette does.
+            if (alphaIn(colour) != 255) alphas_.push_back(static_cast<png_byte>(alphaIn(colour)));
+        }
+        const size_t count = colours_.size();
+        depth_ = count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
+        indices_.resize(static_cast<size_t>(bitmap_.width()));
+    }
+    [[nodiscard]] int colourType() const {
+        if (palette_) return PNG_COLOR_TYPE_PALETTE;
+        return alpha_ ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+    }
+
     [[noreturn]] static void fail(png_structp png, png_const_charp message) {
         auto* self = static_cast<Encoder*>(png_get_error_ptr(png));
         std::snprintf(self->message_, sizeof self->message_, "%s", message);
@@ -105,16 +150,24 @@ private:
         png_set_write_fn(png_, this, &Encoder::put, &Encoder::flush);
         png_set_user_limits(png_, TBitmap::maxSide, TBitmap::maxSide);
         png_set_IHDR(png_, info_, static_cast<png_uint_32>(bitmap_.width()), static_cast<png_uint_32>(bitmap_.height()),
-                     8, alpha_ ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
-                     PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                     depth_, colourType(), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+        if (!colours_.empty()) png_set_PLTE(png_, info_, colours_.data(), static_cast<int>(colours_.size()));
+        if (!alphas_.empty()) png_set_tRNS(png_, info_, alphas_.data(), static_cast<int>(alphas_.size()), nullptr);
+        png_set_filter(png_, PNG_FILTER_TYPE_BASE, flat_ ? PNG_FILTER_NONE : PNG_FILTER_PAETH);
+        png_set_compression_buffer_size(png_, imageChunkSize);
         png_set_compression_level(png_, compressionLevel);
         png_write_info(png_, info_);
         for (const std::vector<uint8_t>& text : texts_) writeChunk("zTXt", text);
-        png_set_bgr(png_);
-        if (!alpha_ && bitmap_.format() == PixelFormat::Bgra32) png_set_filler(png_, 0, PNG_FILLER_AFTER);
+        if (palette_) {
+            png_set_packing(png_);
+        } else {
+            png_set_bgr(png_);
+            if (!alpha_ && bitmap_.format() == PixelFormat::Bgra32) png_set_filler(png_, 0, PNG_FILLER_AFTER);
+        }
         for (int32_t y = 0; y < bitmap_.height(); ++y) {
             if (!proceed(progress_, y, bitmap_.height())) stop();
-            png_write_row(png_, bitmap_.row(y));
+            if (palette_) indexRow(bitmap_, y, *palette_, indices_);
+            png_write_row(png_, palette_ ? indices_.data() : bitmap_.row(y));
         }
         for (const PngChunk& chunk : extras_.chunks) writeChunk(chunk.type.c_str(), chunk.data);
         png_write_end(png_, nullptr);
@@ -129,6 +182,12 @@ private:
     const ByteSink& sink_;
     const Progress& progress_;
     const bool alpha_;
+    bool flat_ = true;
+    int depth_ = 8;
+    std::optional<ColourTable> palette_;
+    std::vector<png_color> colours_;
+    std::vector<png_byte> alphas_;
+    std::vector<uint8_t> indices_;
     std::vector<std::vector<uint8_t>> texts_;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;

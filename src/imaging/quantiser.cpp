@@ -50,7 +50,7 @@ std::vector<ColourCount> countColours(const TBitmap& bitmap) {
 }  // namespace
 
 Quantiser::Quantiser(const TBitmap& bitmap) : bitmap_(bitmap) {
-    if (std::optional<Palette> own = exactPalette(bitmap)) {
+    if (std::optional<ColourTable> own = exactPalette(bitmap)) {
         palette_ = *own;
         exact_ = true;
         return;
@@ -61,7 +61,7 @@ Quantiser::Quantiser(const TBitmap& bitmap) : bitmap_(bitmap) {
     while (kept < std::min(maxKeptColours, counts.size()) && counts[kept].count >= pixels / keptShare + 1)
         palette_.add(counts[kept++].colour);
     const std::span<const ColourCount> others = std::span(counts).subspan(kept);
-    for (const Pixel colour : representatives(others, Palette::maxColours - kept)) palette_.add(colour);
+    for (const Pixel colour : representatives(others, ColourTable::maxColours - kept)) palette_.add(colour);
     errors_.resize(static_cast<size_t>(bitmap.width()) + 2);
     nextErrors_.resize(errors_.size());
     nearest_.resize(size_t{1} << 3 * cellBits);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "common/bitmap.h"
-#include "imaging/palette.h"
+#include "imaging/colour_table.h"
 
 namespace glimmer {
 
@@ -36,7 +36,7 @@ private:
     void ditherRow(int32_t y, std::span<uint8_t> indices);
 
     const TBitmap& bitmap_;
-    Palette palette_;
+    ColourTable palette_;
     bool exact_ = false;
     int32_t y_ = 0;
     std::vector<Error> errors_;      // for this row, in sixteenths, one more on each side

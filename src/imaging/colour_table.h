@@ -34,7 +34,7 @@ Pixel pixelFrom(const uint8_t* bytes) {
 }
 
 /// Up to 256 different pixels, found by value in constant time.
-class Palette {
+class ColourTable {
 public:
     static constexpr size_t maxColours = 256;
 
@@ -54,9 +54,9 @@ private:
 };
 
 /// All the pixels that a picture has, those with the least alpha first; nothing when they are more than 256.
-std::optional<Palette> exactPalette(const TBitmap& bitmap);
+std::optional<ColourTable> exactPalette(const TBitmap& bitmap);
 
 /// Writes the place of each pixel of a row; all of them must be in the palette.
-void indexRow(const TBitmap& bitmap, int32_t y, const Palette& palette, std::span<uint8_t> indices);
+void indexRow(const TBitmap& bitmap, int32_t y, const ColourTable& palette, std::span<uint8_t> indices);
 
 }  // namespace glimmer

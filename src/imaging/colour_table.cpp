@@ -1,4 +1,4 @@
-#include "imaging/palette.h"
+#include "imaging/colour_table.h"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@ namespace glimmer {
 namespace {
 
 template <PixelFormat format>
-bool collect(const TBitmap& bitmap, Palette& palette) {
+bool collect(const TBitmap& bitmap, ColourTable& palette) {
     constexpr size_t step = static_cast<size_t>(format) / 8;
     Pixel last = ~pixelFrom<format>(bitmap.row(0));
     for (int32_t y = 0; y < bitmap.height(); ++y) {
@@ -24,7 +24,7 @@ bool collect(const TBitmap& bitmap, Palette& palette) {
 }
 
 template <PixelFormat format>
-void writeIndices(const uint8_t* row, const Palette& palette, std::span<uint8_t> indices) {
+void writeIndices(const uint8_t* row, const ColourTable& palette, std::span<uint8_t> indices) {
     constexpr size_t step = static_cast<size_t>(format) / 8;
     Pixel last = pixelFrom<format>(row);
     uint8_t place = palette.find(last).value_or(0);
@@ -41,7 +41,7 @@ void writeIndices(const uint8_t* row, const Palette& palette, std::span<uint8_t>
 
 }  // namespace
 
-bool Palette::add(Pixel pixel) {
+bool ColourTable::add(Pixel pixel) {
     size_t slot = slotOf(pixel);
     for (; places_[slot] != 0; slot = (slot + 1) % slots)
         if (colours_[places_[slot] - 1U] == pixel) return true;
@@ -51,26 +51,26 @@ bool Palette::add(Pixel pixel) {
     return true;
 }
 
-std::optional<uint8_t> Palette::find(Pixel pixel) const {
+std::optional<uint8_t> ColourTable::find(Pixel pixel) const {
     for (size_t slot = slotOf(pixel); places_[slot] != 0; slot = (slot + 1) % slots)
         if (colours_[places_[slot] - 1U] == pixel) return static_cast<uint8_t>(places_[slot] - 1);
     return std::nullopt;
 }
 
-std::optional<Palette> exactPalette(const TBitmap& bitmap) {
-    Palette found;
+std::optional<ColourTable> exactPalette(const TBitmap& bitmap) {
+    ColourTable found;
     if (bitmap.empty()) return found;
     const bool few = bitmap.format() == PixelFormat::Bgr24 ? collect<PixelFormat::Bgr24>(bitmap, found)
                                                            : collect<PixelFormat::Bgra32>(bitmap, found);
     if (!few) return std::nullopt;
     std::vector<Pixel> colours(found.colours().begin(), found.colours().end());
     std::stable_sort(colours.begin(), colours.end(), [](Pixel a, Pixel b) { return alphaIn(a) < alphaIn(b); });
-    Palette sorted;
+    ColourTable sorted;
     for (const Pixel colour : colours) sorted.add(colour);
     return sorted;
 }
 
-void indexRow(const TBitmap& bitmap, int32_t y, const Palette& palette, std::span<uint8_t> indices) {
+void indexRow(const TBitmap& bitmap, int32_t y, const ColourTable& palette, std::span<uint8_t> indices) {
     if (bitmap.format() == PixelFormat::Bgr24)
         writeIndices<PixelFormat::Bgr24>(bitmap.row(y), palette, indices);
     else
