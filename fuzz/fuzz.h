@@ -8,7 +8,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 /// A rule that must hold for every input; the fuzzer keeps the input that breaks it.
-#define FUZZ_CHECK(truth)              \
-    do {                               \
-        if (!(truth)) std::abort();    \
+#define FUZZ_CHECK(truth)           \
+    do {                            \
+        if (!(truth)) std::abort(); \
     } while (false)

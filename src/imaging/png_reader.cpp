@@ -240,11 +240,15 @@ private:
     }
 
     void placeRow(uint8_t* to) const {
+        // Copies, since the compiler must take a byte written for one of this object's members.
         const uint8_t* from = row_.data();
+        const size_t width = width_;
+        const Pixel* palette = palette_.data();
         if (layout_ == Layout::Rgb) {
-            for (size_t x = 0; x < width_; ++x, from += 3, to += 4) put(to, opaquePixel(from[0], from[1], from[2]));
+            for (size_t x = 0; x < width; ++x)
+                put(to + x * 4, opaquePixel(from[x * 3], from[x * 3 + 1], from[x * 3 + 2]));
         } else {
-            for (size_t x = 0; x < width_; ++x, to += 4) put(to, palette_[from[x]]);
+            for (size_t x = 0; x < width; ++x) put(to + x * 4, palette[from[x]]);
         }
     }
 
