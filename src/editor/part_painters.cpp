@@ -19,16 +19,13 @@ constexpr int32_t shadowSteps = 3;
 constexpr double shadowAlpha = 0.11;
 static_assert(shadowSteps + 1 <= shadowReach);
 
-/// Lets nothing through inside of `rect` (rectangle or ellipse), so that the shadow of a half-transparent shape
-/// does not darken its fill.
-void clipOutside(CairoCanvas& canvas, const Rect& rect, bool ellipse) {
+/// Lets nothing through inside of the ellipse, so that the shadow of a half-transparent shape does not darken its
+/// fill.
+void clipOutsideEllipse(CairoCanvas& canvas, const Rect& rect) {
     cairo_t* cr = canvas.cairo();
-    const Rect all = rect.inflated(shadowReach).united(canvas.area());
+    const Rect all = rect.inflated(shadowReach);
     cairo_rectangle(cr, all.left, all.top, all.width(), all.height());
-    if (ellipse)
-        ellipsePath(cr, rect.left, rect.top, rect.right, rect.bottom);
-    else
-        cairo_rectangle(cr, rect.left, rect.top, rect.width(), rect.height());
+    ellipsePath(cr, rect.left, rect.top, rect.right, rect.bottom);
     cairo_set_fill_rule(cr, CAIRO_FILL_RULE_EVEN_ODD);
     cairo_clip(cr);
 }
@@ -44,6 +41,30 @@ void shadowed(CairoCanvas& canvas, Draw&& draw) {
         draw();
         cairo_restore(cr);
     }
+}
+
+/// The shadow of a rectangle, inside of which nothing is darkened. No clip: one of two rectangles is slow, and what
+/// is left of each step is a band on the right and one below.
+void rectShadow(CairoCanvas& canvas, const Rect& rect) {
+    cairo_t* cr = canvas.cairo();
+    canvas.setColour(0, shadowAlpha);
+    for (int32_t step = 1; step <= shadowSteps; ++step) {
+        cairo_rectangle(cr, rect.right, rect.top + step, step, rect.height());
+        const int32_t left = std::min(rect.left + step, rect.right);
+        cairo_rectangle(cr, left, rect.bottom, rect.right - left, step);
+        cairo_fill(cr);
+    }
+}
+
+void ellipseShadow(CairoCanvas& canvas, const Rect& rect) {
+    cairo_t* cr = canvas.cairo();
+    cairo_save(cr);
+    clipOutsideEllipse(canvas, rect);
+    shadowed(canvas, [&] {
+        ellipsePath(cr, rect.left, rect.top, rect.right, rect.bottom);
+        cairo_fill(cr);
+    });
+    cairo_restore(cr);
 }
 
 // --- the shape
@@ -67,16 +88,17 @@ void framePath(cairo_t* cr, const Rect& rect, int32_t width, bool ellipse) {
 }
 
 void shapeShadow(CairoCanvas& canvas, const TShapeObject& shape, const Rect& rect) {
+    if (shape.isFilled()) {
+        if (shape.isEllipse())
+            ellipseShadow(canvas, rect);
+        else
+            rectShadow(canvas, rect);
+        return;
+    }
     cairo_t* cr = canvas.cairo();
     cairo_save(cr);
-    if (shape.isFilled()) clipOutside(canvas, rect, shape.isEllipse());
     shadowed(canvas, [&] {
-        if (!shape.isFilled())
-            framePath(cr, rect, shape.settings.frameWidth, shape.isEllipse());
-        else if (shape.isEllipse())
-            ellipsePath(cr, rect.left, rect.top, rect.right, rect.bottom);
-        else
-            cairo_rectangle(cr, rect.left, rect.top, rect.width(), rect.height());
+        framePath(cr, rect, shape.settings.frameWidth, shape.isEllipse());
         cairo_fill(cr);
     });
     cairo_restore(cr);
@@ -211,12 +233,7 @@ void paintLabel(CairoCanvas& canvas, const TBBShape& annotation, TextPainter& te
     if (label.settings.filled) {
         cairo_t* cr = canvas.cairo();
         cairo_save(cr);
-        if (shadow) {
-            cairo_save(cr);
-            clipOutside(canvas, rect, false);
-            shadowed(canvas, [&] { fillRect(cr, rect); });
-            cairo_restore(cr);
-        }
+        if (shadow) rectShadow(canvas, rect);
         canvas.setColour(label.settings.frameColour);
         fillRect(cr, rect);
         const Rect inner = rect.inflated(-1);
@@ -234,14 +251,7 @@ void paintLabel(CairoCanvas& canvas, const TBBShape& annotation, TextPainter& te
 void paintBadge(CairoCanvas& canvas, const TBBShape& annotation, TextPainter& text, bool shadow) {
     const Rect badge = annotation.number.badge(annotation);
     if (shadow) {
-        cairo_t* cr = canvas.cairo();
-        cairo_save(cr);
-        clipOutside(canvas, badge, true);
-        shadowed(canvas, [&] {
-            ellipsePath(cr, badge.left, badge.top, badge.right, badge.bottom);
-            cairo_fill(cr);
-        });
-        cairo_restore(cr);
+        ellipseShadow(canvas, badge);
         canvas.flush();
     }
     const TBitmap& picture = badgePicture();

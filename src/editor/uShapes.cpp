@@ -8,8 +8,9 @@ namespace glimmer {
 namespace {
 
 constexpr std::array<Part, partCount> allParts = {Part::Shape, Part::Text, Part::Line, Part::Number};
-/// As painted from below to above: the label hides the line's end, the badge lies on everything.
-constexpr std::array<Part, partCount> paintingOrder = {Part::Shape, Part::Line, Part::Text, Part::Number};
+/// From below to above as a press finds them. The line is painted over the label's edge, but its end there is too
+/// small to be meant.
+constexpr std::array<Part, partCount> pressOrder = {Part::Shape, Part::Line, Part::Text, Part::Number};
 
 /// A drawing of one transparent pixel, for drawings whose picture was lost.
 std::shared_ptr<const TBitmap> emptyDrawing() {
@@ -155,8 +156,8 @@ std::vector<GuideLine> TBBShape::guides() const {
 
 std::optional<Part> TBBShape::partAt(Point point, const HitReach& reach) const {
     for (size_t i = partCount; i-- > 0;) {
-        const TDrawObject& candidate = part(paintingOrder[i]);
-        if (candidate.isVisible() && candidate.hit(*this, point, reach)) return paintingOrder[i];
+        const TDrawObject& candidate = part(pressOrder[i]);
+        if (candidate.isVisible() && candidate.hit(*this, point, reach)) return pressOrder[i];
     }
     return std::nullopt;
 }
@@ -184,7 +185,7 @@ bool TBBShape::mouseDown(Point point, const HitReach& reach) {
     TDrawObject& active = part(activePart_);
     if (active.isVisible() && active.activeHandle() == noHandle) {
         bool taken = false;
-        for (const Part index : paintingOrder) {
+        for (const Part index : pressOrder) {
             if (!part(index).mouseDown(*this, point, reach)) continue;
             if (taken) part(activePart_).release(*this);  // a part above it takes the drag over
             activePart_ = index;
