@@ -19,10 +19,12 @@ UINT modifiersOf(int32_t shortcut) {
 
 }  // namespace
 
-HotKeys::HotKeys(void* window, std::vector<Command> commands)
-    : window_(window), commands_(std::move(commands)), listener_([this] {
+HotKeys::HotKeys(void* window, std::vector<Command> commands, std::function<void(const std::string&)> report)
+    : window_(window), commands_(std::move(commands)), report_(std::move(report)), listener_([this] {
+          if (suspended_) return;
           releaseAll();
           registerAll();
+          reportTaken();
       }) {
     registerAll();
 }
@@ -30,15 +32,39 @@ HotKeys::HotKeys(void* window, std::vector<Command> commands)
 HotKeys::~HotKeys() { releaseAll(); }
 
 void HotKeys::registerAll() {
+    taken_.clear();
     for (size_t i = 0; i < commands_.size(); ++i) {
         const int32_t shortcut = OptionsHolder().number(commands_[i].option);
-        if (hotKeyCode(shortcut) == 0) continue;
-        RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut), hotKeyCode(shortcut));
+        if (static_cast<UINT>(hotKeyCode(shortcut)) == 0) continue;
+        if (RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut),
+                           static_cast<UINT>(hotKeyCode(shortcut))) == FALSE)
+            taken_.insert(shortcut);
     }
 }
 
 void HotKeys::releaseAll() {
     for (size_t i = 0; i < commands_.size(); ++i) UnregisterHotKey(static_cast<HWND>(window_), static_cast<int>(i));
+}
+
+void HotKeys::suspend(bool suspended) {
+    if (suspended == suspended_) return;
+    suspended_ = suspended;
+    releaseAll();
+    if (suspended) return;
+    registerAll();
+    reportTaken();
+}
+
+void HotKeys::reportTaken() {
+    std::string text;
+    for (const Command& command : commands_) {
+        const int32_t shortcut = OptionsHolder().number(command.option);
+        if (taken_.count(shortcut) == 0 || !reported_.insert(shortcut).second) continue;
+        text += text.empty() ? "" : "\n";
+        text += "The hot key " + hotKeyText(shortcut) + " is used by another program. It does not work for: ";
+        text += optionTable()[optionIndex(command.option)].caption;
+    }
+    if (!text.empty() && report_) report_(text);
 }
 
 void HotKeys::pressed(int id) const {

@@ -15,6 +15,7 @@
 #include "host/toolkit.h"
 #include "host/tray_icon.h"
 #include "host/uProgram.h"
+#include "output/output_folders.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
@@ -65,12 +66,17 @@ TMForm::TMForm()
     : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxFRAME_NO_TASKBAR, "MForm") {
     trayIcon_ = std::make_unique<TrayIcon>(*this);
     hotKeys_ =
-        std::make_unique<HotKeys>(GetHWND(), std::vector<HotKeys::Command>{
-                                                 {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
-                                                 {"hotContinueEditing", [this] { mnuContinueClick(); }},
-                                                 {"hotCaptureTopWindow", captureTopWindow},
-                                                 {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
-                                             });
+        std::make_unique<HotKeys>(GetHWND(),
+                                  std::vector<HotKeys::Command>{
+                                      {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
+                                      {"hotContinueEditing", [this] { mnuContinueClick(); }},
+                                      {"hotCaptureTopWindow", captureTopWindow},
+                                      {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
+                                  },
+                                  // A balloon, which keeps nobody from working.
+                                  [this](const std::string& text) {
+                                      trayIcon_->ShowBalloon("Glimmerpad", wxString::FromUTF8(text), 0, wxICON_WARNING);
+                                  });
 }
 
 TMForm::~TMForm() = default;
@@ -83,6 +89,8 @@ void TMForm::start(const std::optional<std::string>& file) {
         }
         if (file) pProgram->openFileInEditor(*file);
         mnuContinueClick();
+        hotKeys_->reportTaken();
+        cleanUpWorkingFolder();
     });
 }
 
@@ -97,6 +105,8 @@ void TMForm::mnuOpenClick() {
     if (!ensureProgram()) return;
     pProgram->openFile();
 }
+
+void TMForm::suspendHotKeys(bool suspended) { hotKeys_->suspend(suspended); }
 
 void TMForm::mnuOptionsClick() {
     if (!ensureProgram()) return;

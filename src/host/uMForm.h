@@ -21,6 +21,9 @@ public:
     /// Begins the work as soon as the message loop runs: opens `file`, or shows the main editor window.
     void start(const std::optional<std::string>& file);
 
+    /// Gives the global hot keys up while they are being set.
+    void suspendHotKeys(bool suspended);
+
     // Commands of the icon's menu.
     void mnuContinueClick();
     void mnuNewCaptureClick();

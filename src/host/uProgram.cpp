@@ -12,8 +12,10 @@
 #include "common/vendor.h"
 #include "editor/document.h"
 #include "host/memory_guard.h"
+#include "host/options_services.h"
 #include "host/screen_area.h"
 #include "host/stamps.h"
+#include "host/uMForm.h"
 #include "imaging/png_codec.h"
 #include "imaging/scaling.h"
 #include "output/clipboard.h"
@@ -262,9 +264,16 @@ void TProgram::resumeEditing() {
 void TProgram::tellResumeState() const { notifyHost("enableResumeMenu", resumeAvailable() ? "enable" : "disable"); }
 
 void TProgram::showOptions() {
-    // The host keeps its own capture keys still while they are being set here.
+    static bool open = false;
+    if (open) return;  // the menu of the icon stays in reach while the dialog is up
+    open = true;
+    // The host keeps its own capture keys still while they are being set here, and so do we.
     notifyHost("setupMode", "true");
+    if (MForm != nullptr) MForm->suspendHotKeys(true);
+    showOptionsDialog(pMainEditor != nullptr && pMainEditor->IsShown() ? pMainEditor : nullptr, optionsServices());
+    if (MForm != nullptr) MForm->suspendHotKeys(false);
     notifyHost("setupMode", "false");
+    open = false;
 }
 
 void TProgram::openFile() {

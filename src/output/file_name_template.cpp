@@ -82,8 +82,8 @@ std::string safeFileName(std::string_view name) {
     return isDeviceName(safe) ? "_" + safe : safe;
 }
 
-std::string defaultFileName(FileNameTemplate& settings, std::string_view address, std::string_view title,
-                            Clock& clock) {
+std::string withPlaceholdersReplaced(const FileNameTemplate& settings, std::string_view address, std::string_view title,
+                                     Clock& clock) {
     const std::string number =
         settings.padNumber ? padded(settings.nextNumber, settings.padding) : std::to_string(settings.nextNumber);
     // One after the other, each over the whole text: a placeholder in the address or title is replaced as well.
@@ -95,9 +95,12 @@ std::string defaultFileName(FileNameTemplate& settings, std::string_view address
     name = replaceAll(name, "%H", padded(clock.now().hour, 2));
     name = replaceAll(name, "%M", padded(clock.now().minute, 2));
     name = replaceAll(name, "%S", padded(clock.now().second, 2));
-    name = replaceAll(name, "%n", number);
+    return replaceAll(name, "%n", number);
+}
 
-    name = withoutForbiddenCharacters(name);
+std::string defaultFileName(FileNameTemplate& settings, std::string_view address, std::string_view title,
+                            Clock& clock) {
+    std::string name = withoutForbiddenCharacters(withPlaceholdersReplaced(settings, address, title, clock));
     if (name.empty()) name = "Untitled";
     name = trimmed(name);
     if (name.ends_with('_')) name.pop_back();

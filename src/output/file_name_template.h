@@ -24,6 +24,10 @@ struct FileNameTemplate {
 /// out of no folder and is one that Windows accepts.
 std::string defaultFileName(FileNameTemplate& settings, std::string_view address, std::string_view title, Clock& clock);
 
+/// The template with its placeholders replaced and nothing else done to it.
+std::string withPlaceholdersReplaced(const FileNameTemplate& settings, std::string_view address, std::string_view title,
+                                     Clock& clock);
+
 /// What defaultFileName does last, for names from elsewhere: drops control characters and whatever reverses the
 /// reading order, trims blanks, replaces nothing by "Untitled" and puts "_" before a name of a device.
 std::string safeFileName(std::string_view name);

@@ -8,6 +8,8 @@
 
 #include "common/files.h"
 #include "common/host_kind.h"
+#include "output/working_folder.h"
+#include "settings/options.h"
 #include "settings/settings.h"
 
 namespace glimmer {
@@ -51,8 +53,29 @@ fs::path picturesFolder() {
     return pictures.empty() ? fs::path(".") : pictures;
 }
 
-Result<fs::path> mailFolder() { return usableFolder(systemFolder(CSIDL_APPDATA), productFolder() / "mail", 1); }
-Result<fs::path> publishFolder() { return usableFolder(systemFolder(CSIDL_APPDATA), productFolder() / "publish", 2); }
+fs::path workingFolder() {
+    const fs::path chosen = pathFromUtf8(OptionsHolder().text("edtWorkingFolderPath"));
+    if (!chosen.empty()) return chosen;
+    const fs::path data = systemFolder(CSIDL_APPDATA);
+    return data.empty() ? data : data / productFolder();
+}
+
+void rememberWorkingFile(const fs::path& file) {
+    // A file that is not remembered is not cleaned up either; nobody is troubled with that.
+    (void)WorkingFolder(workingFolder()).remember(file);
+}
+
+void cleanUpWorkingFolder() {
+    const Options& options = OptionsHolder();
+    if (!options.on("chkFolderCleanup") || workingFolder().empty()) return;
+    constexpr int32_t hoursOfADay = 24;
+    WorkingFolder(workingFolder())
+        .cleanUp(std::chrono::hours(options.number("spnFolderCleanupMax") * hoursOfADay),
+                 fs::file_time_type::clock::now());
+}
+
+Result<fs::path> mailFolder() { return usableFolder(workingFolder(), "mail", 1); }
+Result<fs::path> publishFolder() { return usableFolder(workingFolder(), "publish", 2); }
 Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(CSIDL_MYPICTURES), "Vistrane", 4); }
 
 fs::path lastSaveFolder() {

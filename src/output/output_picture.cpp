@@ -1,7 +1,9 @@
 #include "output/output_picture.h"
 
 #include "common/assertion.h"
+#include "common/clock.h"
 #include "editor/annotation_painter.h"
+#include "output/watermark.h"
 #include "settings/options.h"
 
 namespace glimmer {
@@ -16,6 +18,9 @@ Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text
     paint.calloutLines = options.on("chkDisplayCalloutLines");
     paint.shadows = options.on("chkDisplayShadows");
     paintAnnotations(*picture, picture->bounds(), document.annotations(), text, paint);
+    const Status marked =
+        applyWatermark(*picture, options, document.info().url, document.info().title, systemClock(), text);
+    if (!marked) return marked.failure();
     GLIMMER_ASSERT(!picture->empty(), "pResultBmp != NULL", "uSaver");
     return picture;
 }

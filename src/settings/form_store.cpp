@@ -82,20 +82,6 @@ std::unique_ptr<FormControl> as(wxWindow* window) {
     return control == nullptr ? nullptr : std::make_unique<ControlOf<Control, kind>>(*control);
 }
 
-/// The window as a control whose state is kept; null for one of another class.
-std::unique_ptr<FormControl> stateOf(wxWindow* window) {
-    GLIMMER_ASSERT(window != nullptr, "pControl!=NULL", "uFormOptions");
-    std::unique_ptr<FormControl> control = as<THotKey, ControlClass::HotKey>(window);
-    if (!control) control = as<wxSpinCtrl, ControlClass::UpDown>(window);
-    if (!control) control = as<wxSlider, ControlClass::UpDown>(window);
-    if (!control) control = as<wxCheckBox, ControlClass::CheckBox>(window);
-    if (!control) control = as<wxRadioButton, ControlClass::RadioButton>(window);
-    if (!control) control = as<wxComboBox, ControlClass::ComboBox>(window);
-    if (!control) control = as<wxChoice, ControlClass::ComboBox>(window);
-    if (!control) control = as<wxColourPickerCtrl, ControlClass::ColorBox>(window);
-    return control;
-}
-
 bool hasOwnName(const wxWindow& window) {
     static const std::set<wxString> toolkits{wxCheckBoxNameStr, wxChoiceNameStr,      wxColourPickerCtrlNameStr,
                                              wxComboBoxNameStr, wxRadioButtonNameStr, wxSliderNameStr,
@@ -107,7 +93,7 @@ template <class Action>
 void forEachControl(wxWindow& parent, const Action& action) {
     for (wxWindow* child : parent.GetChildren()) {
         if (child->IsTopLevel()) continue;
-        const std::unique_ptr<FormControl> control = stateOf(child);
+        const std::unique_ptr<FormControl> control = formControl(child);
         if (!control) {
             forEachControl(*child, action);
         } else if (hasOwnName(*child)) {
@@ -146,6 +132,19 @@ WindowGeometry geometryOf(const wxTopLevelWindow& form) {
 
 }  // namespace
 
+std::unique_ptr<FormControl> formControl(wxWindow* window) {
+    GLIMMER_ASSERT(window != nullptr, "pControl!=NULL", "uFormOptions");
+    std::unique_ptr<FormControl> control = as<THotKey, ControlClass::HotKey>(window);
+    if (!control) control = as<wxSpinCtrl, ControlClass::UpDown>(window);
+    if (!control) control = as<wxSlider, ControlClass::UpDown>(window);
+    if (!control) control = as<wxCheckBox, ControlClass::CheckBox>(window);
+    if (!control) control = as<wxRadioButton, ControlClass::RadioButton>(window);
+    if (!control) control = as<wxComboBox, ControlClass::ComboBox>(window);
+    if (!control) control = as<wxChoice, ControlClass::ComboBox>(window);
+    if (!control) control = as<wxColourPickerCtrl, ControlClass::ColorBox>(window);
+    return control;
+}
+
 void saveControls(TCachedMemIniFile& store, std::string_view section, wxWindow& form) {
     forEachControl(form, [&](FormControl& control) { saveControl(store, section, &control); });
 }
@@ -155,12 +154,12 @@ void restoreControls(const TCachedMemIniFile& store, std::string_view section, w
 }
 
 void saveControl(TCachedMemIniFile& store, std::string_view section, wxWindow* control) {
-    const std::unique_ptr<FormControl> state = stateOf(control);
+    const std::unique_ptr<FormControl> state = formControl(control);
     if (state) saveControl(store, section, state.get());
 }
 
 void restoreControl(const TCachedMemIniFile& store, std::string_view section, wxWindow* control) {
-    const std::unique_ptr<FormControl> state = stateOf(control);
+    const std::unique_ptr<FormControl> state = formControl(control);
     if (state) restoreControl(store, section, state.get());
 }
 

@@ -10,6 +10,9 @@ class wxTopLevelWindow;
 
 namespace glimmer {
 
+/// A window as a control whose state is kept; null for one of another class. No window is a programming error.
+std::unique_ptr<FormControl> formControl(wxWindow* window);
+
 /// Writes the state of every control in a form that has a name of its own, by its class; see form_state.h. Controls
 /// that still have their toolkit's name are nobody's options and are left out.
 void saveControls(TCachedMemIniFile& store, std::string_view section, wxWindow& form);

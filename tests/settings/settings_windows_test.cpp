@@ -30,9 +30,7 @@ protected:
         fs::remove_all(folder_);
         fs::create_directories(folder_);
     }
-    void TearDown() override {
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { fs::remove_all(folder_); }
     [[nodiscard]] std::string content() const {
         const auto bytes = readFile(path_, 1U << 24U);
         return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();

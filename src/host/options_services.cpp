@@ -1,0 +1,49 @@
+#include "host/options_services.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "common/clock.h"
+#include "common/files.h"
+#include "common/library_module.h"
+#include "editor/rich_text_painter.h"
+#include "output/watermark.h"
+
+namespace glimmer {
+
+namespace {
+
+/// A page of grey lines under a blue heading, as pages look from afar.
+void drawSamplePage(TBitmap& picture) {
+    const int32_t unit = std::max(picture.height() / 16, 4);
+    picture.fill(picture.bounds(), rgb(255, 255, 255));
+    picture.fill({0, 0, picture.width(), 2 * unit}, rgb(70, 110, 170));
+    for (int32_t y = 3 * unit; y + unit / 2 < picture.height(); y += unit) {
+        const int32_t right = picture.width() - unit * (1 + y / unit % 5);
+        picture.fill({unit, y, right, y + unit / 2}, rgb(205, 208, 214));
+    }
+}
+
+}  // namespace
+
+OptionsServices optionsServices() {
+    OptionsServices services;
+    const std::string program = libraryFolder() + "glimmerpad.exe";
+    std::error_code error;
+    if (std::filesystem::is_regular_file(pathFromUtf8(program), error)) services.program = program;
+    services.watermarkPreview = [painter = std::make_shared<RichTextPainter>()](const Options& options,
+                                                                                Size size) -> Result<TBitmap> {
+        Result<TBitmap> picture =
+            TBitmap::create(std::max(size.width, 1), std::max(size.height, 1), PixelFormat::Bgr24);
+        if (!picture) return picture;
+        drawSamplePage(*picture);
+        const Status drawn =
+            applyWatermark(*picture, options, "https://example.org/page", "Sample page", systemClock(), *painter);
+        if (!drawn) return drawn.failure();
+        return picture;
+    };
+    return services;
+}
+
+}  // namespace glimmer

@@ -1,0 +1,303 @@
+#include "settings/options_dialog.h"
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/clrpicker.h>
+#include <wx/dcbuffer.h>
+#include <wx/dirdlg.h>
+#include <wx/filedlg.h>
+#include <wx/listbox.h>
+#include <wx/simplebook.h>
+#include <wx/sizer.h>
+#include <wx/spinctrl.h>
+#include <wx/statline.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <utility>
+
+#include "settings/form_store.h"
+#include "settings/hot_key.h"
+#include "settings/message_box.h"
+#include "settings/option_help.h"
+#include "settings/options_page.h"
+#include "settings/run_at_startup.h"
+
+namespace glimmer {
+
+namespace {
+
+wxString& lastPage() {
+    static wxString page;
+    return page;
+}
+
+wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
+
+wxImage imageOf(const TBitmap& bitmap) {
+    wxImage image(bitmap.width(), bitmap.height(), false);
+    unsigned char* out = image.GetData();
+    for (int32_t y = 0; y < bitmap.height(); ++y) {
+        const uint8_t* in = bitmap.row(y);
+        for (int32_t x = 0; x < bitmap.width(); ++x, in += bitmap.bytesPerPixel()) {
+            *out++ = in[2];
+            *out++ = in[1];
+            *out++ = in[0];
+        }
+    }
+    return image;
+}
+
+}  // namespace
+
+TVistraneOptions::TVistraneOptions(wxWindow* parent, OptionsServices services)
+    : wxDialog(parent, wxID_ANY, "Options", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
+      services_(std::move(services)),
+      applied_(OptionsHolder()) {
+    SetName("TVistraneOptions");
+    auto* column = new wxBoxSizer(wxVERTICAL);
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    auto* left = new wxBoxSizer(wxVERTICAL);
+    left->Add(new wxStaticText(this, wxID_ANY, "&Pages"), 0, wxBOTTOM, FromDIP(4));
+    pageList_ = new wxListBox(this, wxID_ANY);
+    pageList_->SetName("lstPages");
+    left->Add(pageList_, 1, wxEXPAND);
+    row->Add(left, 0, wxEXPAND | wxRIGHT, FromDIP(16));
+    book_ = new wxSimplebook(this);
+    pages_ = makeOptionsPages(book_);
+    for (OptionsPage* page : pages_) {
+        book_->AddPage(page, page->GetName());
+        pageList_->Append(page->GetName());
+    }
+    auto* right = new wxBoxSizer(wxVERTICAL);
+    right->Add(book_, 1, wxEXPAND);
+    right->Add(new wxStaticLine(this), 0, wxEXPAND | wxTOP, FromDIP(8));
+    help_ = new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, FromDIP(wxSize(480, 34)), wxST_NO_AUTORESIZE);
+    help_->SetName("lblHelp");
+    right->Add(help_, 0, wxEXPAND | wxTOP, FromDIP(8));
+    row->Add(right, 1, wxEXPAND);
+    column->Add(row, 1, wxEXPAND | wxALL, FromDIP(12));
+    makeButtons(*column);
+    SetSizer(column);
+
+    showValues(applied_);
+    bindHandlers();
+    if (services_.program.empty()) FindWindow("chkRunAtStartup")->Disable();
+    column->SetSizeHints(this);
+    CentreOnParent();
+    if (lastPage().empty() || !showPage(lastPage().utf8_string())) showPage("General");
+}
+
+void TVistraneOptions::makeButtons(wxBoxSizer& column) {
+    auto* buttons = new wxBoxSizer(wxHORIZONTAL);
+    buttons->AddStretchSpacer();
+    auto* ok = new wxButton(this, wxID_OK, "OK");
+    auto* cancel = new wxButton(this, wxID_CANCEL, "Cancel");
+    applyButton_ = new wxButton(this, wxID_APPLY, "Apply");
+    for (wxButton* button : {ok, cancel, applyButton_}) buttons->Add(button, 0, wxLEFT, FromDIP(8));
+    column.Add(buttons, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12));
+    ok->SetDefault();
+}
+
+void TVistraneOptions::bindHandlers() {
+    const auto changed = [this](wxCommandEvent& event) {
+        event.Skip();
+        valueChanged();
+    };
+    Bind(wxEVT_CHECKBOX, changed);
+    Bind(wxEVT_RADIOBUTTON, changed);
+    Bind(wxEVT_CHOICE, changed);
+    Bind(wxEVT_COMBOBOX, changed);
+    Bind(wxEVT_TEXT, changed);
+    for (const auto& option : optionTable()) {
+        wxWindow* control = option.page.empty() ? nullptr : FindWindow(text(option.control));
+        if (control == nullptr) continue;
+        control->Bind(wxEVT_SET_FOCUS, [this, control](wxFocusEvent& event) {
+            event.Skip();
+            controlFocused(control);
+        });
+    }
+    Bind(wxEVT_SPINCTRL, [this](wxSpinEvent& event) {
+        event.Skip();
+        valueChanged();
+    });
+    Bind(wxEVT_COLOURPICKER_CHANGED, [this](wxColourPickerEvent& event) {
+        event.Skip();
+        valueChanged();
+    });
+    pageList_->Bind(wxEVT_LISTBOX, [this](wxCommandEvent&) { pageChanged(); });
+    applyButton_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { apply(); });
+    Bind(wxEVT_BUTTON, &TVistraneOptions::okClick, this, wxID_OK);
+    const std::pair<const char*, void (TVistraneOptions::*)()> buttons[] = {
+        {"btnBrowseWorkingFolder", &TVistraneOptions::btnBrowseWorkingFolderClick},
+        {"btnBrowseWatermark", &TVistraneOptions::btnBrowseWatermarkClick},
+        {"btnAskAgain", &TVistraneOptions::btnAskAgainClick},
+    };
+    for (const auto& [name, handler] : buttons)
+        FindWindow(name)->Bind(wxEVT_BUTTON, [this, handler = handler](wxCommandEvent&) { (this->*handler)(); });
+}
+
+bool TVistraneOptions::showPage(const std::string& page) {
+    const int index = pageList_->FindString(wxString::FromUTF8(page));
+    if (index == wxNOT_FOUND) return false;
+    pageList_->SetSelection(index);
+    pageChanged();
+    return true;
+}
+
+void TVistraneOptions::pageChanged() {
+    const int index = pageList_->GetSelection();
+    if (index == wxNOT_FOUND) return;
+    book_->ChangeSelection(static_cast<size_t>(index));
+    lastPage() = pageList_->GetString(static_cast<unsigned>(index));
+    help_->SetLabelText(wxString());
+    valueChanged();
+}
+
+void TVistraneOptions::controlFocused(wxWindow* control) {
+    help_->SetLabelText(text(optionHelp(control->GetName().utf8_string())));
+    help_->Wrap(help_->GetSize().GetWidth());
+}
+
+void TVistraneOptions::showValues(const Options& options) {
+    showing_ = true;
+    for (const Option& option : optionTable()) {
+        wxWindow* window = option.page.empty() ? nullptr : FindWindow(text(option.control));
+        if (window == nullptr) continue;
+        if (option.kind == OptionKind::Text) {
+            const wxString value = wxString::FromUTF8(options.text(option.control));
+            dynamic_cast<wxTextEntry&>(*window).ChangeValue(value);
+        } else {
+            formControl(window)->setValue(options.number(option.control));
+        }
+    }
+    showing_ = false;
+    valueChanged();
+}
+
+Options TVistraneOptions::shownValues() {
+    Options options = OptionsHolder();
+    for (const Option& option : optionTable()) {
+        wxWindow* window = option.page.empty() ? nullptr : FindWindow(text(option.control));
+        if (window == nullptr) continue;
+        if (option.kind == OptionKind::Text) {
+            options.setText(option.control, dynamic_cast<wxTextEntry&>(*window).GetValue().utf8_string());
+        } else {
+            options.setNumber(option.control, formControl(window)->value());
+        }
+    }
+    return options;
+}
+
+void TVistraneOptions::valueChanged() {
+    if (showing_) return;
+    const Options options = shownValues();
+    const auto enable = [this](bool on, std::initializer_list<const char*> controls) {
+        for (const char* control : controls) FindWindow(control)->Enable(on);
+    };
+    enable(options.on("chkFolderCleanup"), {"spnFolderCleanupMax"});
+    enable(options.on("chkPadNumber"), {"spnNumberPadding"});
+    const bool watermark = options.on("chkWMDisplay");
+    const bool fromText = options.on("radWMFromText");
+    enable(watermark, {"radWMFromText", "radWMFromBitmap", "cmbWMPosition", "spnWMMargins"});
+    enable(watermark && fromText, {"edtWMText", "cmbWMTextAlignment", "clrWMBackground", "spnWMBackgroundOpacity",
+                                   "clrWMFrame", "spnWMFrameWidth"});
+    enable(watermark && !fromText, {"edtWMBitmapFile", "btnBrowseWatermark", "spnWMBitmapOpacity"});
+    const int32_t intensity = options.number("spnBlurIntensity");
+    FindWindow("lblBlurRadius")
+        ->SetLabel(wxString::Format("This is a radius of %d.%d pixels.", intensity / 10, intensity % 10));
+    applyButton_->Enable(!(options == applied_));
+    updatePreview();
+}
+
+void TVistraneOptions::updatePreview() {
+    wxWindow* panel = FindWindow("pnlWMPreview");
+    if (!services_.watermarkPreview || !panel->IsShownOnScreen()) return;
+    panel->Refresh();
+    if (panel->GetBackgroundStyle() == wxBG_STYLE_PAINT) return;
+    panel->SetBackgroundStyle(wxBG_STYLE_PAINT);
+    panel->Bind(wxEVT_PAINT, [this, panel](wxPaintEvent&) {
+        wxAutoBufferedPaintDC dc(panel);
+        const wxSize size = panel->GetClientSize();
+        Result<TBitmap> picture = services_.watermarkPreview(shownValues(), {size.x, size.y});
+        if (picture) {
+            dc.DrawBitmap(wxBitmap(imageOf(*picture)), 0, 0);
+        } else {
+            dc.SetBackground(panel->GetBackgroundColour());
+            dc.Clear();
+            dc.DrawText(text(picture.message()), 4, 4);
+        }
+    });
+}
+
+bool TVistraneOptions::hotKeysDiffer(const Options& options) {
+    std::vector<const Option*> keys;
+    for (const Option& option : optionTable()) {
+        if (option.kind != OptionKind::HotKey || options.number(option.control) == 0) continue;
+        for (const Option* other : keys) {
+            if (options.number(other->control) != options.number(option.control)) continue;
+            showPage("Hotkeys");
+            showError("The hot key " + hotKeyText(options.number(option.control)) + " is used twice:\n" +
+                      std::string(other->caption) + "\n" + std::string(option.caption));
+            FindWindow(text(option.control))->SetFocus();
+            return false;
+        }
+        keys.push_back(&option);
+    }
+    return true;
+}
+
+bool TVistraneOptions::apply() {
+    Options options = shownValues();
+    if (!hotKeysDiffer(options)) return false;
+    // What the system refuses goes back to what it was; everything else is kept.
+    Status associated = applyAssociations(*services_.associations, applied_, options);
+    if (!associated) {
+        for (const Option& option : optionTable())
+            if (option.page == "Associations") options.setNumber(option.control, applied_.number(option.control));
+        showError(associated.message());
+    }
+    const bool start = options.on("chkRunAtStartup");
+    if (start != applied_.on("chkRunAtStartup") && !services_.program.empty()) {
+        if (const Status done = setRunAtStartup(start, services_.program); !done) {
+            options.setOn("chkRunAtStartup", !start);
+            showError(done.message());
+        }
+    }
+    OptionsHolder() = options;
+    saveOptions();
+    applied_ = options;
+    showValues(applied_);
+    return true;
+}
+
+void TVistraneOptions::btnBrowseWorkingFolderClick() {
+    auto* path = dynamic_cast<wxTextCtrl*>(FindWindow("edtWorkingFolderPath"));
+    wxDirDialog dialog(this, "Working folder", path->GetValue(), wxDD_DEFAULT_STYLE);
+    if (dialog.ShowModal() == wxID_OK) path->SetValue(dialog.GetPath());
+}
+
+void TVistraneOptions::btnBrowseWatermarkClick() {
+    auto* path = dynamic_cast<wxTextCtrl*>(FindWindow("edtWMBitmapFile"));
+    wxFileDialog dialog(this, "Watermark", wxString(), path->GetValue(),
+                        "Pictures (*.png;*.jpg;*.jpeg;*.gif;*.bmp)|*.png;*.jpg;*.jpeg;*.gif;*.bmp",
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (dialog.ShowModal() == wxID_OK) path->SetValue(dialog.GetPath());
+}
+
+void TVistraneOptions::btnAskAgainClick() {
+    for (const Option& option : optionTable())
+        if (option.page == "Confirmations") formControl(FindWindow(text(option.control)))->setValue(0);
+    valueChanged();
+}
+
+void TVistraneOptions::okClick(wxCommandEvent& /*event*/) {
+    if (shownValues() == applied_ || apply()) EndModal(wxID_OK);
+}
+
+void showOptionsDialog(wxWindow* parent, OptionsServices services) {
+    TVistraneOptions dialog(parent, std::move(services));
+    dialog.ShowModal();
+}
+
+}  // namespace glimmer

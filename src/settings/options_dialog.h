@@ -1,0 +1,75 @@
+#pragma once
+
+#include <wx/dialog.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/bitmap.h"
+#include "settings/file_associations.h"
+#include "settings/options.h"
+
+class wxBookCtrlBase;
+class wxButton;
+class wxListBox;
+class wxStaticText;
+
+namespace glimmer {
+
+class OptionsPage;
+
+/// What the options dialog needs of the rest of the program.
+struct OptionsServices {
+    std::shared_ptr<FileAssociations> associations = plainFileAssociations();
+    /// A sample picture of that size with the watermark that the options describe; nothing: no preview.
+    std::function<Result<TBitmap>(const Options& options, Size size)> watermarkPreview{};
+    /// Full path of the program that the system starts; empty: run at start-up cannot be chosen.
+    std::string program{};
+};
+
+/// The options dialog: a list of pages on the left, OK, Cancel and Apply below. Works on a copy of the current options;
+/// OK and Apply make it current, save it and carry out what the system has to be told (start-up entry, file
+/// associations; hot keys follow the options by themselves).
+class TVistraneOptions : public wxDialog {
+public:
+    TVistraneOptions(wxWindow* parent, OptionsServices services);
+
+    /// Shows the page of that name; false when there is none.
+    bool showPage(const std::string& page);
+
+private:
+    void makeButtons(class wxBoxSizer& column);
+    void bindHandlers();
+    /// Between the controls and values.
+    void showValues(const Options& options);
+    [[nodiscard]] Options shownValues();
+
+    void valueChanged();
+    void pageChanged();
+    void controlFocused(wxWindow* control);
+    void updatePreview();
+    /// False, after a message, when the values cannot be applied.
+    bool apply();
+    bool hotKeysDiffer(const Options& options);
+
+    void btnBrowseWorkingFolderClick();
+    void btnBrowseWatermarkClick();
+    void btnAskAgainClick();
+    void okClick(wxCommandEvent& event);
+
+    OptionsServices services_;
+    Options applied_;  ///< what the dialog last showed or applied
+    wxListBox* pageList_ = nullptr;
+    wxBookCtrlBase* book_ = nullptr;
+    wxStaticText* help_ = nullptr;
+    wxButton* applyButton_ = nullptr;
+    std::vector<OptionsPage*> pages_;
+    bool showing_ = false;  ///< values are being shown: no handler acts on them
+};
+
+/// Shows the dialog until it is closed, with the page that it showed last.
+void showOptionsDialog(wxWindow* parent, OptionsServices services);
+
+}  // namespace glimmer

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <wx/panel.h>
+
+#include <initializer_list>
+#include <set>
+#include <string_view>
+#include <vector>
+
+class wxBoxSizer;
+class wxButton;
+class wxFlexGridSizer;
+class wxSizer;
+
+namespace glimmer {
+
+/// One page of the options dialog. Builds the controls of options from their descriptions (option_table.h), each under
+/// its control name with its help text and, where its caption has a free letter, an access key.
+class OptionsPage : public wxPanel {
+public:
+    OptionsPage(wxWindow* parent, std::string_view title);
+
+    /// Everything added after this stands in a box with that heading.
+    void group(std::string_view heading);
+    /// Everything added after this stands in the page again.
+    void endGroup();
+
+    /// A check option on a line of its own.
+    wxWindow* check(std::string_view control);
+    /// Radio options beside each other, one group.
+    void radios(std::initializer_list<std::string_view> controls);
+    /// A check option followed by a number and a text behind it, on one line.
+    void checkWithSpin(std::string_view checkControl, std::string_view spinControl);
+    /// Caption and control of any other option; such rows stand in columns below each other.
+    wxWindow* row(std::string_view control);
+    /// A row with a button behind the control.
+    wxButton* rowWithButton(std::string_view control, const char* buttonName, const char* caption);
+    /// Two options in one row: the second's caption stands before it.
+    void rowOfTwo(std::string_view first, std::string_view second);
+    /// Explanation, wrapped.
+    void note(std::string_view text);
+    /// Any other window.
+    void add(wxWindow* window, bool grow = false);
+    wxButton* button(const char* name, const char* caption);
+
+    /// Where the parent of new windows is: the page, or the box of the group.
+    [[nodiscard]] wxWindow* place() const { return place_; }
+
+private:
+    wxWindow* make(std::string_view control, long style = 0);
+    wxWindow* caption(std::string_view control);
+    wxString withAccessKey(std::string_view caption);
+    wxFlexGridSizer* rows();
+    void line(wxSizer* content);
+
+    wxBoxSizer* column_;
+    wxSizer* current_;
+    wxWindow* place_;
+    wxFlexGridSizer* rows_ = nullptr;
+    std::set<wxChar> keys_;
+};
+
+/// The pages of the dialog, in their order; the parent owns them.
+std::vector<OptionsPage*> makeOptionsPages(wxWindow* parent);
+
+}  // namespace glimmer

@@ -1,0 +1,218 @@
+#include "settings/options_dialog.h"
+
+#include <gtest/gtest.h>
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/choice.h>
+#include <wx/listbox.h>
+#include <wx/radiobut.h>
+#include <wx/spinctrl.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include <set>
+
+#include "settings/form_store.h"
+#include "settings/hot_key.h"
+#include "settings/option_help.h"
+#include "settings/run_at_startup.h"
+#include "settings/settings.h"
+#include "settings/settings_path.h"
+#include "support/recorded_messages.h"
+#include "support/windows/forms.h"
+
+namespace glimmer {
+namespace {
+
+/// Remembers what it is asked, and refuses on demand.
+class FakeAssociations : public FileAssociations {
+public:
+    Status associate(std::string_view extension, bool on) override {
+        if (refuse) return Failure{"No right to do that."};
+        asked.push_back(std::string(extension) + (on ? "+" : "-"));
+        return {};
+    }
+    bool refuse = false;
+    std::vector<std::string> asked;
+};
+
+class OptionsDialog : public testing::Test {
+protected:
+    void SetUp() override {
+        setSettingsPath("");
+        OptionsHolder() = Options();
+        services_.associations = associations_;
+        services_.program = "C:\\Program Files\\Glimmerpad\\glimmerpad.exe";
+        open();
+    }
+    void TearDown() override {
+        dialog_->Destroy();
+        test::pump();
+        ASSERT_TRUE(setRunAtStartup(false, "").ok());
+    }
+    void open() {
+        if (dialog_ != nullptr) dialog_->Destroy();
+        dialog_ = new TVistraneOptions(nullptr, services_);
+        dialog_->Show();
+        test::pump();
+    }
+    template <class Control>
+    Control* control(const std::string& name) {
+        return test::find<Control>(*dialog_, name);
+    }
+    wxWindow* applyButton() { return dialog_->FindWindow(wxID_APPLY); }
+    void apply() {
+        ASSERT_TRUE(applyButton()->IsEnabled());
+        test::click(*applyButton());
+    }
+
+    test::RecordedMessages boxes_;
+    std::shared_ptr<FakeAssociations> associations_ = std::make_shared<FakeAssociations>();
+    OptionsServices services_;
+    TVistraneOptions* dialog_ = nullptr;
+};
+
+TEST_F(OptionsDialog, HasAControlForEveryOptionOfItsPages) {
+    auto* pages = control<wxListBox>("lstPages");
+    std::set<std::string> listed;
+    for (unsigned i = 0; i < pages->GetCount(); ++i) listed.insert(pages->GetString(i).utf8_string());
+    for (const Option& option : optionTable()) {
+        const std::string name(option.control);
+        if (option.page.empty()) {
+            EXPECT_EQ(dialog_->FindWindow(wxString::FromUTF8(name)), nullptr) << name;
+            continue;
+        }
+        EXPECT_TRUE(listed.count(std::string(option.page))) << name;
+        wxWindow* window = test::findControl(*dialog_, name);
+        ASSERT_NE(window, nullptr);
+        EXPECT_FALSE(optionHelp(name).empty()) << name;
+        // On the page that the table says.
+        wxWindow* parent = window->GetParent();
+        while (parent != nullptr && listed.count(parent->GetName().utf8_string()) == 0) parent = parent->GetParent();
+        ASSERT_NE(parent, nullptr) << name;
+        EXPECT_EQ(parent->GetName().utf8_string(), option.page) << name;
+        if (option.kind == OptionKind::Text) continue;
+        const std::unique_ptr<FormControl> state = formControl(window);
+        ASSERT_TRUE(state) << name;
+        EXPECT_EQ(state->value(), option.standard) << name;
+        if (option.kind == OptionKind::Spin) {
+            EXPECT_EQ(state->least(), option.least) << name;
+            EXPECT_EQ(state->most(), option.most) << name;
+        }
+    }
+    EXPECT_EQ(control<wxTextCtrl>("edtFilenameTemplate")->GetValue(), "ZK Screen Capture #%n");
+    EXPECT_EQ(control<wxChoice>("cmbAnnotationPlacement")->GetString(0), "Top Left ");
+    EXPECT_FALSE(applyButton()->IsEnabled());
+}
+
+TEST_F(OptionsDialog, ApplyMakesTheShownValuesCurrent) {
+    dialog_->showPage("Capturing");
+    test::click(*control<wxCheckBox>("chkAddURL"));
+    control<wxTextCtrl>("edtFilenameTemplate")->SetValue("%t");
+    dialog_->showPage("Watermarking");
+    test::click(*control<wxCheckBox>("chkWMDisplay"));
+    test::click(*control<wxRadioButton>("radWMFromBitmap"));
+    EXPECT_TRUE(control<wxSpinCtrl>("spnWMBitmapOpacity")->IsEnabled());
+    EXPECT_FALSE(control<wxTextCtrl>("edtWMText")->IsEnabled());
+    EXPECT_FALSE(OptionsHolder().on("chkAddURL"));
+    int told = 0;
+    const OptionsListener listener([&told] { ++told; });
+    apply();
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(OptionsHolder().on("chkAddURL"));
+    EXPECT_EQ(OptionsHolder().text("edtFilenameTemplate"), "%t");
+    EXPECT_TRUE(OptionsHolder().on("radWMFromBitmap"));
+    EXPECT_FALSE(OptionsHolder().on("radWMFromText"));
+    EXPECT_FALSE(applyButton()->IsEnabled());
+    EXPECT_TRUE(settings().readBool(settingsSection(group::general), "chkAddURL", false));
+    open();
+    EXPECT_TRUE(control<wxCheckBox>("chkAddURL")->GetValue());
+    EXPECT_TRUE(control<wxRadioButton>("radWMFromBitmap")->GetValue());
+}
+
+TEST_F(OptionsDialog, CancelChangesNothing) {
+    const Options before = OptionsHolder();
+    const test::NextModal answer([this](wxDialog&) {
+        dialog_->showPage("Display");
+        test::click(*control<wxCheckBox>("chkDisplayShadows"));
+        test::click(*dialog_->FindWindow(wxID_CANCEL));
+    });
+    dialog_->Hide();
+    EXPECT_EQ(dialog_->ShowModal(), wxID_CANCEL);
+    EXPECT_EQ(OptionsHolder(), before);
+}
+
+TEST_F(OptionsDialog, TellsTheSystemWhatChanged) {
+    dialog_->showPage("Associations");
+    test::click(*control<wxCheckBox>("chkJPEGAssociation"));
+    test::click(*control<wxCheckBox>("chkGMPAssociation"));
+    dialog_->showPage("General");
+    test::click(*control<wxCheckBox>("chkRunAtStartup"));
+    apply();
+    EXPECT_EQ(associations_->asked, (std::vector<std::string>{".jpg+", ".jpeg+", ".gmp-"}));
+    EXPECT_TRUE(runsAtStartup());
+    test::click(*control<wxCheckBox>("chkRunAtStartup"));
+    apply();
+    EXPECT_FALSE(runsAtStartup());
+
+    associations_->refuse = true;
+    dialog_->showPage("Associations");
+    test::click(*control<wxCheckBox>("chkPNGAssociation"));
+    apply();
+    ASSERT_EQ(boxes_.messages.size(), 1U);
+    EXPECT_EQ(boxes_.messages[0].text, "No right to do that.");
+    EXPECT_FALSE(control<wxCheckBox>("chkPNGAssociation")->GetValue());
+    EXPECT_FALSE(OptionsHolder().on("chkPNGAssociation"));
+}
+
+TEST_F(OptionsDialog, RefusesOneHotKeyForTwoCommands) {
+    formControl(control<wxWindow>("hotSilentCapture"))->setValue(hotKeyCtrl | 'D');
+    dialog_->showPage("Hotkeys");
+    apply();
+    ASSERT_EQ(boxes_.messages.size(), 1U);
+    EXPECT_NE(boxes_.messages[0].text.find("Ctrl+D"), std::string::npos);
+    EXPECT_NE(OptionsHolder().number("hotSilentCapture"), hotKeyCtrl | 'D');
+}
+
+TEST_F(OptionsDialog, AnswersAreAskedForAgain) {
+    OptionsHolder().setNumber("cmbConfirmExit", 2);
+    OptionsHolder().setNumber("cmbShowWelcomeMessage", 1);
+    open();
+    dialog_->showPage("Confirmations");
+    test::click(*control<wxButton>("btnAskAgain"));
+    apply();
+    EXPECT_EQ(OptionsHolder().number("cmbConfirmExit"), 0);
+    EXPECT_EQ(OptionsHolder().number("cmbShowWelcomeMessage"), 0);
+}
+
+TEST_F(OptionsDialog, CanBeUsedWithTheKeyboard) {
+    dialog_->showPage("Display");
+    ASSERT_TRUE(test::bringForward(*dialog_, control<wxListBox>("lstPages")));
+    test::pressKey(0x09);
+    EXPECT_TRUE(control<wxCheckBox>("chkDisplayAnnotations")->HasFocus());
+    EXPECT_EQ(control<wxStaticText>("lblHelp")->GetLabelText(), "New objects show their text.");
+    test::pressKey(0x20);
+    EXPECT_FALSE(control<wxCheckBox>("chkDisplayAnnotations")->GetValue());
+    // Access keys differ within each page.
+    std::set<std::pair<wxWindow*, wxChar>> used;
+    const std::function<void(wxWindow&, wxWindow&)> look = [&](wxWindow& page, wxWindow& parent) {
+        for (wxWindow* child : parent.GetChildren()) {
+            const wxString label = child->GetLabel();
+            const int at = label.Find('&');
+            if (at != wxNOT_FOUND && label[static_cast<size_t>(at) + 1] != '&') {
+                const wxChar key = wxToupper(label[static_cast<size_t>(at) + 1]);
+                EXPECT_TRUE(used.insert({&page, key}).second) << page.GetName() << " " << label;
+            }
+            look(page, *child);
+        }
+    };
+    auto* pages = control<wxListBox>("lstPages");
+    for (unsigned i = 0; i < pages->GetCount(); ++i) {
+        wxWindow* page = dialog_->FindWindow(pages->GetString(i));
+        look(*page, *page);
+    }
+    EXPECT_GT(used.size(), 40U);
+}
+
+}  // namespace
+}  // namespace glimmer
