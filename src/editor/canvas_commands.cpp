@@ -247,6 +247,10 @@ bool CanvasController::key(Key key, Modifiers held) {
         }
         return key == letter('Z') && held.ctrl && execute(EditCommand::Undo);
     }
+    if (key == Key::Enter && !polygon_.empty()) {
+        finishPolygon();
+        return true;
+    }
     struct Shortcut {
         Key key;
         Modifiers held;
@@ -274,10 +278,6 @@ bool CanvasController::key(Key key, Modifiers held) {
     if (key == Key::Delete && held == none)
         return execute(document_.selectedAnnotation() != nullptr ? EditCommand::DeleteAnnotation
                                                                  : EditCommand::NewSelection);
-    if (key == Key::Enter && !polygon_.empty()) {
-        finishPolygon();
-        return true;
-    }
     if (key == Key::Tab && !held.ctrl && !held.alt) return walk(held.shift);
     return moveByKey(key, held);
 }

@@ -62,7 +62,7 @@ void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& s
         shape.line.settings = style.line;
         shape.number.settings = style.number;
         shape.styleName = style.name;
-        fitLabel(shape, host_.textPainter());
+        fitChanged(*selected, shape);
         change(std::move(shape), gesture);
         host_.overlayChanged();
     }
@@ -83,7 +83,7 @@ void CanvasController::applyStyle(const TShapeStyle& style, bool withVisibility)
     if (const TBBShape* selected = document_.selectedAnnotation()) {
         TBBShape shape = *selected;
         shape.applyStyle(style, withVisibility);
-        fitLabel(shape, host_.textPainter());
+        fitChanged(*selected, shape);
         change(std::move(shape));
         host_.overlayChanged();
     }
@@ -96,6 +96,20 @@ void CanvasController::changeKind(ShapeKind kind) {
         return;
     }
     changeSettings([kind](TShapeStyle& style) { style.shape.kind = kind; });
+}
+
+/// Fits the label to a changed text or font. One that is just as wide as its text was stays so; one that the user gave
+/// a width keeps it and wraps.
+void CanvasController::fitChanged(const TBBShape& before, TBBShape& after) {
+    const auto collapse = [](TBBShape& shape) {
+        Rect& label = shape.text.rectangle;
+        label = {label.left, label.top, label.left, label.top};
+    };
+    TBBShape natural = before;
+    collapse(natural);
+    fitLabel(natural, host_.textPainter());
+    if (natural.text.rectangle.width() == before.text.rectangle.width()) collapse(after);
+    fitLabel(after, host_.textPainter());
 }
 
 // --- new annotations
@@ -192,7 +206,7 @@ void CanvasController::textEdited(AnnotationId id, const std::string& text) {
     }
     TBBShape shape = *current;
     shape.text.text = text;
-    fitLabel(shape, host_.textPainter());
+    fitChanged(*current, shape);
     if (shape == *current) return;
     change(std::move(shape), editGesture_);
     host_.overlayChanged();

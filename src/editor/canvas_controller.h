@@ -147,6 +147,7 @@ private:
     void cancelDrag();
     [[nodiscard]] TBBShape newShape(const Rect& rect) const;
     bool addShape(TBBShape shape, Gesture gesture);
+    void fitChanged(const TBBShape& before, TBBShape& after);
 
     bool pixelOperation(EditCommand command, Colour colour = 0);
     bool crop();

@@ -326,7 +326,6 @@ void CanvasController::finishDrag() {
         }
         default: break;
     }
-    document_.endGesture();
     host_.overlayChanged();
     host_.stateChanged();
 }

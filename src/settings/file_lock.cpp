@@ -19,8 +19,7 @@ namespace glimmer {
 
 namespace {
 
-constexpr int attempts = 100;
-constexpr std::chrono::milliseconds pause{10};  // together a second: a save takes a few milliseconds
+constexpr std::chrono::milliseconds pause{10};  // a hundred make a second: a save takes a few milliseconds
 
 #ifdef _WIN32
 // Nobody else may open the file while this handle lives, and the system removes it with the handle.
@@ -53,13 +52,13 @@ std::filesystem::path lockPath(const std::filesystem::path& target) {
 
 }  // namespace
 
-FileLock::FileLock(const std::filesystem::path& target) : path_(lockPath(target)) {
+FileLock::FileLock(const std::filesystem::path& target, int attempts) : path_(lockPath(target)) {
     for (int attempt = 0; attempt < attempts; ++attempt) {
         file_ = takeLock(path_);
         if (file_ >= 0) return;
         std::error_code error;
         if (attempt > 0 && !std::filesystem::exists(path_, error)) return;  // not held by anybody: cannot be made
-        std::this_thread::sleep_for(pause);
+        if (attempt + 1 < attempts) std::this_thread::sleep_for(pause);
     }
 }
 

@@ -10,14 +10,20 @@ namespace glimmer {
 /// safe in itself.
 class FileLock {
 public:
-    explicit FileLock(const std::filesystem::path& target);
+    explicit FileLock(const std::filesystem::path& target) : FileLock(target, standardAttempts) {}
+    /// Tries so many times, 10 milliseconds apart.
+    FileLock(const std::filesystem::path& target, int attempts);
     ~FileLock();
     FileLock(const FileLock&) = delete;
     FileLock& operator=(const FileLock&) = delete;
     FileLock(FileLock&&) = delete;
     FileLock& operator=(FileLock&&) = delete;
 
+    [[nodiscard]] bool held() const { return file_ >= 0; }
+
 private:
+    static constexpr int standardAttempts = 100;
+
     std::filesystem::path path_;
     int file_ = -1;
 };

@@ -1,0 +1,300 @@
+#include "editor/recovery.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+#include "common/files.h"
+#include "editor/annotation_record.h"
+#include "editor/packed_pixels.h"
+
+namespace fs = std::filesystem;
+
+namespace glimmer {
+
+namespace {
+
+constexpr const char* manifestName = "capture.manifest";
+constexpr const char* lockName = "session";
+constexpr int filesRemovedAtOnce = 8;
+/// Deflated pixels are hardly larger than plain ones.
+constexpr uint64_t maxBandBytes = 2 * 1024 * 1024;
+
+fs::path bandFile(const fs::path& folder, uint64_t file) { return folder / (std::to_string(file) + ".band"); }
+
+std::vector<fs::path> foldersIn(const fs::path& folder) {
+    std::vector<fs::path> found;
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
+        if (at->is_directory(error)) found.push_back(at->path());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+void removeFolder(const fs::path& folder) {
+    std::error_code ignored;
+    fs::remove_all(folder, ignored);
+}
+
+Result<TBitmap> readPicture(const fs::path& folder, const StoredPicture& stored) {
+    Result<TBitmap> picture = TBitmap::create(stored.size.width, stored.size.height, PixelFormat::Bgra32);
+    if (!picture) return picture;
+    const int32_t rows = StoredPicture::bandRows(stored.size);
+    int32_t top = 0;
+    for (const StoredPicture::Band& band : stored.bands) {
+        const uint64_t limit = maxBandBytes + picture->stride() * 2;
+        Result<std::vector<uint8_t>> data = readFile(bandFile(folder, band.file), limit);
+        if (!data) return data.failure();
+        if (data->size() != band.length || checksumOf(*data) != band.checksum)
+            return Failure{"A file of the unsaved capture is damaged."};
+        const int32_t bottom = std::min(stored.size.height, top + rows);
+        if (Status done = inflatePixels(*data, *picture, top, bottom); !done) return done.failure();
+        top = bottom;
+    }
+    return picture;
+}
+
+}  // namespace
+
+// --- the folder
+
+RecoveryStore::RecoveryStore(fs::path folder) : folder_(std::move(folder)) {
+    std::error_code error;
+    fs::create_directories(folder_, error);
+    for (int number = 1; number < 10000 && !error; ++number) {
+        const fs::path own = folder_ / ("run" + std::to_string(number));
+        if (!fs::create_directory(own, error)) continue;
+        auto lock = std::make_unique<FileLock>(own / lockName, 1);
+        if (!lock->held()) {
+            removeFolder(own);
+            return;
+        }
+        own_ = own;
+        lock_ = std::move(lock);
+        return;
+    }
+}
+
+RecoveryStore::~RecoveryStore() {
+    lock_.reset();
+    std::error_code ignored;
+    // Only when nothing is in them: not removed is not lost.
+    if (!own_.empty()) fs::remove(own_, ignored);
+    for (auto& [folder, lock] : taken_) {
+        lock.reset();
+        fs::remove(folder, ignored);
+    }
+}
+
+std::vector<RecoveryStore::Entry> RecoveryStore::leftBehind() {
+    std::vector<Entry> entries;
+    for (const fs::path& run : foldersIn(folder_)) {
+        if (run == own_) continue;
+        if (!taken_.contains(run)) {
+            auto lock = std::make_unique<FileLock>(run / lockName, 1);
+            if (!lock->held()) continue;  // that run is alive
+            taken_[run] = std::move(lock);
+        }
+        for (const fs::path& capture : foldersIn(run)) {
+            const Result<std::vector<uint8_t>> data = readFile(capture / manifestName, maxManifestBytes);
+            const std::optional<RecoveryManifest> manifest = data ? decodeManifest(*data) : std::nullopt;
+            if (manifest)
+                entries.push_back({capture, manifest->info, manifest->background.size});
+            else
+                removeFolder(capture);  // it ended before the first state was whole
+        }
+    }
+    return entries;
+}
+
+Result<std::unique_ptr<CaptureDocument>> RecoveryStore::open(const Entry& entry) {
+    Result<std::vector<uint8_t>> data = readFile(entry.folder / manifestName, maxManifestBytes);
+    if (!data) return data.failure();
+    const std::optional<RecoveryManifest> manifest = decodeManifest(*data);
+    if (!manifest) return Failure{"The list of the unsaved capture's files is damaged."};
+    Result<TBitmap> background = readPicture(entry.folder, manifest->background);
+    if (!background) return background.failure();
+    std::vector<std::shared_ptr<const TBitmap>> drawings;
+    for (const StoredPicture& stored : manifest->drawings) {
+        Result<TBitmap> drawing = readPicture(entry.folder, stored);
+        if (!drawing) return drawing.failure();
+        drawings.push_back(std::make_shared<const TBitmap>(drawing.take()));
+    }
+    TShapesList annotations;
+    for (const RecoveryManifest::Annotation& kept : manifest->annotations) {
+        std::optional<AnnotationRecord> record = decodeAnnotation(kept.record);
+        if (!record) return Failure{"An annotation of the unsaved capture is damaged."};
+        if (kept.drawing >= 0) record->descriptor.drawing = drawings[static_cast<size_t>(kept.drawing)];
+        clampDescriptor(record->descriptor);
+        annotations.insert(annotations.size(), TBBShape(record->descriptor));
+    }
+    return CaptureDocument::create(background.take(), manifest->info, std::move(annotations));
+}
+
+void RecoveryStore::discard(const Entry& entry) {
+    // The manifest first: what is left if we are stopped here is no capture any more.
+    std::error_code ignored;
+    fs::remove(entry.folder / manifestName, ignored);
+    removeFolder(entry.folder);
+    // The run's own folder goes with its last capture.
+    fs::remove(entry.folder.parent_path(), ignored);
+}
+
+fs::path RecoveryStore::makeCaptureFolder() {
+    if (own_.empty()) return {};
+    const fs::path folder = own_ / ("capture" + std::to_string(++captures_));
+    std::error_code error;
+    fs::create_directory(folder, error);
+    return error ? fs::path() : folder;
+}
+
+// --- one capture
+
+RecoveryWriter::RecoveryWriter(RecoveryStore& store, CaptureDocument& document)
+    : store_(store), document_(document), observer_(document.observe([this](const DocumentChange& change) {
+          if (change.pixels || change.size) invalidate(change.area);
+      })) {
+    reset(background_, document_.size());
+}
+
+RecoveryWriter::~RecoveryWriter() { document_.forget(observer_); }
+
+void RecoveryWriter::reset(Picture& picture, Size size) {
+    for (const StoredPicture::Band& band : picture.stored.bands)
+        if (band.file != 0) orphans_.push_back(band.file);
+    picture.stored = {size, std::vector<StoredPicture::Band>(StoredPicture::bandCount(size))};
+    picture.dirty.assign(picture.stored.bands.size(), true);
+}
+
+void RecoveryWriter::invalidate(const Rect& area) {
+    const Size size = document_.size();
+    if (background_.stored.size != size) {
+        reset(background_, size);
+        return;
+    }
+    const Rect part = area.intersected({0, 0, size.width, size.height});
+    if (part.empty()) return;
+    const int32_t rows = StoredPicture::bandRows(size);
+    for (int32_t band = part.top / rows; band <= (part.bottom - 1) / rows; ++band)
+        background_.dirty[static_cast<size_t>(band)] = true;
+}
+
+bool RecoveryWriter::pending() const {
+    if (!document_.modified()) return keptRevision_.has_value();
+    return keptRevision_ != document_.revision() && failedRevision_ != document_.revision();
+}
+
+bool RecoveryWriter::work() {
+    if (!document_.modified()) {
+        if (keptRevision_) remove();
+        return false;
+    }
+    if (!pending()) return removeOrphans();
+    if (folder_.empty()) {
+        folder_ = store_.makeCaptureFolder();
+        if (folder_.empty()) {
+            failedRevision_ = document_.revision();
+            return false;
+        }
+    }
+    const auto failed = [this] {
+        failedRevision_ = document_.revision();
+        return false;
+    };
+    if (std::find(background_.dirty.begin(), background_.dirty.end(), true) != background_.dirty.end())
+        return writeBand(document_.background(), background_) || failed();
+    for (const TBBShape& shape : document_.annotations()) {
+        const std::shared_ptr<const TBitmap>& bitmap = shape.shape.drawing;
+        if (bitmap == nullptr) continue;
+        auto known = std::find_if(drawings_.begin(), drawings_.end(),
+                                  [&](const Drawing& drawing) { return drawing.bitmap == bitmap; });
+        if (known == drawings_.end()) {
+            drawings_.push_back({bitmap, {}});
+            known = drawings_.end() - 1;
+            reset(known->picture, bitmap->size());
+        }
+        if (std::find(known->picture.dirty.begin(), known->picture.dirty.end(), true) != known->picture.dirty.end())
+            return writeBand(*bitmap, known->picture) || failed();
+    }
+    return writeManifest() || failed();
+}
+
+fs::path RecoveryWriter::bandPath(uint64_t file) const { return bandFile(folder_, file); }
+
+bool RecoveryWriter::writeBand(const TBitmap& bitmap, Picture& picture) {
+    const auto at = static_cast<size_t>(std::find(picture.dirty.begin(), picture.dirty.end(), true) -
+                                        picture.dirty.begin());
+    const int32_t rows = StoredPicture::bandRows(picture.stored.size);
+    const int32_t top = static_cast<int32_t>(at) * rows;
+    const std::vector<uint8_t> data = deflatePixels(bitmap, top, std::min(picture.stored.size.height, top + rows));
+    const uint64_t file = ++lastFile_;
+    if (data.empty() || !writeFile(bandPath(file), data)) return false;
+    StoredPicture::Band& band = picture.stored.bands[at];
+    if (band.file != 0) orphans_.push_back(band.file);
+    band = {file, static_cast<uint32_t>(data.size()), checksumOf(data)};
+    picture.dirty[at] = false;
+    return true;
+}
+
+bool RecoveryWriter::writeManifest() {
+    RecoveryManifest manifest;
+    manifest.info = document_.info();
+    manifest.background = background_.stored;
+    std::vector<Drawing> used;
+    for (const TBBShape& shape : document_.annotations()) {
+        const TShapeDescriptor descriptor = shape.describe();
+        RecoveryManifest::Annotation annotation{encodeAnnotation(&descriptor), -1};
+        if (descriptor.drawing != nullptr) {
+            const auto same = [&](const Drawing& drawing) { return drawing.bitmap == descriptor.drawing; };
+            auto at = std::find_if(used.begin(), used.end(), same);
+            if (at == used.end()) {
+                const auto known = std::find_if(drawings_.begin(), drawings_.end(), same);
+                used.push_back(*known);
+                at = used.end() - 1;
+                manifest.drawings.push_back(known->picture.stored);
+            }
+            annotation.drawing = static_cast<int32_t>(at - used.begin());
+        }
+        manifest.annotations.push_back(std::move(annotation));
+    }
+    if (!writeFile(folder_ / manifestName, encodeManifest(manifest))) return false;
+    keptRevision_ = document_.revision();
+    failedRevision_.reset();
+    // Drawings that are no longer on the capture come back, with an undo, under new files.
+    for (Drawing& drawing : drawings_) {
+        const bool kept = std::any_of(used.begin(), used.end(),
+                                      [&](const Drawing& one) { return one.bitmap == drawing.bitmap; });
+        if (!kept)
+            for (const StoredPicture::Band& band : drawing.picture.stored.bands) orphans_.push_back(band.file);
+    }
+    drawings_ = std::move(used);
+    removable_.insert(removable_.end(), orphans_.begin(), orphans_.end());
+    orphans_.clear();
+    if (former_) RecoveryStore::discard(*former_);
+    former_.reset();
+    return true;
+}
+
+bool RecoveryWriter::removeOrphans() {
+    std::error_code ignored;
+    for (int i = 0; i < filesRemovedAtOnce && !removable_.empty(); ++i) {
+        fs::remove(bandPath(removable_.back()), ignored);
+        removable_.pop_back();
+    }
+    return !removable_.empty();
+}
+
+void RecoveryWriter::remove() {
+    if (!folder_.empty()) RecoveryStore::discard({folder_, {}, {}});
+    if (former_) RecoveryStore::discard(*former_);
+    former_.reset();
+    folder_.clear();
+    keptRevision_.reset();
+    orphans_.clear();
+    removable_.clear();
+    drawings_.clear();
+    background_.stored.bands.clear();
+    reset(background_, document_.size());
+}
+
+}  // namespace glimmer

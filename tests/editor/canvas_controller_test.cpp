@@ -1,0 +1,470 @@
+#include "editor/canvas_controller.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "editor/cairo_text_painter.h"
+
+namespace glimmer {
+namespace {
+
+constexpr Modifiers none{};
+constexpr Modifiers shift{true, false, false};
+constexpr Modifiers ctrl{false, true, false};
+constexpr Modifiers alt{false, false, true};
+
+/// A window that remembers what it was asked.
+class Window final : public CanvasHost {
+public:
+    TextPainter& textPainter() override { return text; }
+    void overlayChanged() override { ++overlays; }
+    void beginTextEdit(AnnotationId id) override { editing = id; }
+    void finishTextEdit() override {
+        if (editing != noAnnotation) controller->endTextEdit(std::exchange(editing, noAnnotation));
+    }
+    void inkChanged(const Rect&) override {}
+    void stateChanged() override {}
+    void reveal(const Rect& area) override { revealed = area; }
+    void pickColour(Colour, std::function<void(Colour)> then) override { picked = std::move(then); }
+    void failed(const std::string& message) override { failures.push_back(message); }
+
+    CairoTextPainter text;
+    CanvasController* controller = nullptr;
+    AnnotationId editing = noAnnotation;
+    int overlays = 0;
+    Rect revealed;
+    std::function<void(Colour)> picked;
+    std::vector<std::string> failures;
+};
+
+/// A capture of 400 x 300 in a window of the same size.
+struct Canvas {
+    Canvas() {
+        TBitmap picture = TBitmap::create(400, 300, PixelFormat::Bgra32).take();
+        std::mt19937 random(1);
+        for (int32_t y = 0; y < 300; ++y)
+            for (int32_t x = 0; x < 400; ++x) picture.setPixel(x, y, static_cast<Colour>(random() & 0xFFFFFF));
+        document = CaptureDocument::create(std::move(picture), {}).take();
+        view.setPictureSize({400, 300});
+        view.setWindowSize({400, 300});
+        controller = std::make_unique<CanvasController>(*document, view, window);
+        window.controller = controller.get();
+    }
+    void drag(Point from, Point to, Modifiers held = none) {
+        controller->press(from, held);
+        controller->move({(from.x + to.x) / 2, (from.y + to.y) / 2}, held);
+        controller->move(to, held);
+        controller->release(to, held);
+    }
+    AnnotationId draw(Rect rect, EditTool tool = EditTool::TextShapeRectangle, const std::string& text = "label") {
+        controller->setTool(tool);
+        drag({rect.left, rect.top}, {rect.right - 1, rect.bottom - 1});
+        const AnnotationId id = document->selectedId();
+        if (window.editing != noAnnotation && !text.empty()) controller->textEdited(window.editing, text);
+        window.finishTextEdit();
+        controller->setTool(EditTool::Pointer);
+        return id;
+    }
+    const TBBShape& shape(AnnotationId id) { return *document->annotations().find(id); }
+    size_t steps() const { return document->history().depth(); }
+
+    Window window;
+    CanvasView view;
+    std::unique_ptr<CaptureDocument> document;
+    std::unique_ptr<CanvasController> controller;
+};
+
+TEST(Canvas, aDragOnEmptyCanvasSelectsAnAreaWhicheverWayItGoes) {
+    for (const auto& [from, to] : {std::pair<Point, Point>{{50, 40}, {149, 99}}, {{149, 99}, {50, 40}},
+                                   {{50, 99}, {149, 40}}, {{149, 40}, {50, 99}}}) {
+        Canvas c;
+        c.drag(from, to);
+        const Rect area = c.document->selection().bounds({400, 300});
+        EXPECT_NEAR(area.left, 50, 1);
+        EXPECT_NEAR(area.top, 40, 1);
+        EXPECT_NEAR(area.right, 150, 1);
+        EXPECT_NEAR(area.bottom, 100, 1);
+        EXPECT_EQ(c.steps(), 0U) << "selecting is not a step";
+        c.controller->press({300, 200}, none);
+        c.controller->release({300, 200}, none);
+        EXPECT_TRUE(c.document->selection().empty()) << "a click elsewhere";
+    }
+}
+
+TEST(Canvas, areasCanBeSquareAddedMovedResizedAndInverted) {
+    Canvas c;
+    c.drag({10, 10}, {60, 30}, shift);
+    EXPECT_EQ(c.document->selection().rect, (Rect{10, 10, 61, 61}));
+    c.drag({100, 10}, {119, 19}, ctrl);
+    EXPECT_EQ(c.document->selection().kind, Selection::Kind::Region);
+    EXPECT_EQ(c.document->selection().pixels({400, 300}).pixelCount(), 51U * 51 + 20 * 10);
+    c.drag({105, 15}, {115, 25});
+    EXPECT_EQ(c.document->selection().bounds({400, 300}), (Rect{20, 20, 130, 71})) << "moved as a whole";
+    c.controller->execute(EditCommand::InvertSelection);
+    EXPECT_EQ(c.document->selection().pixels({400, 300}).pixelCount(), 400U * 300 - 51 * 51 - 200);
+    c.controller->key(Key::Delete, none);
+    EXPECT_TRUE(c.document->selection().empty());
+    c.drag({100, 100}, {199, 199});
+    c.drag({200, 200}, {250, 220});  // the corner's handle
+    EXPECT_NEAR(c.document->selection().rect.right, 250, 1);
+    EXPECT_NEAR(c.document->selection().rect.bottom, 220, 1);
+    c.drag({150, 150}, {1000, 1000});
+    EXPECT_EQ(c.document->selection().bounds({400, 300}).right, 400) << "the area stays on the picture";
+    c.controller->setTool(EditTool::TextShapeEllipse);
+    c.controller->key(Key::Delete, none);
+    c.controller->setTool(EditTool::TextShapeEllipse);
+    c.drag({10, 10}, {60, 60});
+    EXPECT_EQ(c.document->selection().kind, Selection::Kind::Ellipse);
+    c.controller->setTool(EditTool::TextShapePolygon);
+    for (const Point p : {Point{200, 200}, Point{300, 200}, Point{300, 280}}) {
+        c.controller->press(p, none);
+        c.controller->release(p, none);
+    }
+    c.controller->key(Key::Enter, none);
+    EXPECT_EQ(c.document->selection().kind, Selection::Kind::Polygon);
+    EXPECT_TRUE(c.document->selection().pixels({400, 300}).contains({295, 210}));
+    EXPECT_FALSE(c.document->selection().pixels({400, 300}).contains({205, 270}));
+}
+
+// Pixels inside the selection become what the operation makes of them; outside nothing changes; undo is exact.
+TEST(Canvas, pixelOperationsChangeTheSelectionOnly) {
+    const EditCommand operations[] = {EditCommand::Fill,   EditCommand::Blur, EditCommand::Grayscale,
+                                      EditCommand::Invert, EditCommand::Glow, EditCommand::Interlace};
+    enum class Shape { Rectangle, Ellipse, Inverted };
+    for (const EditCommand operation : operations) {
+        for (const Shape shape : {Shape::Rectangle, Shape::Ellipse, Shape::Inverted}) {
+            SCOPED_TRACE(static_cast<int>(operation) * 10 + static_cast<int>(shape));
+            Canvas c;
+            if (shape == Shape::Ellipse) c.controller->setTool(EditTool::TextShapeEllipse);
+            c.drag({100, 80}, {219, 169});
+            if (shape == Shape::Inverted) c.controller->execute(EditCommand::InvertSelection);
+            const Region inside = c.document->selection().pixels({400, 300});
+            const TBitmap before = c.document->background().clone().take();
+            ASSERT_TRUE(c.controller->execute(operation));
+            if (operation == EditCommand::Fill || operation == EditCommand::Glow) {
+                EXPECT_EQ(c.steps(), 0U) << "waits for the picker";
+                c.window.picked(rgb(10, 20, 30));
+            }
+            ASSERT_EQ(c.steps(), 1U);
+            const TBitmap& after = c.document->background();
+            uint64_t changedInside = 0;
+            uint64_t changedOutside = 0;
+            for (int32_t y = 0; y < 300; ++y)
+                for (int32_t x = 0; x < 400; ++x)
+                    if (before.pixel(x, y) != after.pixel(x, y))
+                        ++(inside.contains({x, y}) ? changedInside : changedOutside);
+            if (operation == EditCommand::Glow) {
+                EXPECT_EQ(changedInside, 0U);
+                EXPECT_GT(changedOutside, 500U);
+            } else {
+                EXPECT_EQ(changedOutside, 0U);
+                EXPECT_GT(changedInside, inside.pixelCount() * 9 / 10);
+            }
+            if (operation == EditCommand::Fill) {
+                EXPECT_EQ(after.pixel(inside.rects()[0].left, inside.rects()[0].top), rgb(10, 20, 30));
+            }
+            c.controller->key(letter('Z'), ctrl);
+            EXPECT_TRUE(samePixels(c.document->background(), before));
+        }
+    }
+}
+
+TEST(Canvas, cropKeepsTheAnnotationsOverTheirPixels) {
+    Canvas c;
+    const AnnotationId id = c.draw({150, 150, 200, 180});
+    c.drag({100, 80}, {319, 239});
+    const Colour corner = c.document->background().pixel(100, 80);
+    ASSERT_TRUE(c.controller->key(letter('R'), ctrl));
+    EXPECT_EQ(c.document->size(), (Size{220, 160}));
+    EXPECT_EQ(c.document->background().pixel(0, 0), corner);
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{50, 70, 100, 100}));
+    EXPECT_TRUE(c.document->selection().empty());
+    c.controller->key(letter('Z'), ctrl);
+    EXPECT_EQ(c.document->size(), (Size{400, 300}));
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{150, 150, 200, 180}));
+}
+
+TEST(Canvas, drawingToolsMakeAnnotationsOfTheirPartsAndEditTheirText) {
+    const struct {
+        EditTool tool;
+        bool shape, text, line;
+    } cases[] = {{EditTool::TextShapeRectangle, true, true, true},
+                 {EditTool::TextLine, false, true, true},
+                 {EditTool::Text, false, true, false},
+                 {EditTool::RectHighlight, true, false, false},
+                 {EditTool::Line, false, false, true}};
+    for (const auto& expected : cases) {
+        SCOPED_TRACE(static_cast<int>(expected.tool));
+        Canvas c;
+        c.controller->setTool(expected.tool);
+        c.drag({200, 200}, {100, 140});
+        ASSERT_EQ(c.document->annotations().size(), 1U);
+        EXPECT_EQ(c.window.editing != noAnnotation, expected.text);
+        if (expected.text) c.controller->textEdited(c.window.editing, "Text");
+        c.window.finishTextEdit();
+        const TBBShape& made = c.document->annotations()[0];
+        EXPECT_EQ(made.shape.isVisible(), expected.shape);
+        EXPECT_EQ(made.text.isVisible(), expected.text);
+        EXPECT_EQ(made.line.isVisible(), expected.line);
+        EXPECT_EQ(made.number.number, 1);
+        EXPECT_EQ(c.steps(), 1U) << "drawing and its text are one step";
+        c.controller->execute(EditCommand::Undo);
+        EXPECT_TRUE(c.document->annotations().empty());
+        c.controller->execute(EditCommand::Redo);
+        if (expected.text) {
+            EXPECT_EQ(c.document->annotations()[0].text.text, "Text");
+        }
+        c.controller->setTool(expected.tool);
+        c.controller->press({20, 20}, none);
+        c.controller->release({20, 20}, none);
+        c.window.finishTextEdit();
+        EXPECT_EQ(c.document->annotations().size(), 1U) << "a click makes nothing that stays";
+    }
+}
+
+TEST(Canvas, aLabelWithoutTextIsNotKept) {
+    Canvas c;
+    const AnnotationId id = c.draw({100, 100, 200, 160}, EditTool::TextShapeRectangle, "");
+    EXPECT_TRUE(c.shape(id).shape.isVisible());
+    EXPECT_FALSE(c.shape(id).text.isVisible());
+    EXPECT_FALSE(c.shape(id).line.isVisible());
+    EXPECT_EQ(c.steps(), 1U);
+}
+
+TEST(Canvas, everyHandleResizesItsSidesAlsoBeyondTheOpposite) {
+    const Rect rect{150, 120, 250, 180};
+    for (int32_t handle = 0; handle < handleCount; ++handle) {
+        for (const Point way : {Point{-20, -15}, Point{20, 15}, Point{160, 130}, Point{-160, -130}}) {
+            SCOPED_TRACE(handle * 1000 + way.x);
+            Canvas c;
+            const AnnotationId id = c.draw(rect);
+            c.controller->press({240, 121}, none);  // the shape, not its label, has the handles
+            c.controller->release({240, 121}, none);
+            const Point at = handlePoint(c.shape(id).shape.rectangle, handle);
+            c.drag(at, {at.x + way.x, at.y + way.y});
+            const Rect expected = resizedByHandle(rect, handle, way.x, way.y).normalized();
+            EXPECT_EQ(c.shape(id).shape.rectangle, expected);
+            EXPECT_EQ(c.steps(), 2U);
+            EXPECT_FALSE(c.controller->dragging());
+        }
+    }
+}
+
+TEST(Canvas, theBodyMovesAllTheLabelMovesAloneAndSnaps) {
+    Canvas c;
+    const AnnotationId id = c.draw({100, 150, 200, 200});
+    const TBBShape before = c.shape(id);
+    c.drag({110, 151}, {130, 171});
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{120, 170, 220, 220}));
+    const Rect label = c.shape(id).text.rectangle;
+    const Point on{label.left + 2, label.top + 2};
+    c.controller->press(on, none);
+    c.controller->move({on.x + 60, on.y + 3}, none);
+    EXPECT_FALSE(c.controller->overlay().guides.empty());
+    c.controller->release({on.x + 60, on.y + 3}, none);
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{120, 170, 220, 220})) << "the shape stayed";
+    c.drag({on.x + 61, on.y + 4}, {on.x + 3, on.y + 2});
+    EXPECT_EQ(c.shape(id).text.settings.position, 2) << "near its place it snaps";
+    EXPECT_EQ(c.shape(id).text.rectangle, label);
+    EXPECT_TRUE(c.controller->overlay().guides.empty());
+}
+
+TEST(Canvas, aDragThatIsCutOffKeepsWhatItDidAndEscTakesItBack) {
+    Canvas c;
+    const AnnotationId id = c.draw({100, 150, 200, 200});
+    c.controller->press({110, 151}, none);
+    c.controller->move({140, 160}, none);
+    c.controller->captureLost();
+    EXPECT_FALSE(c.controller->dragging());
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{130, 159, 230, 209}));
+    c.controller->move({300, 290}, none);
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{130, 159, 230, 209})) << "the drag is over";
+    c.controller->press({140, 160}, none);
+    c.controller->move({10, 10}, none);
+    EXPECT_TRUE(c.controller->key(Key::Escape, none));
+    EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{130, 159, 230, 209}));
+    c.controller->press({300, 10}, none);
+    c.controller->move({350, 60}, none);
+    c.controller->captureLost();
+    EXPECT_FALSE(c.document->selection().empty());
+}
+
+TEST(Canvas, keysMoveResizeWalkToggleAndOrder) {
+    Canvas c;
+    const AnnotationId first = c.draw({50, 150, 100, 200});
+    const AnnotationId second = c.draw({250, 150, 300, 200});
+    const size_t steps = c.steps();
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(c.controller->key(Key::Right, none));
+    EXPECT_TRUE(c.controller->key(Key::Up, shift));
+    EXPECT_EQ(c.shape(second).shape.rectangle, (Rect{253, 140, 303, 190}));
+    EXPECT_EQ(c.steps(), steps + 1) << "moves merge";
+    c.controller->key(Key::Down, ctrl);
+    EXPECT_EQ(c.shape(second).shape.rectangle.bottom, 191);
+    const Rect label = c.shape(second).text.rectangle;
+    c.controller->key(Key::Left, alt);
+    EXPECT_EQ(c.shape(second).text.rectangle, label.moved(-1, 0));
+    EXPECT_TRUE(c.controller->key(Key::Tab, none));
+    EXPECT_EQ(c.document->selectedId(), first);
+    c.controller->key(Key::Tab, shift);
+    EXPECT_EQ(c.document->selectedId(), second);
+    for (const char digit : {'1', '2', '3', '4'}) {
+        const Part part = static_cast<Part>(digit - '1');
+        const bool before = c.shape(second).part(part).isVisible();
+        EXPECT_TRUE(c.controller->key(letter(digit), none));
+        EXPECT_NE(c.shape(second).part(part).isVisible(), before) << digit;
+        c.controller->key(letter(digit), none);
+    }
+    EXPECT_TRUE(c.controller->key(Key::Down, {false, true, true}));
+    EXPECT_EQ(c.document->annotations()[0].id(), second);
+    c.controller->key(Key::Up, {false, true, true});
+    EXPECT_EQ(c.document->annotations()[1].id(), second);
+    c.controller->key(Key::Delete, none);
+    EXPECT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_TRUE(c.controller->key(Key::Backspace, alt) || c.shape(first).number.number == 1);
+    c.controller->execute(EditCommand::DeleteAnnotation);
+    c.document->selectAnnotation(first);
+    c.controller->key(Key::Delete, none);
+    EXPECT_FALSE(c.controller->key(Key::Backspace, alt)) << "nothing to number";
+    EXPECT_TRUE(c.controller->key(Key::Insert, none));
+    EXPECT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_NE(c.window.editing, noAnnotation);
+}
+
+TEST(Canvas, settingsGoToTheSelectedAnnotationAndToTheNextOne) {
+    Canvas c;
+    const AnnotationId first = c.draw({50, 150, 100, 200});
+    const Gesture slide = c.document->newGesture();
+    const size_t steps = c.steps();
+    for (int32_t value = 60; value <= 200; value += 20)
+        c.controller->changeSettings([&](TShapeStyle& style) { style.shape.opacity = value; }, slide);
+    EXPECT_EQ(c.shape(first).shape.settings.opacity, 100) << "kept in range";
+    EXPECT_EQ(c.steps(), steps + 1);
+    c.controller->changeKind(ShapeKind::Ellipse);
+    c.controller->changeSettings([](TShapeStyle& style) { style.text.position = 11; });
+    const AnnotationId second = c.draw({200, 150, 260, 200});
+    EXPECT_EQ(c.shape(second).shape.settings.opacity, 100);
+    EXPECT_EQ(c.shape(second).shape.settings.kind, ShapeKind::Ellipse);
+    EXPECT_EQ(c.shape(second).text.settings.position, 11);
+    EXPECT_GT(c.shape(second).text.rectangle.left, 290) << "right of the shape";
+}
+
+TEST(Canvas, freeDrawingBecomesAnAnnotationAndCanBeTakenUpAgain) {
+    Canvas c;
+    c.controller->changeKind(ShapeKind::Drawing);
+    ASSERT_EQ(c.controller->mode(), CanvasMode::FreeDrawing);
+    c.controller->inkWidth = 5;
+    c.drag({50, 50}, {150, 50});
+    c.drag({50, 80}, {150, 80});
+    EXPECT_TRUE(c.controller->key(letter('Z'), ctrl)) << "takes the last stroke back";
+    c.controller->eraser = true;
+    c.drag({100, 50}, {100, 50});
+    EXPECT_EQ(c.steps(), 0U);
+    EXPECT_FALSE(c.controller->rightPress({10, 10}));
+    ASSERT_EQ(c.controller->mode(), CanvasMode::Annotation);
+    ASSERT_EQ(c.document->annotations().size(), 1U);
+    const TBBShape made = c.document->annotations()[0];
+    EXPECT_EQ(made.shape.settings.kind, ShapeKind::Drawing);
+    EXPECT_LE(made.shape.rectangle.bottom, 60);
+    const Point origin{made.shape.rectangle.left, made.shape.rectangle.top};
+    EXPECT_EQ(made.shape.drawing->pixel(70 - origin.x, 50 - origin.y), rgb(255, 255, 0));
+    EXPECT_EQ(made.shape.drawing->alpha(70 - origin.x, 50 - origin.y), 255);
+    EXPECT_EQ(made.shape.drawing->alpha(100 - origin.x, 50 - origin.y), 0) << "erased";
+    c.window.finishTextEdit();
+    c.controller->eraser = false;
+    c.controller->beginDrawing(made.id());
+    EXPECT_EQ(c.controller->inkedId(), made.id());
+    c.drag({50, 120}, {150, 120});
+    c.controller->endDrawing();
+    ASSERT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_GT(c.document->annotations()[0].shape.rectangle.bottom, 120);
+    c.controller->execute(EditCommand::Undo);
+    EXPECT_EQ(c.document->annotations()[0].shape, made.shape);
+}
+
+TEST(Canvas, captureModeHandsTheAreaOn) {
+    Canvas c;
+    std::vector<Rect> answers;
+    const auto answer = [&](Rect area) { answers.push_back(area); };
+    c.controller->beginCapture(answer);
+    c.drag({30, 40}, {129, 139});
+    EXPECT_FALSE(c.controller->execute(EditCommand::Blur));
+    EXPECT_TRUE(c.controller->overlay().dimOutside);
+    c.controller->key(Key::Enter, none);
+    c.controller->beginCapture(answer);
+    c.controller->key(Key::Escape, none);
+    EXPECT_EQ(answers, (std::vector<Rect>{{30, 40, 130, 140}, {}}));
+    EXPECT_EQ(c.controller->mode(), CanvasMode::Annotation);
+}
+
+TEST(Canvas, escLeavesOneThingAtATime) {
+    Canvas c;
+    c.draw({50, 150, 100, 200});
+    c.controller->setTool(EditTool::TextLine);
+    EXPECT_TRUE(c.controller->key(Key::Escape, none));
+    EXPECT_EQ(c.document->selectedId(), noAnnotation);
+    EXPECT_EQ(c.controller->tool(), EditTool::TextLine);
+    EXPECT_TRUE(c.controller->key(Key::Escape, none));
+    EXPECT_EQ(c.controller->tool(), EditTool::Pointer);
+    EXPECT_FALSE(c.controller->key(Key::Escape, none));
+}
+
+TEST(Canvas, theWindowToolSelectsTheFramedBlock) {
+    TBitmap page = TBitmap::create(200, 150, PixelFormat::Bgra32).take();
+    page.fill(page.bounds(), rgb(255, 255, 255));
+    for (int32_t y = 40; y < 100; ++y)
+        for (int32_t x = 50; x < 160; ++x) page.setPixel(x, y, static_cast<Colour>(x * y & 0xFFFF));
+    EXPECT_EQ(blockAt(page, {100, 70}), (Rect{50, 40, 160, 100}));
+}
+
+// Whatever comes in, in whatever order: no assertion, and undoing everything gives the capture back.
+TEST(Canvas, anyInputLeavesAConsistentCapture) {
+    for (unsigned seed = 1; seed <= 5; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto any = [&](int32_t low, int32_t high) {
+            return low + static_cast<int32_t>(random() % static_cast<uint32_t>(high - low + 1));
+        };
+        Canvas c;
+        const TBitmap before = c.document->background().clone().take();
+        constexpr Key keys[] = {Key::Escape, Key::Enter,  Key::Tab,  Key::Backspace, Key::Insert, Key::Delete, Key::Left,
+                                Key::Right,  Key::Up,     Key::Down, letter('A'),    letter('B'), letter('F'), letter('G'),
+                                letter('I'), letter('L'), letter('N'), letter('T'), letter('Y'), letter('Z'), letter('1'),
+                                letter('2'), letter('3'), letter('4')};
+        for (int i = 0; i < 2000; ++i) {
+            const Point at{any(-40, 440), any(-40, 340)};
+            const Modifiers held{any(0, 4) == 0, any(0, 2) == 0, any(0, 6) == 0};
+            switch (any(0, 13)) {
+                case 0:
+                case 1: c.controller->press(at, held); break;
+                case 2:
+                case 3:
+                case 4: c.controller->move(at, held); break;
+                case 5:
+                case 6: c.controller->release(at, held); break;
+                case 7: c.controller->doubleClick(at, held); break;
+                case 8: c.controller->rightPress(at); break;
+                case 9: c.controller->captureLost(); break;
+                case 10: c.controller->setTool(static_cast<EditTool>(any(0, 9))); break;
+                case 11: c.controller->changeKind(static_cast<ShapeKind>(any(1, 5))); break;
+                case 12:
+                    if (c.window.editing != noAnnotation) c.controller->textEdited(c.window.editing, std::string(3, 'a'));
+                    if (c.window.picked) std::exchange(c.window.picked, nullptr)(static_cast<Colour>(any(0, 0xFFFFFF)));
+                    break;
+                default: c.controller->key(keys[random() % std::size(keys)], held);
+            }
+            static_cast<void>(c.controller->overlay());
+            static_cast<void>(c.controller->cursorAt(at));
+        }
+        c.controller->captureLost();
+        if (c.controller->mode() == CanvasMode::FreeDrawing) c.controller->endDrawing();
+        c.window.finishTextEdit();
+        EXPECT_TRUE(c.window.failures.empty());
+        while (c.document->history().canUndo()) ASSERT_TRUE(c.document->undo());
+        EXPECT_TRUE(samePixels(c.document->background(), before));
+        EXPECT_TRUE(c.document->annotations().empty());
+    }
+}
+
+}  // namespace
+}  // namespace glimmer

@@ -1,0 +1,204 @@
+#include "editor/recovery.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <fstream>
+#include <set>
+#include <thread>
+
+#include "common/files.h"
+#include "editor/commands/set_info.h"
+#include "editor/recovery_victim.h"
+#include "support/child_process.h"
+#include "support/scratch_folder.h"
+
+namespace glimmer {
+namespace {
+
+using test::ScratchFolder;
+
+void keepAll(RecoveryWriter& writer) {
+    while (writer.work()) {
+    }
+}
+
+size_t filesIn(const std::filesystem::path& folder, const char* extension) {
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        count += entry.path().extension() == extension ? 1 : 0;
+    return count;
+}
+
+TEST(Recovery, aCaptureComesBackWholeAfterItsRunIsOver) {
+    const ScratchFolder folder("recovery whole");
+    const auto capture = test::victimCapture();
+    std::mt19937 random(11);
+    {
+        RecoveryStore store(folder.path());
+        RecoveryWriter writer(store, *capture);
+        for (int i = 0; i < 40; ++i) {
+            test::changeSomething(*capture, random);
+            if (i % 3 == 0) writer.work();
+            if (i % 10 == 0) keepAll(writer);
+        }
+        ASSERT_TRUE(capture->run(std::make_unique<SetInfo>(SetInfo::Field::Notes, "späte Notiz")));
+        EXPECT_TRUE(writer.pending());
+        keepAll(writer);
+        EXPECT_FALSE(writer.pending());
+        RecoveryStore other(folder.path());
+        EXPECT_TRUE(other.leftBehind().empty()) << "a run that lives is not a crash";
+        EXPECT_EQ(filesIn(folder.path(), ".band"), [&] {
+            std::set<const TBitmap*> drawings;
+            for (const TBBShape& shape : capture->annotations())
+                if (shape.shape.drawing != nullptr) drawings.insert(shape.shape.drawing.get());
+            return StoredPicture::bandCount(capture->size()) + drawings.size();
+        }()) << "files that are no longer needed are gone";
+    }
+    RecoveryStore store(folder.path());
+    const std::vector<RecoveryStore::Entry> found = store.leftBehind();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].info, capture->info());
+    auto opened = RecoveryStore::open(found[0]);
+    ASSERT_TRUE(opened) << opened.message();
+    EXPECT_TRUE(samePixels((*opened)->background(), capture->background()));
+    EXPECT_EQ((*opened)->annotations(), capture->annotations());
+    EXPECT_EQ((*opened)->info(), capture->info());
+    EXPECT_TRUE((*opened)->modified());
+
+    RecoveryWriter again(store, **opened);
+    again.replaces(found[0]);
+    EXPECT_EQ(store.leftBehind().size(), 1U) << "kept until the new run keeps it itself";
+    keepAll(again);
+    EXPECT_TRUE(store.leftBehind().empty());
+    EXPECT_EQ(filesIn(folder.path(), ".manifest"), 1U);
+    (*opened)->markSaved();
+    keepAll(again);
+    EXPECT_EQ(filesIn(folder.path(), ".manifest") + filesIn(folder.path(), ".band"), 0U) << "saved: nothing is kept";
+}
+
+TEST(Recovery, aPieceOfWorkIsShortOnALargeCapture) {
+    const ScratchFolder folder("recovery pieces");
+    RecoveryStore store(folder.path());
+    TBitmap picture = TBitmap::create(1280, 10000, PixelFormat::Bgra32).take();
+    uint32_t seed = 1;
+    for (int32_t y = 0; y < picture.height(); ++y)
+        for (int32_t x = 0; x < picture.width(); x += 2) picture.setPixel(x, y, (seed = seed * 1664525U + 7U) >> 8U);
+    const auto capture = CaptureDocument::create(std::move(picture), {}).take();
+    RecoveryWriter writer(store, *capture);
+    std::vector<double> times;
+    for (bool more = true; more;) {
+        const auto start = std::chrono::steady_clock::now();
+        more = writer.work();
+        times.push_back(std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+    }
+    EXPECT_FALSE(writer.pending());
+    EXPECT_GT(times.size(), 90U);
+    std::sort(times.begin(), times.end());
+#ifndef __SANITIZE_ADDRESS__
+    // Not the slowest of all: the processor is not ours alone.
+    EXPECT_LT(times[times.size() * 9 / 10], 30.0);
+#endif
+}
+
+TEST(Recovery, damageIsToldAndOpensNothing) {
+    const ScratchFolder folder("recovery damage");
+    {
+        RecoveryStore store(folder.path());
+        const auto capture = test::victimCapture();
+        RecoveryWriter writer(store, *capture);
+        keepAll(writer);
+    }
+    RecoveryStore store(folder.path());
+    const auto found = store.leftBehind();
+    ASSERT_EQ(found.size(), 1U);
+    std::filesystem::path band;
+    for (const auto& entry : std::filesystem::directory_iterator(found[0].folder))
+        if (entry.path().extension() == ".band") band = entry.path();
+    const std::vector<uint8_t> whole = readFile(band, 1 << 22).take();
+    for (const size_t at : {size_t{0}, whole.size() / 2, whole.size() - 1}) {
+        std::vector<uint8_t> broken = whole;
+        broken[at] ^= 0x40;
+        ASSERT_TRUE(writeFile(band, broken));
+        EXPECT_FALSE(RecoveryStore::open(found[0]));
+    }
+    ASSERT_TRUE(writeFile(band, std::span(whole).first(whole.size() - 3)));
+    EXPECT_FALSE(RecoveryStore::open(found[0]));
+    std::filesystem::remove(band);
+    EXPECT_FALSE(RecoveryStore::open(found[0]));
+
+    const std::filesystem::path list = found[0].folder / "capture.manifest";
+    const std::vector<uint8_t> manifest = readFile(list, 1 << 22).take();
+    for (size_t length = 0; length < manifest.size(); length += 1 + manifest.size() / 60)
+        EXPECT_FALSE(decodeManifest(std::span(manifest).first(length)));
+    for (size_t at = 0; at < manifest.size(); at += 1 + manifest.size() / 200) {
+        std::vector<uint8_t> broken = manifest;
+        broken[at] ^= 0x10;
+        EXPECT_FALSE(decodeManifest(broken));
+    }
+    ASSERT_TRUE(decodeManifest(manifest));
+}
+
+std::vector<std::string> linesOf(const std::filesystem::path& path) {
+    std::ifstream file(path);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);)
+        if (!file.eof()) lines.push_back(line);  // the last line may be cut short
+    return lines;
+}
+
+// The program is killed at fifty seeded moments. Each time the folder holds nothing, if nothing was safe yet, or a
+// state that the program really had, no older than the last one it knew to be safe.
+TEST(Recovery, whateverTheMomentOfDeathAWholeRecentStateIsThere) {
+    int recovered = 0;
+    for (int seed = 0; seed < 50; ++seed) {
+        SCOPED_TRACE(seed);
+        const ScratchFolder scratch("recovery kill");
+        const std::filesystem::path folder = scratch.path() / "store";
+        const std::filesystem::path log = scratch.path() / "log";
+        {
+            test::ChildProcess victim(test::testProgram("recovery_victim"), {folder, log, std::to_string(seed)});
+            // The moment: after a seeded number of lines, then a seeded fraction of a millisecond.
+            std::mt19937 random(static_cast<unsigned>(seed));
+            const size_t lines = 1 + random() % 60;
+            const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+            while (linesOf(log).size() < lines) {
+                ASSERT_TRUE(victim.running());
+                ASSERT_LT(std::chrono::steady_clock::now(), limit);
+                std::this_thread::yield();
+            }
+            const auto moment = std::chrono::steady_clock::now() + std::chrono::microseconds(random() % 3000);
+            while (std::chrono::steady_clock::now() < moment) {
+            }
+            victim.kill();
+        }
+        const std::vector<std::string> lines = linesOf(log);
+        std::vector<std::string> states;
+        size_t safe = 0;
+        bool anySafe = false;
+        for (const std::string& line : lines) {
+            if (line.starts_with("state ")) states.push_back(line.substr(6));
+            if (line.starts_with("kept ")) safe = states.size() - 1, anySafe = true;
+        }
+        RecoveryStore store(folder);
+        const auto found = store.leftBehind();
+        ASSERT_LE(found.size(), 1U);
+        if (found.empty()) {
+            EXPECT_FALSE(anySafe);
+            continue;
+        }
+        ++recovered;
+        auto opened = RecoveryStore::open(found[0]);
+        ASSERT_TRUE(opened) << opened.message();
+        char hash[32];
+        std::snprintf(hash, sizeof hash, "%llx", static_cast<unsigned long long>(test::stateHash(**opened)));
+        // The state that was being reached when the end came may not have been logged.
+        const auto at = std::find(states.begin() + static_cast<std::ptrdiff_t>(safe), states.end(), hash);
+        EXPECT_NE(at, states.end());
+    }
+    EXPECT_GT(recovered, 20);
+}
+
+}  // namespace
+}  // namespace glimmer
