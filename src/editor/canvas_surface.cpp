@@ -60,10 +60,4 @@ void CanvasSurface::copyTo(void* deviceContext, const Rect& area) const {
            static_cast<HDC>(memoryContext_), area.left, area.top, SRCCOPY);
 }
 
-void CanvasSurface::copyFrom(void* deviceContext, const Rect& area) {
-    BitBlt(static_cast<HDC>(memoryContext_), area.left, area.top, area.width(), area.height(),
-           static_cast<HDC>(deviceContext), area.left, area.top, SRCCOPY);
-    GdiFlush();
-}
-
 }  // namespace glimmer

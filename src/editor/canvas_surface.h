@@ -20,8 +20,6 @@ public:
     [[nodiscard]] TBitmap& bitmap() { return bitmap_; }
     /// Copies the part `area` to the same place of the device context (an HDC).
     void copyTo(void* deviceContext, const Rect& area) const;
-    /// Takes what the device context shows at the same place.
-    void copyFrom(void* deviceContext, const Rect& area);
 
 private:
     void release();

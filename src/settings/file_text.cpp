@@ -77,7 +77,7 @@ std::string fromUtf16(std::string_view bytes, bool bigEndian) {
 
 }  // namespace
 
-void setAnsiDecoder(AnsiDecoder decoder) { ansiDecoder = decoder; }
+void setAnsiDecoder(AnsiDecoder decoder) { ansiDecoder = decoder != nullptr ? decoder : fromWindows1252; }
 
 std::string textFromFileBytes(std::span<const uint8_t> bytes) {
     const std::string_view all(reinterpret_cast<const char*>(bytes.data()), bytes.size());

@@ -15,7 +15,7 @@ namespace glimmer {
 std::string textFromFileBytes(std::span<const uint8_t> bytes);
 
 /// Converts text in the user's ANSI code page to UTF-8. Until the program installs the system's own conversion,
-/// Windows-1252 is assumed.
+/// Windows-1252 is assumed; null goes back to that.
 using AnsiDecoder = std::string (*)(std::string_view bytes);
 void setAnsiDecoder(AnsiDecoder decoder);
 

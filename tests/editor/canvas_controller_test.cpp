@@ -258,13 +258,13 @@ TEST(Canvas, theBodyMovesAllTheLabelMovesAloneAndSnaps) {
     c.drag({110, 151}, {130, 171});
     EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{120, 170, 220, 220}));
     const Rect label = c.shape(id).text.rectangle;
-    const Point on{label.left + 2, label.top + 2};
+    const Point on{middle(label.left, label.right), middle(label.top, label.bottom)};
     c.controller->press(on, none);
-    c.controller->move({on.x + 60, on.y + 3}, none);
+    c.controller->move({on.x + 70, on.y + 3}, none);
     EXPECT_FALSE(c.controller->overlay().guides.empty());
-    c.controller->release({on.x + 60, on.y + 3}, none);
+    c.controller->release({on.x + 70, on.y + 3}, none);
     EXPECT_EQ(c.shape(id).shape.rectangle, (Rect{120, 170, 220, 220})) << "the shape stayed";
-    c.drag({on.x + 61, on.y + 4}, {on.x + 3, on.y + 2});
+    c.drag({on.x + 71, on.y + 4}, {on.x + 3, on.y + 2});
     EXPECT_EQ(c.shape(id).text.settings.position, 2) << "near its place it snaps";
     EXPECT_EQ(c.shape(id).text.rectangle, label);
     EXPECT_TRUE(c.controller->overlay().guides.empty());

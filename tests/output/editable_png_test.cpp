@@ -110,7 +110,10 @@ std::vector<std::string> chunkNames(const Bytes& file) {
     for (size_t at = pngSignature.size(); at + 12 <= file.size();) {
         const auto place = parseChunkHeader(std::span<const uint8_t, 8>(file.data() + at, 8), at);
         if (!place) break;
-        if (names.empty() || names.back() != "IDAT" || place->name() != "IDAT") names.emplace_back(place->name());
+        // Whether the pixels need a palette is the codec's choice.
+        const bool palette = place->name() == "PLTE" || place->name() == "tRNS";
+        if (!palette && (names.empty() || names.back() != "IDAT" || place->name() != "IDAT"))
+            names.emplace_back(place->name());
         at = place->end();
     }
     return names;

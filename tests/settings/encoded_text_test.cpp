@@ -86,6 +86,8 @@ TEST(FileText, EncodingsAreToldApart) {
     setAnsiDecoder([](std::string_view) { return std::string("from the system"); });
     const uint8_t ansi[] = {0xE9};
     EXPECT_EQ(textFromFileBytes(ansi), "from the system");
+    setAnsiDecoder(nullptr);
+    EXPECT_EQ(textFromFileBytes(ansi), "\xC3\xA9");
 }
 
 }  // namespace

@@ -76,7 +76,11 @@ MessageAnswer answerSystemBox(const Message& message, WPARAM button, bool& topmo
         const std::wstring caption(message.caption.begin(), message.caption.end());
         HWND box = nullptr;
         while (!done && (box = FindWindowW(L"#32770", caption.c_str())) == nullptr) Sleep(5);
-        topmost = (GetWindowLongW(box, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+        // The box is found as soon as it exists; it becomes topmost while it is set up.
+        for (int tries = 0; tries < 1000 && !topmost; ++tries) {
+            topmost = (GetWindowLongW(box, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+            if (!topmost) Sleep(5);
+        }
         PostMessageW(box, WM_COMMAND, button, 0);
     });
     const MessageAnswer answer = systemMessageBoxes().show(message, nullptr);
@@ -89,6 +93,7 @@ TEST(MessageDialogs, PlainOnesAreTheSystemsAndTopmost) {
     bool topmost = false;
     EXPECT_EQ(answerSystemBox({"text", "Plain warning", MessageIcon::Warning}, IDOK, topmost), MessageAnswer::Ok);
     EXPECT_TRUE(topmost);
+    topmost = false;
     EXPECT_EQ(answerSystemBox({"text", "Plain question", MessageIcon::Question, MessageButtons::YesNo}, IDNO, topmost),
               MessageAnswer::No);
     EXPECT_TRUE(topmost);
