@@ -153,8 +153,6 @@ TEST_F(FormStore, TheHotKeyBoxTakesWhatIsPressed) {
     EXPECT_EQ(form_->hotKey->hotKey(), 0);
     EXPECT_EQ(form_->hotKey->GetValue(), "None");
     EXPECT_EQ(changes, 3);
-    test::pressKey(0x09);
-    EXPECT_TRUE(test::pumpUntil([this] { return !form_->hotKey->HasFocus(); }, "the focus to leave the box"));
 }
 
 }  // namespace
