@@ -44,9 +44,11 @@ endfunction()
 function(glimmer_windows_test name)
     if(WIN32)
         if(NOT TARGET glimmer_windows_test_support)
-            # The main function, and what drives forms.
+            # The main function, what drives forms and dialogs, what runs other readers.
             add_library(glimmer_windows_test_support OBJECT
+                ${PROJECT_SOURCE_DIR}/tests/support/windows/dialog_driver.cpp
                 ${PROJECT_SOURCE_DIR}/tests/support/windows/forms.cpp
+                ${PROJECT_SOURCE_DIR}/tests/support/windows/native_tool.cpp
                 ${PROJECT_SOURCE_DIR}/tests/support/windows/wx_test_main.cpp)
             target_include_directories(glimmer_windows_test_support PRIVATE ${PROJECT_SOURCE_DIR}/tests)
             target_link_libraries(glimmer_windows_test_support PRIVATE glimmer_app GTest::gtest)

@@ -27,6 +27,8 @@ int processId() { return getpid(); }
 #define GLIMMER_MODE(text) text
 #endif
 
+FileWriter writeBytes = std::fwrite;
+
 Failure cannotWrite(const std::filesystem::path& path) {
     return Failure{"The file " + utf8FromPath(path) + " cannot be written."};
 }
@@ -79,7 +81,7 @@ void TemporaryOutput::discard() {
 
 Status TemporaryOutput::write(std::span<const uint8_t> data) {
     if (file_ == nullptr || failed_) return cannotWrite(target_);
-    if (!data.empty() && std::fwrite(data.data(), 1, data.size(), file_) != data.size()) {
+    if (!data.empty() && writeBytes(data.data(), 1, data.size(), file_) != data.size()) {
         failed_ = true;
         return cannotWrite(target_);
     }
@@ -99,6 +101,8 @@ Status TemporaryOutput::commit() {
     std::filesystem::remove(temporary_, error);
     return cannotWrite(target_);
 }
+
+void setFileWriter(FileWriter writer) { writeBytes = writer != nullptr ? writer : std::fwrite; }
 
 Status writeFile(const std::filesystem::path& path, std::span<const uint8_t> data) {
     TemporaryOutput output(path);

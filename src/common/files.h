@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -43,6 +44,11 @@ private:
     std::FILE* file_ = nullptr;
     bool failed_ = false;
 };
+
+/// What TemporaryOutput puts bytes into its file with: std::fwrite, unless a test replaces it by a disk that is full.
+/// Null means std::fwrite again.
+using FileWriter = size_t (*)(const void* data, size_t size, size_t count, std::FILE* file);
+void setFileWriter(FileWriter writer);
 
 /// Replaces the content of a file in one step; see TemporaryOutput.
 Status writeFile(const std::filesystem::path& path, std::span<const uint8_t> data);

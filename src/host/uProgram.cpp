@@ -180,7 +180,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
     switch (action) {
         case CaptureAction::Edit:
             if (!isStandalone()) offerIntegration();
-            if (!hidden_) {
+            if (!hidden_ && pMainEditor->displayState() != DisplayState::Held) {
                 pMainEditor->setDisplayState(DisplayState::Shown);
                 pMainEditor->applyDisplayState();
             }
@@ -192,19 +192,19 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             break;
         }
         case CaptureAction::Copy:
-            pMainEditor->btnCopyClick();
+            pMainEditor->click("btnCopy");
             break;
         case CaptureAction::Mail:
-            pMainEditor->btnMailClick();
+            pMainEditor->click("btnMail");
             break;
         case CaptureAction::ExternalViewer:
-            pMainEditor->btnExternalViewerClick();
+            pMainEditor->click("btnExternalViewer");
             break;
         case CaptureAction::Upload:
-            pMainEditor->btnUploadClick();
+            pMainEditor->click("btnUpload");
             break;
         case CaptureAction::Print:
-            pMainEditor->btnPrintClick();
+            pMainEditor->click("btnPrint");
             break;
         case CaptureAction::EncodeText:
         case CaptureAction::EncodeImage: {

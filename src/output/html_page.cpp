@@ -41,8 +41,7 @@ constexpr std::string_view captureTemplate = R"(<section>
 <div class="picture"><img src="{image_source}" width="{width}" height="{height}" alt="{caption}" usemap="#{map}"></div>
 <map name="{map}">
 {areas}</map>
-{annotation_table}<p>{general_notes}</p>
-</section>
+{annotation_table}{notes}</section>
 )";
 
 std::string filled(std::string_view text, std::span<const Tag> tags) {
@@ -105,6 +104,8 @@ std::string captureSection(const PageCapture& capture, size_t index) {
     }
     const std::array<Tag, 1> rows{{{"annotations", annotations}}};
     const std::string table = annotations.empty() ? "" : filled("<table>\n{annotations}</table>\n", rows);
+    const std::array<Tag, 1> general{{{"general_notes", withHtmlLineEnds(capture.notes)}}};
+    const std::string notes = capture.notes.empty() ? "" : filled("<p>{general_notes}</p>\n", general);
     const std::array<Tag, 8> tags{{{"caption", escapedForHtml(capture.caption)},
                                    {"image_source", escapedForAddress(capture.imagePath)},
                                    {"width", std::to_string(capture.size.width)},
@@ -112,7 +113,7 @@ std::string captureSection(const PageCapture& capture, size_t index) {
                                    {"map", "areas" + std::to_string(index)},
                                    {"areas", areas},
                                    {"annotation_table", table},
-                                   {"general_notes", withHtmlLineEnds(capture.notes)}}};
+                                   {"notes", notes}}};
     return filled(captureTemplate, tags);
 }
 

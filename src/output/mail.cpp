@@ -5,7 +5,6 @@
 #include <mapi.h>
 
 #include <array>
-#include <chrono>
 #include <optional>
 #include <system_error>
 #include <vector>
@@ -51,6 +50,7 @@ constexpr ULONG attachAtEnd = 0xFFFFFFFF;  // not inside the text
 
 /// The text in the system's code page; nothing when that has not all of its characters.
 std::optional<std::string> ansi(const std::wstring& text) {
+    if (GetACP() == CP_UTF8) return fromWide(text);
     std::string out(text.size() * 4 + 1, '\0');
     BOOL lost = FALSE;
     const int length = WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.c_str(), static_cast<int>(text.size()),
@@ -61,13 +61,11 @@ std::optional<std::string> ansi(const std::wstring& text) {
 }
 
 /// A path to the same file that the system's code page can express: its short name if need be.
-std::string ansiPath(const fs::path& path) {
-    if (const auto direct = ansi(path.wstring())) return *direct;
+std::wstring plainPath(const fs::path& path) {
+    if (ansi(path.wstring())) return path.wstring();
     std::array<wchar_t, MAX_PATH> name{};
     const DWORD length = GetShortPathNameW(path.c_str(), name.data(), static_cast<DWORD>(name.size()));
-    const std::wstring shortPath =
-        length > 0 && length < name.size() ? std::wstring(name.data(), length) : path.wstring();
-    return ansi(shortPath).value_or(path.string());
+    return length > 0 && length < name.size() ? std::wstring(name.data(), length) : path.wstring();
 }
 
 struct FreeLibraryCall {
@@ -81,11 +79,16 @@ Function functionOf(HMODULE module, const char* name) {
 
 ULONG sendUnicode(SendMailW send, const std::wstring& subject, const std::wstring& body,
                   std::span<const fs::path> attachments) {
+    // The path in a form that survives a system which hands it to a mail program without Unicode.
+    std::vector<std::wstring> paths;
     std::vector<std::wstring> names;
-    for (const fs::path& path : attachments) names.push_back(path.filename().wstring());
+    for (const fs::path& path : attachments) {
+        paths.push_back(plainPath(path));
+        names.push_back(path.filename().wstring());
+    }
     std::vector<FileDescW> files;
     for (size_t i = 0; i < attachments.size(); ++i)
-        files.push_back({0, 0, attachAtEnd, attachments[i].c_str(), names[i].c_str(), nullptr});
+        files.push_back({0, 0, attachAtEnd, paths[i].c_str(), names[i].c_str(), nullptr});
     MessageW message{};
     message.subject = subject.c_str();
     message.noteText = body.c_str();
@@ -99,7 +102,7 @@ ULONG sendAnsi(SendMailA send, const std::wstring& subject, const std::wstring& 
     std::vector<std::string> paths;
     std::vector<std::string> names;
     for (const fs::path& path : attachments) {
-        paths.push_back(ansiPath(path));
+        paths.push_back(ansi(plainPath(path)).value_or(path.string()));
         names.push_back(ansi(path.filename().wstring()).value_or(fs::path(paths.back()).filename().string()));
     }
     std::vector<MapiFileDesc> files;
@@ -147,17 +150,5 @@ MailOutcome sendMail(const std::string& subject, const std::string& body, std::s
 }
 
 std::string mailFooter() { return std::string("\r\n\r\n\r\n") + vendorSite + " - Free screenshots by Vistrane."; }
-
-void removeOldFiles(const fs::path& folder, fs::file_time_type now) {
-    constexpr std::chrono::hours week{24 * 7};
-    std::error_code error;
-    std::vector<fs::path> old;
-    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
-        std::error_code ignored;
-        if (entry->is_regular_file(ignored) && now - entry->last_write_time(ignored) > week && !ignored)
-            old.push_back(entry->path());
-    }
-    for (const fs::path& path : old) fs::remove(path, error);  // one that is in use stays until the next time
-}
 
 }  // namespace glimmer

@@ -22,7 +22,4 @@ MailOutcome sendMail(const std::string& subject, const std::string& body,
 /// The text below which the user writes.
 std::string mailFooter();
 
-/// Removes files of the mail folder that were written more than a week before `now`.
-void removeOldFiles(const std::filesystem::path& folder, std::filesystem::file_time_type now);
-
 }  // namespace glimmer

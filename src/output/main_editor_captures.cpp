@@ -235,7 +235,7 @@ void TMainEditor::showActionsMenu(const wxPoint& screen) {
 }
 
 void TMainEditor::updateThumbnails() {
-    if (!IsShown() || busy_) return;
+    if (!IsShown() || commandsRunning_ > 0) return;
     const auto until = std::chrono::steady_clock::now() + thumbnailBudget;
     const Size frame = list_->thumbnailSize();
     const TThumbCreator creator(frame, systemColour(wxSYS_COLOUR_WINDOW));
@@ -292,7 +292,8 @@ void TMainEditor::updateStatus() {
 }
 
 void TMainEditor::openDropped(const std::vector<std::string>& paths) {
-    for (const std::string& path : paths) openFile(path);
+    if (commandsRunning_ > 0) return;
+    openFiles(paths);
     bringForward();
 }
 

@@ -51,19 +51,35 @@ void TMainEditor::btnLoadProjectClick() {
     if (dialog.ShowModal() != wxID_OK) return;
     wxArrayString paths;
     dialog.GetPaths(paths);
-    for (const wxString& path : paths) openFile(path.ToStdString(wxConvUTF8));
+    std::vector<std::string> chosen;
+    for (const wxString& path : paths) chosen.push_back(path.ToStdString(wxConvUTF8));
+    openFiles(chosen);
 }
 
-bool TMainEditor::openFile(const std::string& path) {
-    Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path));
-    if (!opened) {
-        showError(opened.message());
-        return false;
+bool TMainEditor::openFile(const std::string& path) { return openFiles({path}); }
+
+// What cannot be opened is told at the end, in one message.
+bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
+    size_t added = 0;
+    std::vector<std::string> failures;
+    for (const std::string& path : paths) {
+        Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path));
+        if (!opened) {
+            failures.push_back(opened.message());
+            continue;
+        }
+        // A project that is opened into an empty window is the one that "Save" goes on with.
+        if (documents_.empty() && isProject(path)) projectPath_ = path;
+        for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
+        added += opened->size();
     }
-    // A project that is opened into an empty window is the one that "Save" goes on with.
-    if (documents_.empty() && isProject(path)) projectPath_ = path;
-    for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
-    return !opened->empty();
+    std::string text;
+    for (size_t i = 0; i < std::min(failures.size(), mostNames); ++i)
+        text.append(text.empty() ? "" : "\n").append(failures[i]);
+    if (failures.size() > mostNames)
+        text.append("\nand ").append(std::to_string(failures.size() - mostNames)).append(" more");
+    if (!failures.empty()) showError(text);
+    return added > 0;
 }
 
 bool TMainEditor::saveProject(bool askForName) {

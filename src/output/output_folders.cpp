@@ -4,6 +4,7 @@
 // After windows.h, which it needs.
 #include <shlobj.h>
 
+#include <chrono>
 #include <system_error>
 
 #include "common/files.h"
@@ -19,6 +20,10 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view lastFolderKey = "LastSaveFolder";
+constexpr const char* mailSubFolder = "mail";
+constexpr std::chrono::hours oneDay{24};
+/// How long a mail program may take to fetch what it was handed.
+constexpr std::chrono::hours mailAge = 7 * oneDay;
 
 fs::path systemFolder(int id) {
     wchar_t path[MAX_PATH] = {};
@@ -68,13 +73,16 @@ void rememberWorkingFile(const fs::path& file) {
 void cleanUpWorkingFolder() {
     const Options& options = OptionsHolder();
     if (!options.on("chkFolderCleanup") || workingFolder().empty()) return;
-    constexpr int32_t hoursOfADay = 24;
     WorkingFolder(workingFolder())
-        .cleanUp(std::chrono::hours(options.number("spnFolderCleanupMax") * hoursOfADay),
-                 fs::file_time_type::clock::now());
+        .cleanUp(options.number("spnFolderCleanupMax") * oneDay, fs::file_time_type::clock::now());
 }
 
-Result<fs::path> mailFolder() { return usableFolder(workingFolder(), "mail", 1); }
+Result<fs::path> mailFolder() { return usableFolder(workingFolder(), mailSubFolder, 1); }
+
+void cleanUpMailFolder() {
+    WorkingFolder(workingFolder()).cleanUp(mailAge, fs::file_time_type::clock::now(), mailSubFolder);
+}
+
 Result<fs::path> publishFolder() { return usableFolder(workingFolder(), "publish", 2); }
 Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(CSIDL_MYPICTURES), "Vistrane", 4); }
 

@@ -13,13 +13,15 @@ std::filesystem::path picturesFolder();
 /// Where files for other programs are put: the folder that the options name, else one of the program's own in the
 /// user's application data. It need not exist. Empty when the system names none.
 std::filesystem::path workingFolder();
-/// Notes that the program wrote a file there, so that it is cleaned up one day.
+/// Notes that the program wrote a file there, so that it is cleaned up one day. A file elsewhere is not noted.
 void rememberWorkingFile(const std::filesystem::path& file);
 /// Deletes old files of the program from the working folder if the options say so. For the start of the program.
 void cleanUpWorkingFolder();
 
 /// Folders of the program's own, made when they are missing. The failure is the text for the user.
 Result<std::filesystem::path> mailFolder();
+/// Deletes what the program put into the mail folder more than a week ago. For the next e-mail.
+void cleanUpMailFolder();
 Result<std::filesystem::path> publishFolder();
 Result<std::filesystem::path> externalEditorFolder();
 

@@ -1,5 +1,7 @@
 #include "output/output_picture.h"
 
+#include <new>
+
 #include "common/assertion.h"
 #include "common/clock.h"
 #include "editor/annotation_painter.h"
@@ -8,7 +10,9 @@
 
 namespace glimmer {
 
-Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text) {
+namespace {
+
+Result<TBitmap> painted(const CaptureDocument& document, TextPainter& text) {
     Result<TBitmap> picture = document.background().clone();
     if (!picture) return picture;
     const Options& options = OptionsHolder();
@@ -23,6 +27,16 @@ Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text
     if (!marked) return marked.failure();
     GLIMMER_ASSERT(!picture->empty(), "pResultBmp != NULL", "uSaver");
     return picture;
+}
+
+}  // namespace
+
+Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text) {
+    try {
+        return painted(document, text);
+    } catch (const std::bad_alloc&) {  // a resting capture that finds no room to wake, among others
+        return Failure{"There is not enough memory for this picture."};
+    }
 }
 
 }  // namespace glimmer

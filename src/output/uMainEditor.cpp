@@ -3,7 +3,6 @@
 #include "output/uMainEditor.h"
 
 #include <wx/accel.h>
-#include <wx/dnd.h>
 #include <wx/menu.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -13,6 +12,8 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <new>
+#include <utility>
 
 #include "common/host_kind.h"
 #include "common/section_memory.h"
@@ -35,22 +36,10 @@ TMainEditor* pMainEditor = nullptr;
 namespace {
 
 constexpr int thumbnailPeriod = 100;  // milliseconds
+// Device-independent pixels.
+constexpr int narrowestLeftPanel = 120;
+constexpr int widestLeftPanel = 2000;
 constexpr const char* section = "MainEditor";
-
-/// Files dropped from the shell, opened as by the open dialog.
-class ShellDrop final : public wxFileDropTarget {
-public:
-    explicit ShellDrop(std::function<void(const std::vector<std::string>&)> open) : open_(std::move(open)) {}
-    bool OnDropFiles(wxCoord /*x*/, wxCoord /*y*/, const wxArrayString& names) override {
-        std::vector<std::string> paths;
-        for (const wxString& name : names) paths.push_back(name.ToStdString(wxConvUTF8));
-        open_(paths);
-        return true;
-    }
-
-private:
-    std::function<void(const std::vector<std::string>&)> open_;
-};
 
 }  // namespace
 
@@ -65,18 +54,22 @@ TMainEditor::TMainEditor()
     layOut();
     bindKeys();
     restoreState();
-    SetDropTarget(new ShellDrop([this](const std::vector<std::string>& paths) {
+    DragAcceptFiles(true);
+    Bind(wxEVT_DROP_FILES, [this](wxDropFilesEvent& event) {
+        std::vector<std::string> paths;
+        for (int i = 0; i < event.GetNumberOfFiles(); ++i) paths.push_back(event.GetFiles()[i].ToStdString(wxConvUTF8));
         CallAfter([this, paths] { openDropped(paths); });  // the source waits for the drop to end
-    }));
+    });
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
         if (!event.CanVeto()) {
-            discardAll();
-            storeState();
-            Destroy();
+            Hide();
+            // Below a command that waits for a dialog, its captures are still needed.
+            closing_ = true;
+            if (commandsRunning_ == 0) finishClosing();
             return;
         }
         event.Veto();
-        if (!busy_) btnExitClick();
+        if (commandsRunning_ == 0) btnExitClick();
     });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
@@ -86,7 +79,7 @@ TMainEditor::TMainEditor()
     optionsListener_ = std::make_unique<OptionsListener>([this] {
         for (Entry& entry : documents_) entry.thumbnailStale = true;
         toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
-        leftPanel_->Show(OptionsHolder().on("chkLeftPanelVisible"));
+        showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
         Layout();
     });
     tmrUpdateThumbnails_.Start(thumbnailPeriod);
@@ -105,7 +98,7 @@ void TMainEditor::layOut() {
 
     auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                           wxSP_LIVE_UPDATE | wxSP_NOBORDER, "splLeftPanel");
-    splitter->SetMinimumPaneSize(FromDIP(120));
+    splitter->SetMinimumPaneSize(FromDIP(narrowestLeftPanel));
     auto* left = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlLeft");
     leftPanel_ = left;
     CaptureList::Events events;
@@ -125,9 +118,9 @@ void TMainEditor::layOut() {
     canvasHost_ = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlCanvas");
     canvasHost_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
     canvasHost_->SetSizer(new wxBoxSizer(wxVERTICAL));
-    const int width = FromDIP(std::clamp(OptionsHolder().number("spnLeftPanelWidth"), 120, 2000));
-    splitter->SplitVertically(left, canvasHost_, width);
-    if (!OptionsHolder().on("chkLeftPanelVisible")) splitter->Unsplit(left);
+    splitter->Initialize(canvasHost_);
+    left->Hide();
+    showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
     column->Add(splitter, 1, wxEXPAND);
     SetSizer(column);
     addShapeMenu();
@@ -138,6 +131,17 @@ void TMainEditor::layOut() {
     const int widths[] = {-1, FromDIP(170), FromDIP(110), FromDIP(110), FromDIP(60)};
     status->SetStatusWidths(5, widths);
     SetMinSize(FromDIP(wxSize(480, 360)));
+}
+
+void TMainEditor::showLeftPanel(bool show) {
+    auto* splitter = static_cast<wxSplitterWindow*>(leftPanel_->GetParent());
+    if (show == splitter->IsSplit()) return;
+    if (show) {
+        const int width = std::clamp(OptionsHolder().number("spnLeftPanelWidth"), narrowestLeftPanel, widestLeftPanel);
+        splitter->SplitVertically(leftPanel_, canvasHost_, FromDIP(width));
+    } else {
+        splitter->Unsplit(leftPanel_);
+    }
 }
 
 void TMainEditor::addShapeMenu() {
@@ -172,9 +176,18 @@ void TMainEditor::bindKeys() {
     SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(keys.size()), keys.data()));
 }
 
+void TMainEditor::click(std::string_view control) {
+    for (const MainCommand& command : mainCommands())
+        if (control == command.control && available(command.needs)) execute(command);
+}
+
 void TMainEditor::run(const MainCommand& command) {
-    if (busy_ || !available(command.needs)) return;
-    busy_ = true;
+    if (commandsRunning_ == 0 && available(command.needs)) execute(command);
+}
+
+void TMainEditor::execute(const MainCommand& command) {
+    ++commandsRunning_;
+    const DisplayState before = std::exchange(displayState_, DisplayState::Held);
     if (canvas_ != nullptr) canvas_->finishEditing();
     try {
         (this->*command.handler)();
@@ -183,9 +196,20 @@ void TMainEditor::run(const MainCommand& command) {
     } catch (const std::exception& failure) {
         showError(failure.what());
     }
-    busy_ = false;
+    if (displayState_ == DisplayState::Held) displayState_ = before;
+    if (--commandsRunning_ > 0) return;
+    if (closing_) {
+        finishClosing();
+        return;
+    }
     parkOthers();
     stateStale_ = true;
+}
+
+void TMainEditor::finishClosing() {
+    discardAll();
+    storeState();
+    Destroy();
 }
 
 bool TMainEditor::available(CommandNeeds needs) const {

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "common/bitmap.h"
@@ -60,6 +61,10 @@ public:
     /// To the front and active, restored when minimised; only when the window is visible.
     void bringForward();
 
+    /// As a click on that button of the tool bar, for a host that asks for it. Does nothing when the command is of no
+    /// use now.
+    void click(std::string_view control);
+
     // The tool bar's commands; each works on the selected captures where it works on captures at all.
     void btnLoadProjectClick();
     void btnSaveProjectClick();
@@ -90,6 +95,7 @@ public:
 
     /// Opens a picture or project file (UTF-8 path); whether at least one editor came of it. Says why not.
     bool openFile(const std::string& path);
+    bool openFiles(const std::vector<std::string>& paths);
     /// Closes the session: asks for unsaved captures, then lets go of all captures and puts the window away. False when
     /// the user wants to stay.
     bool closeSession();
@@ -108,8 +114,11 @@ private:
     // Layout (uMainEditor.cpp)
     void layOut();
     void addShapeMenu();
+    void showLeftPanel(bool show);
     void bindKeys();
     void run(const MainCommand& command);
+    void execute(const MainCommand& command);
+    void finishClosing();
     [[nodiscard]] bool available(CommandNeeds needs) const;
     void restoreState();
     void storeState();
@@ -151,7 +160,8 @@ private:
     const char* toolButton_ = "btnPointer";
     EditTool shapeTool_;  ///< what the shape button's menu chose last
     bool stateStale_ = true;
-    bool busy_ = false;  ///< a command runs; the window is not closed below it
+    int commandsRunning_ = 0;  ///< the window is not closed below a command; a host's may run inside another one
+    bool closing_ = false;     ///< it is closed when the last one ends
 
     TMainToolbar* toolbar_ = nullptr;
     wxWindow* leftPanel_ = nullptr;

@@ -73,15 +73,21 @@ std::string nextDefaultName(const CaptureDocument& document) {
     return name;
 }
 
-Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, PictureFormat format,
-                                            const Progress& progress) {
+Result<std::vector<uint8_t>> TSaver::encodeEditable(const CaptureDocument& document, bool withAnnotations,
+                                                    const Progress& progress) {
     const Result<TBitmap> picture = outputPicture(document, *text_);
     if (!picture) return picture.failure();
-    if (format == PictureFormat::Png) {
-        const EditableParts parts{document.background(), document.annotations(), document.background().bounds(),
-                                  document.info().notes};
-        return encodeEditablePng(*picture, parts, OptionsHolder().on("chkEmbedNativeInfo"), progress);
-    }
+    const EditableParts parts{document.background(), document.annotations(), document.background().bounds(),
+                              document.info().notes};
+    return encodeEditablePng(*picture, parts, withAnnotations, progress);
+}
+
+Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, PictureFormat format,
+                                            const Progress& progress) {
+    if (format == PictureFormat::Png)
+        return encodeEditable(document, OptionsHolder().on("chkEmbedNativeInfo"), progress);
+    const Result<TBitmap> picture = outputPicture(document, *text_);
+    if (!picture) return picture.failure();
     if (format == PictureFormat::Pdf) {
         std::vector<uint8_t> file;
         const ByteSink append = [&file](std::span<const uint8_t> data) {
@@ -116,6 +122,7 @@ bool TSaver::writeTarget(const fs::path& path, const Encode& encode, const std::
 }
 
 std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode mode) {
+    const BackToRest rest(document);
     const std::string name = nextDefaultName(document);
     PictureTarget target;
     if (mode == SaveMode::Interactive) {
@@ -156,6 +163,7 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
     Paths written;
     for (size_t i = 0; i < documents.size(); ++i) {
         wait.setPart(i, documents.size());
+        const BackToRest rest(*documents[i]);
         const fs::path path = freePath(folder, nextDefaultName(*documents[i]), extensionOf(format));
         if (!writeTarget(
                 path, [&] { return encode(*documents[i], format, wait.asProgress()); },
@@ -165,6 +173,7 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
         }
         written.push_back(path);
     }
+    for (const fs::path& path : written) rememberWorkingFile(path);
     return written;
 }
 
@@ -181,7 +190,8 @@ bool TSaver::copyToClipboard(Documents documents) {
             wait.setText("Please wait: concatenating images");
             std::vector<TBitmap> pictures;
             std::vector<const TBitmap*> parts;
-            for (const CaptureDocument* document : documents) {
+            for (CaptureDocument* document : documents) {
+                const BackToRest rest(*document);
                 Result<TBitmap> one = outputPicture(*document, *text_);
                 if (!one) {
                     showError(one.message());
@@ -213,7 +223,7 @@ bool TSaver::sendByMail(Documents documents, PictureFormat format) {
         showError(folder.message());
         return false;
     }
-    removeOldFiles(*folder, fs::file_time_type::clock::now());
+    cleanUpMailFolder();
     const std::optional<Paths> files = saveInto(*folder, documents, format);
     return files && mailFiles(*files);
 }

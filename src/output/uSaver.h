@@ -73,6 +73,8 @@ public:
 
 private:
     using Encode = std::function<Result<std::vector<uint8_t>>()>;
+    Result<std::vector<uint8_t>> encodeEditable(const CaptureDocument& document, bool withAnnotations,
+                                                const Progress& progress);
     bool writeTarget(const std::filesystem::path& path, const Encode& encode, const std::function<bool()>& cancelled);
 
     std::unique_ptr<TextPainter> text_;

@@ -1,10 +1,11 @@
-#include <algorithm>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "common/assertion.h"
 #include "common/files.h"
 #include "editor/document.h"
-#include "output/editable_png.h"
+#include "output/file_name_template.h"
 #include "output/html_page.h"
 #include "output/output_folders.h"
 #include "output/output_picture.h"
@@ -36,6 +37,45 @@ std::vector<PageArea> areasOf(const CaptureDocument& document) {
     return areas;
 }
 
+/// A folder that is made now, and removed with everything in it unless it is kept.
+class NewFolder {
+public:
+    explicit NewFolder(fs::path path) : path_(std::move(path)) {
+        std::error_code error;
+        made_ = fs::create_directory(path_, error);
+    }
+    ~NewFolder() {
+        std::error_code ignored;
+        if (made_) fs::remove_all(path_, ignored);
+    }
+    NewFolder(const NewFolder&) = delete;
+    NewFolder& operator=(const NewFolder&) = delete;
+    NewFolder(NewFolder&&) = delete;
+    NewFolder& operator=(NewFolder&&) = delete;
+
+    [[nodiscard]] const fs::path& path() const { return path_; }
+    void keep() { made_ = false; }
+    /// Moves its files into a folder that exists already, over those of the same names. Does nothing when it is that
+    /// folder itself.
+    Status become(const fs::path& other) {
+        if (path_ == other) return {};
+        std::error_code error;
+        std::vector<fs::path> files;
+        for (fs::directory_iterator file(path_, error), end; !error && file != end; file.increment(error))
+            files.push_back(file->path());
+        for (const fs::path& file : files) {
+            const fs::path place = other / file.filename();
+            fs::rename(file, place, error);
+            if (error) return Failure{"Cannot create file: " + utf8FromPath(place) + " for writing"};
+        }
+        return {};
+    }
+
+private:
+    fs::path path_;
+    bool made_ = false;
+};
+
 }  // namespace
 
 bool TSaver::saveProject(Documents documents, fs::path& path, bool ask) {
@@ -55,12 +95,9 @@ bool TSaver::saveProject(Documents documents, fs::path& path, bool ask) {
         const Status written = writeProject(
             target, captures, [&](const CaptureDocument& capture, size_t index) -> Result<std::vector<uint8_t>> {
                 wait.setPart(index, captures.size());
-                const Result<TBitmap> picture = outputPicture(capture, *text_);
-                if (!picture) return picture.failure();
+                const BackToRest rest(*documents[index]);
                 // A project is there to be edited, whatever the option for pictures says.
-                const EditableParts parts{capture.background(), capture.annotations(), capture.background().bounds(),
-                                          capture.info().notes};
-                return encodeEditablePng(*picture, parts, true, wait.asProgress());
+                return encodeEditable(capture, true, wait.asProgress());
             });
         if (wait.cancelled()) return false;
         if (!written) {
@@ -74,6 +111,8 @@ bool TSaver::saveProject(Documents documents, fs::path& path, bool ask) {
     return true;
 }
 
+// The pictures are written into a folder that did not exist before. Only when all of them and the page are complete do
+// they take the places of what an earlier page of that name left there.
 std::optional<fs::path> TSaver::exportPage(Documents documents) {
     if (documents.empty()) return std::nullopt;
     const auto target = saveDialogs().askPage(lastSaveFolder(), nextDefaultName(*documents.front()));
@@ -82,35 +121,30 @@ std::optional<fs::path> TSaver::exportPage(Documents documents) {
     std::string folderName = pageFolder(pageName);
     folderName.pop_back();
     const fs::path folder = target->parent_path() / pathFromUtf8(folderName);
-    std::error_code error;
-    const bool made = fs::create_directory(folder, error);
+    NewFolder made(freePath(target->parent_path(), folderName, ""));
 
     WaitWindow wait("Please wait: creating pictures...");
     const auto cancelled = [&wait] { return wait.cancelled(); };
-    Paths written;
     std::vector<PageCapture> captures;
-    bool good = true;
-    for (size_t i = 0; good && i < documents.size(); ++i) {
+    for (size_t i = 0; i < documents.size(); ++i) {
         wait.setPart(i, documents.size());
         const std::string picture = pagePictureName(pageName, static_cast<int>(i + 1)) + ".png";
         const CaptureDocument& document = *documents[i];
-        good = writeTarget(
-            folder / pathFromUtf8(picture), [&] { return encode(document, PictureFormat::Png, wait.asProgress()); },
-            cancelled);
-        if (good) written.push_back(folder / pathFromUtf8(picture));
+        const BackToRest rest(*documents[i]);
+        if (!writeTarget(
+                made.path() / pathFromUtf8(picture),
+                [&] { return encode(document, PictureFormat::Png, wait.asProgress()); }, cancelled))
+            return std::nullopt;
         captures.push_back({document.info().name, folderName + "/" + picture, document.size(), areasOf(document),
                             document.info().notes});
     }
     const auto page = [&]() -> Result<std::vector<uint8_t>> {
+        if (Status moved = made.become(folder); !moved) return moved.failure();
         const std::string text = htmlPage(pageName, captures);
         return std::vector<uint8_t>(text.begin(), text.end());
     };
-    good = good && writeTarget(*target, page, cancelled);
-    if (!good) {
-        for (const fs::path& path : written) fs::remove(path, error);
-        if (made) fs::remove(folder, error);  // only when it is empty
-        return std::nullopt;
-    }
+    if (!writeTarget(*target, page, cancelled)) return std::nullopt;
+    if (made.path() == folder) made.keep();
     rememberSaveFolder(target->parent_path());
     return *target;
 }

@@ -98,7 +98,8 @@ Status WorkingFolder::remember(const fs::path& file) {
     return writeList(folder_, entries);
 }
 
-size_t WorkingFolder::cleanUp(std::chrono::hours age, fs::file_time_type now) {
+size_t WorkingFolder::cleanUp(std::chrono::hours age, fs::file_time_type now, const fs::path& subFolder) {
+    const std::string part = subFolder.empty() ? "" : utf8FromPath(subFolder) + '/';
     const std::vector<Entry> entries = readList(folder_);
     const auto oldest = static_cast<int64_t>((now - age).time_since_epoch().count());
     std::vector<Entry> kept;
@@ -106,7 +107,8 @@ size_t WorkingFolder::cleanUp(std::chrono::hours age, fs::file_time_type now) {
     for (const Entry& entry : entries) {
         if (entryOf(folder_, entry.name) != entry) continue;
         std::error_code error;
-        if (entry.time < oldest && fs::remove(folder_ / pathFromUtf8(entry.name), error)) {
+        const bool wanted = entry.time < oldest && entry.name.starts_with(part);
+        if (wanted && fs::remove(folder_ / pathFromUtf8(entry.name), error)) {
             ++deleted;
         } else {
             kept.push_back(entry);

@@ -19,8 +19,9 @@ public:
     Status remember(const std::filesystem::path& file);
 
     /// Deletes the program's files that were written more than `age` ago and forgets those that are gone or were
-    /// changed. Returns how many were deleted.
-    size_t cleanUp(std::chrono::hours age, std::filesystem::file_time_type now);
+    /// changed; only in this sub-folder when one is named. Returns how many were deleted.
+    size_t cleanUp(std::chrono::hours age, std::filesystem::file_time_type now,
+                   const std::filesystem::path& subFolder = {});
 
 private:
     std::filesystem::path folder_;

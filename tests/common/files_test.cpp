@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <sys/resource.h>
+
+#include <csignal>
+#endif
+
 namespace glimmer {
 namespace {
 
@@ -50,6 +56,29 @@ TEST_F(Files, FailuresSaySoAndLeaveNothing) {
     ASSERT_TRUE(writeFile(folder_ / "b", std::vector<uint8_t>(101)).ok());
     EXPECT_FALSE(readFile(folder_ / "b", 100).ok());
 }
+
+#ifndef _WIN32
+
+// The system refuses to write on in the middle of the file, as on a full disk.
+TEST_F(Files, AFullDiskLeavesTheOldFile) {
+    const fs::path path = folder_ / "a.bin";
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>{1, 2}).ok());
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+    const rlimit small{100000, old.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const Status large = writeFile(path, std::vector<uint8_t>(300000, 3));
+    const Status fitting = writeFile(folder_ / "b.bin", std::vector<uint8_t>(1000, 3));
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::signal(SIGXFSZ, before);
+    EXPECT_FALSE(large.ok());
+    EXPECT_TRUE(fitting.ok());
+    EXPECT_EQ(*readFile(path, 100), (std::vector<uint8_t>{1, 2}));
+    EXPECT_EQ(entries(), 2U);
+}
+
+#endif
 
 }  // namespace
 }  // namespace glimmer

@@ -50,6 +50,16 @@ TEST_F(WorkingFiles, OnlyOldFilesOfTheProgramAreDeleted) {
     EXPECT_FALSE(fs::exists(young));
 }
 
+TEST_F(WorkingFiles, OneSubFolderCanBeCleanedAlone) {
+    const fs::path mailed = make(folder_ / "mail" / "a.png", hours(200));
+    const fs::path other = make(folder_ / "mail a.png", hours(200));
+    for (const fs::path& path : {mailed, other}) ASSERT_TRUE(working_.remember(path).ok());
+    EXPECT_EQ(working_.cleanUp(hours(168), now_, "mail"), 1U);
+    EXPECT_FALSE(fs::exists(mailed));
+    EXPECT_EQ(working_.cleanUp(hours(168), now_), 1U);
+    EXPECT_FALSE(fs::exists(other));
+}
+
 TEST_F(WorkingFiles, AForgedOrDamagedListReachesNothingElse) {
     const fs::path outside = make(root_ / "outside.png", hours(5000));
     const fs::path inside = make(folder_ / "inside.png", hours(5000));

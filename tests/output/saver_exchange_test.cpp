@@ -1,0 +1,278 @@
+#include <gmock/gmock.h>
+#include <windows.h>
+
+#include "common/wide_text.h"
+#include "imaging/picture_file.h"
+#include "output/clipboard.h"
+#include "output/clipboard_formats.h"
+#include "output/mail.h"
+#include "output/output_picture.h"
+#include "output/working_folder.h"
+#include "saver_fixture.h"
+#include "support/child_process.h"
+#include "support/windows/native_tool.h"
+
+// What the saver hands to other programs: the clipboard, the mail program, a web page.
+
+namespace glimmer {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+// --- clipboard ----------------------------------------------------------------------------------------------------
+
+class ClipboardOutput : public SaverTest {
+protected:
+    void TearDown() override {
+        if (OpenClipboard(nullptr) != FALSE) {
+            EmptyClipboard();
+            CloseClipboard();
+        }
+        SaverTest::TearDown();
+    }
+    /// What another process finds there.
+    void readByAnother() {
+        fs::create_directories(folder());
+        test::ChildProcess other(test::testProgram("saver_helper"), {"clipboard", folder()});
+        ASSERT_TRUE(test::pumpUntil([&other] { return !other.running(); }));
+        ASSERT_TRUE(fs::exists(folder() / "done"));
+    }
+    [[nodiscard]] Result<TBitmap> found(const char* name) const {
+        const auto data = readFile(folder() / name, 1U << 26U);
+        if (!data) return data.failure();
+        return std::string(name) == "png" ? readPicture(*data) : pictureFromDib(*data);
+    }
+};
+
+TEST_F(ClipboardOutput, AnotherProcessGetsTheSamePixels) {
+    TBitmap picture = test::page(123, 77, PixelFormat::Bgra32, 40);
+    for (int32_t x = 0; x < 100; ++x) picture.row(50)[static_cast<size_t>(x) * 4 + 3] = static_cast<uint8_t>(x * 2);
+    const auto document = capture(std::move(picture), "copied");
+    annotate(*document, "");
+    const TBitmap expected = outputPicture(*document, saver_.textPainter()).take();
+    CaptureDocument* const all[] = {document.get()};
+    ASSERT_TRUE(saver_.copyToClipboard(all));
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].caption, "Copied successfully");
+    EXPECT_EQ(messages_.messages[0].text,
+              "The image has been copied into windows Clipboard.\r\nNow you can paste it using standard \"Ctrl+V\" key "
+              "combination.");
+    readByAnother();
+    for (const char* name : {"png", "dibv5"}) {
+        const Result<TBitmap> read = found(name);
+        ASSERT_TRUE(read.ok()) << name << ": " << read.message();
+        EXPECT_TRUE(samePixels(*read, expected)) << name;
+    }
+    const Result<TBitmap> dib = found("dib");
+    ASSERT_TRUE(dib.ok()) << dib.message();
+    EXPECT_TRUE(samePixels(flattenedOnWhite(*dib).take(), flattenedOnWhite(expected).take()));
+    // And back, from this process.
+    EXPECT_TRUE(samePixels(pictureFromClipboard().take(), expected));
+}
+
+TEST_F(ClipboardOutput, SeveralLieSideBySide) {
+    const auto red = capture(test::noise(30, 50, PixelFormat::Bgr24, 1), "red");
+    const auto blue = capture(test::noise(20, 10, PixelFormat::Bgr24, 2), "blue");
+    CaptureDocument* const all[] = {red.get(), blue.get()};
+    messages_.answers = {{MessageAnswer::Ok, true}};
+    ASSERT_TRUE(saver_.copyToClipboard(all));
+    readByAnother();
+    const TBitmap joined = found("png").take();
+    ASSERT_EQ(joined.size(), (Size{30 + 40 + 20, 50}));
+    EXPECT_TRUE(samePixels(joined.cropped({0, 0, 30, 50}).take(), red->background()));
+    EXPECT_TRUE(samePixels(joined.cropped({70, 0, 90, 10}).take(), blue->background()));
+    EXPECT_EQ(joined.pixel(50, 25), rgb(255, 255, 255));
+    ASSERT_TRUE(saver_.copyToClipboard(all));
+    EXPECT_EQ(messages_.messages.size(), 1U) << "the notice came again";
+}
+
+TEST_F(ClipboardOutput, AClipboardInUseIsReported) {
+    const auto document = capture(test::page(30, 20, PixelFormat::Bgr24, 4), "refused");
+    CaptureDocument* const all[] = {document.get()};
+    // Somebody else has it open and does not let go.
+    HANDLE const ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    HANDLE const enough = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    std::thread holder([&] {
+        HWND window = CreateWindowW(L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+        EXPECT_NE(OpenClipboard(window), FALSE);
+        SetEvent(ready);
+        WaitForSingleObject(enough, INFINITE);
+        CloseClipboard();
+        DestroyWindow(window);
+    });
+    WaitForSingleObject(ready, INFINITE);
+    EXPECT_FALSE(saver_.copyToClipboard(all));
+    SetEvent(enough);
+    holder.join();
+    CloseHandle(ready);
+    CloseHandle(enough);
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].caption, "Error");
+    EXPECT_THAT(messages_.messages[0].text, HasSubstr("in use by another program"));
+}
+
+// --- mail ---------------------------------------------------------------------------------------------------------
+
+/// A mail program registered for this user's system while the object lives.
+class MailProgram {
+public:
+    explicit MailProgram(const std::wstring& library) {
+        DWORD size = sizeof before_;
+        hadOne_ =
+            RegGetValueW(HKEY_LOCAL_MACHINE, clients, nullptr, RRF_RT_REG_SZ, nullptr, before_, &size) == ERROR_SUCCESS;
+        const std::wstring path = test::testProgram("").parent_path().wstring() + L"\\" + library + L".dll";
+        if (!library.empty()) set(own, L"DLLPath", path);
+        set(clients, L"", library.empty() ? L"" : L"Glimmerpad test");
+    }
+    ~MailProgram() {
+        set(clients, L"", hadOne_ ? before_ : L"");
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, own);
+    }
+    MailProgram(const MailProgram&) = delete;
+    MailProgram& operator=(const MailProgram&) = delete;
+    MailProgram(MailProgram&&) = delete;
+    MailProgram& operator=(MailProgram&&) = delete;
+
+private:
+    static constexpr const wchar_t* clients = L"Software\\Clients\\Mail";
+    static constexpr const wchar_t* own = L"Software\\Clients\\Mail\\Glimmerpad test";
+    static void set(const wchar_t* key, const wchar_t* name, const std::wstring& value) {
+        EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key, name, REG_SZ, value.c_str(),
+                                  static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))),
+                  ERROR_SUCCESS);
+    }
+    wchar_t before_[256] = {};
+    bool hadOne_ = false;
+};
+
+class Mailing : public SaverTest {
+protected:
+    void SetUp() override {
+        SaverTest::SetUp();
+        SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder().c_str());
+        answer(0);
+        for (const char* name : {"first", "zweite \xC3\xA4 \xE6\x97\xA5"}) {
+            documents_.push_back(capture(test::page(40, 30, PixelFormat::Bgr24, 5), name));
+            all_.push_back(documents_.back().get());
+        }
+    }
+    static void answer(int code) { SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", std::to_wstring(code).c_str()); }
+    [[nodiscard]] std::string record() const {
+        const auto bytes = readFile(folder() / "record", 1U << 20U);
+        return bytes ? std::string(bytes->begin(), bytes->end()) : "nothing was sent";
+    }
+    [[nodiscard]] fs::path mail() const { return work() / "mail"; }
+
+    std::vector<std::unique_ptr<CaptureDocument>> documents_;
+    std::vector<CaptureDocument*> all_;
+};
+
+TEST_F(Mailing, TheMailProgramGetsTheFilesWithTheirNames) {
+    const MailProgram program(L"mail_recorder");
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_EQ(record(), "MAPISendMailW\nsubject Screenshots\nnote " + mailFooter() +
+                            "\nflags 9\nfile first.png\nfile zweite "
+                            "\xC3\xA4 \xE6\x97\xA5.png\n");
+    EXPECT_THAT(mailFooter(), testing::MatchesRegex("\r\n\r\n\r\n.* - Free screenshots by Vistrane\\."));
+    const auto attached = readFile(folder() / "2.attachment", 1U << 20U);
+    ASSERT_TRUE(attached.ok());
+    EXPECT_TRUE(samePixels(readPicture(*attached).take(), all_[1]->background()));
+    EXPECT_EQ(messages_.messages.size(), 0U);
+    // The mail program may fetch them later.
+    EXPECT_EQ(entriesOf(mail()), 2U);
+}
+
+// One that knows only the old entry point finds the files by names that its code page has.
+TEST_F(Mailing, AnOldMailProgramGetsTheFilesToo) {
+    const MailProgram program(L"mail_recorder_ansi");
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_THAT(record(), HasSubstr("MAPISendMail\nsubject Screenshots\n"));
+    EXPECT_THAT(record(), HasSubstr("file first.png\n"));
+    for (const char* name : {"1.attachment", "2.attachment"}) EXPECT_TRUE(fs::exists(folder() / name)) << name;
+}
+
+TEST_F(Mailing, AUserWhoGivesUpIsNotTroubled) {
+    const MailProgram program(L"mail_recorder");
+    answer(1);  // MAPI_E_USER_ABORT
+    EXPECT_FALSE(saver_.sendByMail(all_));
+    EXPECT_TRUE(messages_.messages.empty());
+    EXPECT_TRUE(starts_.started.empty());
+}
+
+TEST_F(Mailing, WithoutAMailProgramTheFilesAreShown) {
+    const struct {
+        const wchar_t* library;
+        int answer;
+        const char* says;
+    } cases[] = {{L"", 0, "No e-mail program is installed"}, {L"mail_recorder", 2, "did not take the files"}};
+    for (const auto& one : cases) {
+        messages_.messages.clear();
+        starts_.started.clear();
+        const MailProgram program(one.library);
+        answer(one.answer);
+        EXPECT_FALSE(saver_.sendByMail(all_));
+        ASSERT_EQ(messages_.messages.size(), 1U);
+        EXPECT_EQ(messages_.messages[0].caption, "Error");
+        EXPECT_THAT(messages_.messages[0].text, HasSubstr(one.says));
+        EXPECT_THAT(messages_.messages[0].text, HasSubstr(utf8FromPath(mail())));
+        EXPECT_THAT(starts_.started,
+                    testing::ElementsAre(std::pair<std::string, std::string>(utf8FromPath(mail()), "")));
+    }
+    EXPECT_EQ(entriesOf(mail()), 4U);
+}
+
+// A week later the next e-mail removes what the last ones left, and nothing that is somebody else's.
+TEST_F(Mailing, OldFilesOfTheProgramGoAtTheNextMail) {
+    const MailProgram program(L"mail_recorder");
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    const auto makeOld = [](const fs::path& path) {
+        fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(24 * 8));
+    };
+    const fs::path users = mail() / "holiday.png";
+    ASSERT_TRUE(writeFile(users, std::vector<uint8_t>(3)).ok());
+    makeOld(users);
+    makeOld(mail() / "first.png");
+    ASSERT_TRUE(WorkingFolder(work()).remember(mail() / "first.png").ok());
+    CaptureDocument* const next[] = {all_[1]};
+    ASSERT_TRUE(saver_.sendByMail(next));
+    EXPECT_FALSE(fs::exists(mail() / "first.png"));
+    EXPECT_TRUE(fs::exists(users));
+    EXPECT_EQ(entriesOf(mail()), 3U);
+}
+
+// --- page ---------------------------------------------------------------------------------------------------------
+
+TEST_F(SaverTest, ThePageIsValidHtml) {
+    const auto plain = capture(test::page(60, 40, PixelFormat::Bgr24, 5), "plain");
+    const auto hostile = capture(test::page(100, 90, PixelFormat::Bgr24, 5), "\"><script>alert(1)</script> & {areas}");
+    annotate(*hostile, "it's \"quoted\" <b>&amp;</b> \\ ');alert('x');//\nsecond line");
+    CaptureDocument* const all[] = {plain.get(), hostile.get()};
+    dialogs_.path = folder() / pathFromUtf8("my \xC3\xA9 page.html");
+    ASSERT_EQ(saver_.exportPage(all), dialogs_.path);
+    const test::ToolResult tidy =
+        test::runTool("tidy -quiet -errors -utf8 --doctype html5 " + test::quotedForTool(dialogs_.path));
+    EXPECT_EQ(tidy.code, 0) << tidy.output;  // 1 would be warnings, 2 errors
+    // What a browser would make of it: the names of the pictures that it fetches, and the text of the link.
+    const test::ToolResult seen = test::runTool(
+        "cd " + test::quotedForTool(folder()) +
+        " && python3 -c \"\n"
+        "import html.parser, os, urllib.parse\n"
+        "class P(html.parser.HTMLParser):\n"
+        "    def handle_starttag(s, t, a):\n"
+        "        a = dict(a)\n"
+        "        if t == 'img': print('img', os.path.getsize(urllib.parse.unquote(a['src'])) > 0, a['alt'])\n"
+        "        if t == 'area': print('area', a['coords'], a['alt'].replace('\\n', '|'))\n"
+        "        if t == 'script': print('SCRIPT')\n"
+        "P().feed(open('my \xC3\xA9 page.html', encoding='utf-8').read())\"");
+    EXPECT_EQ(seen.code, 0) << seen.output;
+    EXPECT_THAT(seen.output, HasSubstr("img True plain\n"));
+    EXPECT_THAT(seen.output, HasSubstr("img True \"><script>alert(1)</script> & {areas}\n"));
+    EXPECT_THAT(seen.output,
+                HasSubstr("area 20,50,90,70 it's \"quoted\" <b>&amp;</b> \\ ');alert('x');//|second line"));
+    EXPECT_THAT(seen.output, Not(HasSubstr("SCRIPT")));
+}
+
+}  // namespace
+}  // namespace glimmer

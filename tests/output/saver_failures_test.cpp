@@ -1,0 +1,245 @@
+#include <gmock/gmock.h>
+
+#include "output/open_captures.h"
+#include "saver_fixture.h"
+#include "support/child_process.h"
+#include "support/windows/dialog_driver.h"
+
+// What is left, and what is said, when a file cannot be written or the user stops it.
+
+namespace glimmer {
+namespace {
+
+namespace fs = std::filesystem;
+using test::DialogDriver;
+using testing::HasSubstr;
+
+class SaverFailure : public SaverTest {
+protected:
+    /// One attempt to save there, which must fail with that text and leave the capture unsaved.
+    void expectRefused(const fs::path& path, const std::string& text) {
+        messages_.messages.clear();
+        dialogs_.path = path;
+        EXPECT_FALSE(saver_.savePicture(*document_, SaveMode::Interactive));
+        expectMessage(text);
+        EXPECT_TRUE(document_->modified());
+    }
+    void expectMessage(const std::string& text) {
+        ASSERT_EQ(messages_.messages.size(), 1U);
+        EXPECT_EQ(messages_.messages[0].caption, "Error");
+        EXPECT_EQ(messages_.messages[0].text, text);
+    }
+    static std::string cannotCreate(const fs::path& path) {
+        return "Cannot create file: " + utf8FromPath(path) + " for writing";
+    }
+    [[nodiscard]] std::vector<CaptureDocument*> all() const { return {document_.get()}; }
+
+    std::unique_ptr<CaptureDocument> document_ = capture(test::page(300, 200, PixelFormat::Bgr24, 300), "unsaved");
+};
+
+TEST_F(SaverFailure, PlacesThatCannotBeWritten) {
+    // Nobody may make a file there.
+    const fs::path readOnly = "Z:\\proc\\picture.png";
+    expectRefused(readOnly, cannotCreate(readOnly));
+    fs::path project = "Z:\\proc\\captures.gmp";
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.saveProject(all(), project, false));
+    expectMessage(cannotCreate(project) + ".");
+
+    const fs::path removed = scratch_.path() / "removed" / "a.png";  // the folder went while the dialog was up
+    expectRefused(removed, cannotCreate(removed));
+    const fs::path drive = "Q:\\a.png";  // no such drive
+    expectRefused(drive, cannotCreate(drive));
+
+    fs::path deep = folder();
+    while (utf8FromPath(deep).size() < 220) deep /= "a folder of some length";
+    std::error_code error;
+    fs::create_directories(deep, error);
+    const fs::path longName = folder() / (std::string(300, 'x') + ".png");
+    expectRefused(longName, cannotCreate(longName));
+    EXPECT_EQ(entriesOf(folder()), 1U);
+
+    // A path of 300 characters whose parts are short: some systems take it. Then the file is whole.
+    messages_.messages.clear();
+    dialogs_.path = deep / (std::string(300 - 4 - utf8FromPath(deep / "").size(), 'x') + ".png");
+    if (saver_.savePicture(*document_, SaveMode::Interactive)) {
+        EXPECT_TRUE(openCaptures(dialogs_.path).ok());
+        EXPECT_EQ(entriesOf(deep), 1U);
+    } else {
+        expectMessage(cannotCreate(dialogs_.path));
+        EXPECT_EQ(entriesOf(deep), 0U);
+    }
+}
+
+// The other program lets nobody touch the file while it has it open.
+TEST_F(SaverFailure, ATargetThatAnotherProgramHasOpen) {
+    const fs::path path = folder() / "open.png";
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>{1, 2, 3}).ok());
+    test::ChildProcess other(test::testProgram("saver_helper"), {"hold", path, folder() / "held"});
+    ASSERT_TRUE(test::pumpUntil([this] { return fs::exists(folder() / "held"); }));
+    expectRefused(path, cannotCreate(path));
+    EXPECT_EQ(entriesOf(folder()), 2U) << "a temporary file was left";
+    other.kill();
+    EXPECT_EQ(*readFile(path, 10), (std::vector<uint8_t>{1, 2, 3}));
+    dialogs_.path = path;
+    EXPECT_TRUE(saver_.savePicture(*document_, SaveMode::Interactive)) << "the way is free now";
+}
+
+/// A disk with room for so many bytes.
+size_t roomLeft = 0;
+size_t writeUntilFull(const void* data, size_t size, size_t count, std::FILE* file) {
+    const size_t fitting = std::min(roomLeft / size, count);
+    roomLeft -= fitting * size;
+    return std::fwrite(data, size, fitting, file);
+}
+
+// Every kind of file, with room for its beginning: the old file stays as it was, nothing is left beside it.
+TEST_F(SaverFailure, AFullDisk) {
+    struct FullDisk {
+        FullDisk() { setFileWriter(writeUntilFull); }
+        ~FullDisk() { setFileWriter(nullptr); }
+    };
+    const fs::path path = folder() / "a.png";
+    const std::vector<uint8_t> old{4, 5, 6};
+    ASSERT_TRUE(writeFile(path, old).ok());
+    const FullDisk full;
+    for (const PictureFormat format :
+         {PictureFormat::Png, PictureFormat::Gif, PictureFormat::Bmp, PictureFormat::Pdf}) {
+        roomLeft = 1000;
+        dialogs_.format = format;
+        expectRefused(path, cannotCreate(path));
+    }
+    fs::path project = folder() / "a.gmp";
+    roomLeft = 1000;
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.saveProject(all(), project, false));
+    expectMessage(cannotCreate(project) + ".");
+
+    roomLeft = 1000;
+    dialogs_.path = folder() / "page.html";
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.exportPage(all()));
+    expectMessage(cannotCreate(folder() / "page_files" / "page_img1.png"));
+
+    roomLeft = 1000;
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.publish(all()));
+    expectMessage(cannotCreate(work() / "publish" / "unsaved.png"));
+
+    EXPECT_EQ(*readFile(path, 10), old);
+    EXPECT_EQ(entriesOf(folder()), 1U);
+    EXPECT_EQ(entriesOf(work() / "publish"), 0U);
+    EXPECT_TRUE(document_->modified());
+}
+
+TEST_F(SaverFailure, FoldersThatCannotBeMade) {
+    ASSERT_TRUE(writeFile(work(), std::vector<uint8_t>(1)).ok());  // a file stands in the way
+    const auto refused = [this](char number, const char* name) {
+        return std::string("[") + number + "] Failed to get access to folder \"" + utf8FromPath(work() / name) + "\"";
+    };
+    EXPECT_FALSE(saver_.sendByMail(all()));
+    expectMessage(refused('1', "mail"));
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.publish(all()));
+    expectMessage(refused('2', "publish"));
+}
+
+TEST_F(SaverFailure, AnExternalEditorThatDoesNotStart) {
+    starts_.works = false;
+    EXPECT_FALSE(TSaver::startExternalEditor("C:\\none.exe", "\"a.png\""));
+    expectMessage("An error occured while starting external editor.\r\nPlease check whether specified path exists.");
+}
+
+// --- cancelling ---------------------------------------------------------------------------------------------------
+
+class Cancelling : public SaverTest {
+protected:
+    /// The user presses Cancel as soon as the window is there, having seen how far it has come.
+    [[nodiscard]] DialogDriver::Step cancel(const std::wstring& text) const {
+        return {L"Please wait", [text](HWND window) {
+                    bool told = false;
+                    for (HWND label : test::childrenOf(window, L"Static")) told = told || test::textOf(label) == text;
+                    return told && test::clickButton(window, L"Cancel");
+                }};
+    }
+    void SetUp() override {
+        SaverTest::SetUp();
+        for (const char* name : {"one", "two"}) documents_.push_back(largeCapture(name));
+        for (const auto& document : documents_) all_.push_back(document.get());
+    }
+
+    std::vector<std::unique_ptr<CaptureDocument>> documents_;
+    std::vector<CaptureDocument*> all_;
+};
+
+TEST_F(Cancelling, LeavesNoFileAndNothingSaved) {
+    const std::wstring creating = L"Please wait: creating pictures...";
+    dialogs_.path = folder() / "a.png";
+    {
+        const DialogDriver driver({cancel(creating)});
+        EXPECT_FALSE(saver_.savePicture(*all_[0], SaveMode::Interactive));
+    }
+    fs::path project = folder() / "a.gmp";
+    {
+        const DialogDriver driver({cancel(L"Please wait: saving the project...")});
+        EXPECT_FALSE(saver_.saveProject(all_, project, false));
+    }
+    dialogs_.path = folder() / "page.html";
+    {
+        const DialogDriver driver({cancel(creating)});
+        EXPECT_FALSE(saver_.exportPage(all_));
+    }
+    {
+        const DialogDriver driver({cancel(creating)});
+        EXPECT_FALSE(saver_.publish(all_));
+    }
+    EXPECT_EQ(entriesOf(folder()), 0U);
+    EXPECT_EQ(entriesOf(work() / "publish"), 0U);
+    EXPECT_TRUE(messages_.messages.empty()) << messages_.messages[0].text;
+    for (const CaptureDocument* document : all_) EXPECT_TRUE(document->modified());
+}
+
+// Of several files none stays, also not those that were complete when the user stopped.
+TEST_F(Cancelling, TakesBackTheFilesThatWereComplete) {
+    all_.insert(all_.begin(), nullptr);
+    const auto small = capture(test::page(40, 30, PixelFormat::Bgr24, 4), "small");
+    all_[0] = small.get();
+    const fs::path first = work() / "publish" / "small.png";
+    bool wasThere = false;
+    {
+        const DialogDriver driver({{L"Please wait", [&](HWND window) {
+                                        wasThere = fs::exists(first);
+                                        return test::clickButton(window, L"Cancel");
+                                    }}});
+        EXPECT_FALSE(saver_.publish(all_));
+    }
+    EXPECT_TRUE(wasThere);
+    EXPECT_EQ(entriesOf(work() / "publish"), 0U);
+}
+
+// The page that was there before stays whole.
+TEST_F(Cancelling, AnOlderPageStays) {
+    const auto small = capture(test::page(40, 30, PixelFormat::Bgr24, 4), "small");
+    CaptureDocument* const first[] = {small.get()};
+    dialogs_.path = folder() / "page.html";
+    ASSERT_TRUE(saver_.exportPage(first));
+    const auto page = *readFile(dialogs_.path, 1U << 20U);
+    const auto picture = *readFile(folder() / "page_files" / "page_img1.png", 1U << 20U);
+    {
+        const DialogDriver driver({cancel(L"Please wait: creating pictures...")});
+        EXPECT_FALSE(saver_.exportPage(all_));
+    }
+    EXPECT_EQ(*readFile(dialogs_.path, 1U << 20U), page);
+    EXPECT_EQ(*readFile(folder() / "page_files" / "page_img1.png", 1U << 20U), picture);
+    EXPECT_EQ(entriesOf(folder()), 2U);
+    // Written again it shows the new captures and leaves nothing beside it.
+    const auto other = capture(test::page(50, 30, PixelFormat::Bgr24, 4), "other");
+    CaptureDocument* const second[] = {other.get(), small.get()};
+    ASSERT_TRUE(saver_.exportPage(second));
+    EXPECT_NE(*readFile(dialogs_.path, 1U << 20U), page);
+    EXPECT_EQ(entriesOf(folder() / "page_files"), 2U);
+    EXPECT_EQ(entriesOf(folder()), 2U);
+}
+
+}  // namespace
+}  // namespace glimmer
