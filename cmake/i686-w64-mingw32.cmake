@@ -12,16 +12,8 @@ set(CMAKE_RANLIB i686-w64-mingw32-gcc-ranlib-posix)
 set(CMAKE_C_FLAGS_INIT "-msse2 -mfpmath=sse -mstackrealign")
 set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse -mstackrealign")
 
-# The libraries stand in the cache, one folder each; deps/build.sh knows their names.
-if(NOT CMAKE_FIND_ROOT_PATH)
-    execute_process(
-        COMMAND ${CMAKE_CURRENT_LIST_DIR}/../deps/build.sh --list
-        OUTPUT_VARIABLE CMAKE_FIND_ROOT_PATH
-        OUTPUT_STRIP_TRAILING_WHITESPACE)
-endif()
-list(APPEND CMAKE_FIND_ROOT_PATH /usr/i686-w64-mingw32)
-list(REMOVE_ITEM CMAKE_FIND_ROOT_PATH "")
-set(CMAKE_FIND_ROOT_PATH "${CMAKE_FIND_ROOT_PATH}" CACHE STRING "")
+set(glimmerpad_host i686-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/find_root.cmake)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

@@ -1,4 +1,4 @@
-# The libraries that the program uses, as targets: glimmer::zlib, png, jpeg, gif, cjson, simpleini, cairo and, on
+# The libraries that the program uses, as targets: glimmer::zlib, png, jpeg, gif, deflate, cjson, simpleini, cairo and, on
 # Windows, wx. Natively they come from the distribution's development packages, for Windows from deps/.
 if(WIN32)
     # Everything is linked in; "libz.dll.a" would match before "libz.a" otherwise.
@@ -21,6 +21,7 @@ function(glimmer_library name)
 endfunction()
 
 glimmer_library(gif HEADER gif_lib.h LIBRARIES gif)
+glimmer_library(deflate HEADER libdeflate.h LIBRARIES deflate)
 glimmer_library(cjson HEADER cjson/cJSON.h LIBRARIES cjson)
 target_compile_definitions(glimmer_dep_cjson INTERFACE CJSON_HIDE_SYMBOLS)
 glimmer_library(simpleini HEADER SimpleIni.h)

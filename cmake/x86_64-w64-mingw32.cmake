@@ -15,17 +15,8 @@ endforeach()
 string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " -Wl,--image-base,0x10000000")
 string(APPEND CMAKE_SHARED_LINKER_FLAGS_INIT " -Wl,--image-base,0x30000000")
 
-# The libraries stand in the cache, one folder each; deps/build.sh knows their names.
-if(NOT CMAKE_FIND_ROOT_PATH)
-    execute_process(
-        COMMAND ${CMAKE_COMMAND} -E env GLIMMERPAD_HOST=x86_64-w64-mingw32
-                ${CMAKE_CURRENT_LIST_DIR}/../deps/build.sh --list
-        OUTPUT_VARIABLE CMAKE_FIND_ROOT_PATH
-        OUTPUT_STRIP_TRAILING_WHITESPACE)
-endif()
-list(APPEND CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
-list(REMOVE_ITEM CMAKE_FIND_ROOT_PATH "")
-set(CMAKE_FIND_ROOT_PATH "${CMAKE_FIND_ROOT_PATH}" CACHE STRING "")
+set(glimmerpad_host x86_64-w64-mingw32)
+include(${CMAKE_CURRENT_LIST_DIR}/find_root.cmake)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

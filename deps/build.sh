@@ -20,7 +20,7 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 cache=${GLIMMERPAD_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/glimmerpad}
 host=${GLIMMERPAD_HOST:-i686-w64-mingw32}
 jobs=$(nproc)
-order=(googletest simpleini cjson giflib libpng libjpeg pixman cairo wxwidgets)
+order=(googletest simpleini cjson giflib libdeflate libpng libjpeg pixman cairo wxwidgets)
 
 # Frames that a host calls may be aligned to 4 bytes only, and SSE arithmetic keeps pixel results the
 # same as on x86-64. The libraries are built with the same options as the program.
@@ -99,7 +99,7 @@ need_prefixes() { for need in $needs; do printf '%s;' "$(prefix_of "$need")"; do
 cmake_build() {
     cmake -S . -B out -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/../cmake/$host.cmake" \
         -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX="$prefix" -DBUILD_SHARED_LIBS=OFF \
-        -DCMAKE_FIND_ROOT_PATH="$(need_prefixes)" "$@"
+        -DGLIMMERPAD_LIBRARIES="$(need_prefixes)" "$@"
     cmake --build out -j"$jobs"
     cmake --install out
 }

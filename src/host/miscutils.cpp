@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "common/bitmap.h"
+#include "common/debugger.h"
 #include "common/library_module.h"
 #include "common/section_memory.h"
 #include "common/wide_text.h"
@@ -47,6 +48,7 @@ std::string userFolder(std::string_view name) {
 }  // namespace
 
 void connectSystem() {
+    connectDebugger();
     setMessageBoxes(&systemMessageBoxes());
     setSettingsFailureHandler(showError);
     setPixelAllocator(sectionPixelMemory);

@@ -1,7 +1,6 @@
 #include <png.h>
 #include <zlib.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -9,37 +8,20 @@
 #include <vector>
 
 #include "common/assertion.h"
-#include "imaging/colour_table.h"
 #include "imaging/jump_guard.h"
 #include "imaging/png_codec.h"
+#include "imaging/png_rows.h"
 #include "imaging/png_text.h"
 
 namespace glimmer {
 
 namespace {
 
-/// Level of deflate: beyond it, files of page captures shrink by about 1 % at several times the time.
+/// Level of deflate for texts.
 constexpr int compressionLevel = 6;
 
 /// Image data goes out in chunks of this size.
 constexpr size_t imageChunkSize = size_t{64} * 1024;
-
-/// Whether many pixels are as their left neighbour. In such pictures (pages, drawings) plain rows repeat each other
-/// and compress best as they are; in photographs the differences do.
-bool mostlyFlat(const TBitmap& bitmap) {
-    constexpr int32_t rowsLookedAt = 64;
-    const size_t step = bitmap.bytesPerPixel();
-    size_t same = 0;
-    size_t all = 0;
-    for (int32_t y = 0; y < bitmap.height(); y += std::max(bitmap.height() / rowsLookedAt, 1)) {
-        const uint8_t* row = bitmap.row(y);
-        for (size_t i = step; i < static_cast<size_t>(bitmap.width()) * step; i += step) {
-            same += std::equal(row + i, row + i + 3, row + i - step) ? 1 : 0;
-            ++all;
-        }
-    }
-    return same * 3 >= all;
-}
 
 Failure noMemory() { return Failure{"There is not enough memory to write the picture."}; }
 
@@ -70,11 +52,12 @@ void checkExtras(const PngExtras& extras) {
     }
 }
 
-/// One run of libpng's writer. What needs a destructor lives in the object, see runGuarded().
+/// One run of libpng's writer, which puts chunks into the file; the rows are made and compressed by PngRows, quicker
+/// than the library does it. What needs a destructor lives in the object, see runGuarded().
 class Encoder {
 public:
     Encoder(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress)
-        : bitmap_(bitmap), extras_(extras), sink_(sink), progress_(progress), alpha_(bitmap.hasTransparency()) {
+        : bitmap_(bitmap), extras_(extras), sink_(sink), progress_(progress), rows_(bitmap) {
         png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, &Encoder::fail, &Encoder::ignoreWarning);
         if (png_ != nullptr) info_ = png_create_info_struct(png_);
     }
@@ -91,35 +74,41 @@ public:
             if (!data) return noMemory();
             texts_.push_back(*data);
         }
-        choosePalette();
-        if (runGuarded(
-                png_jmpbuf(png_), [](void* self) { static_cast<Encoder*>(self)->write(); }, this))
-            return {};
-        return status_.ok() ? Status(Failure{std::string("The PNG picture cannot be written (") + message_ + ")."})
-                            : status_;
+        preparePalette();
+        if (Status done = guarded(&Encoder::writeHead); !done) return done;
+        const ByteSink image = [this](std::span<const uint8_t> piece) {
+            piece_ = piece;
+            return guarded(&Encoder::writePiece);
+        };
+        if (Status done = compressRows(rows_, imageChunkSize, image, progress_); !done) return done;
+        return guarded(&Encoder::writeTail);
     }
 
 private:
-    /// A picture of at most 256 colours is written with a palette: a third of the bytes to compress, or less.
-    void choosePalette() {
-        palette_ = exactPalette(bitmap_);
-        if (!palette_) {
-            flat_ = mostlyFlat(bitmap_);
-            return;
-        }
-        for (const Pixel colour : palette_->colours()) {
+    void preparePalette() {
+        if (!rows_.palette()) return;
+        for (const Pixel colour : rows_.palette()->colours()) {
             colours_.push_back({static_cast<png_byte>(redIn(colour)), static_cast<png_byte>(greenIn(colour)),
                                 static_cast<png_byte>(blueIn(colour))});
             // The colours with transparency come first, so their list may end before the palette does.
             if (alphaIn(colour) != 255) alphas_.push_back(static_cast<png_byte>(alphaIn(colour)));
         }
-        const size_t count = colours_.size();
-        depth_ = count <= 2 ? 1 : count <= 4 ? 2 : count <= 16 ? 4 : 8;
-        indices_.resize(static_cast<size_t>(bitmap_.width()));
     }
     [[nodiscard]] int colourType() const {
-        if (palette_) return PNG_COLOR_TYPE_PALETTE;
-        return alpha_ ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+        if (rows_.palette()) return PNG_COLOR_TYPE_PALETTE;
+        return rows_.alpha() ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+    }
+
+    /// One step with the library; its failure is that of the sink, where the sink was the reason.
+    Status guarded(void (Encoder::*step)()) {
+        step_ = step;
+        const auto body = [](void* object) {
+            auto* self = static_cast<Encoder*>(object);
+            (self->*self->step_)();
+        };
+        if (runGuarded(png_jmpbuf(png_), body, this)) return {};
+        return status_.ok() ? Status(Failure{std::string("The PNG picture cannot be written (") + message_ + ")."})
+                            : status_;
     }
 
     [[noreturn]] static void fail(png_structp png, png_const_charp message) {
@@ -141,36 +130,23 @@ private:
         }
         return status_.ok();
     }
-    [[noreturn]] void stop() {
-        status_ = cancelled();
-        png_error(png_, "cancelled");
-    }
 
-    void write() {
+    void writeHead() {
         png_set_write_fn(png_, this, &Encoder::put, &Encoder::flush);
         png_set_user_limits(png_, TBitmap::maxSide, TBitmap::maxSide);
         png_set_IHDR(png_, info_, static_cast<png_uint_32>(bitmap_.width()), static_cast<png_uint_32>(bitmap_.height()),
-                     depth_, colourType(), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
+                     rows_.depth(), colourType(), PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
+                     PNG_FILTER_TYPE_DEFAULT);
         if (!colours_.empty()) png_set_PLTE(png_, info_, colours_.data(), static_cast<int>(colours_.size()));
         if (!alphas_.empty()) png_set_tRNS(png_, info_, alphas_.data(), static_cast<int>(alphas_.size()), nullptr);
-        png_set_filter(png_, PNG_FILTER_TYPE_BASE, flat_ ? PNG_FILTER_NONE : PNG_FILTER_PAETH);
-        png_set_compression_buffer_size(png_, imageChunkSize);
-        png_set_compression_level(png_, compressionLevel);
         png_write_info(png_, info_);
         for (const std::vector<uint8_t>& text : texts_) writeChunk("zTXt", text);
-        if (palette_) {
-            png_set_packing(png_);
-        } else {
-            png_set_bgr(png_);
-            if (!alpha_ && bitmap_.format() == PixelFormat::Bgra32) png_set_filler(png_, 0, PNG_FILLER_AFTER);
-        }
-        for (int32_t y = 0; y < bitmap_.height(); ++y) {
-            if (!proceed(progress_, y, bitmap_.height())) stop();
-            if (palette_) indexRow(bitmap_, y, *palette_, indices_);
-            png_write_row(png_, palette_ ? indices_.data() : bitmap_.row(y));
-        }
+    }
+    void writePiece() { writeChunk("IDAT", piece_); }
+    /// The end is a chunk like the others: png_write_end() wants to have compressed the rows itself.
+    void writeTail() {
         for (const PngChunk& chunk : extras_.chunks) writeChunk(chunk.type.c_str(), chunk.data);
-        png_write_end(png_, nullptr);
+        writeChunk("IEND", {});
     }
 
     void writeChunk(const char* type, std::span<const uint8_t> data) {
@@ -181,14 +157,12 @@ private:
     const PngExtras& extras_;
     const ByteSink& sink_;
     const Progress& progress_;
-    const bool alpha_;
-    bool flat_ = true;
-    int depth_ = 8;
-    std::optional<ColourTable> palette_;
+    PngRows rows_;
     std::vector<png_color> colours_;
     std::vector<png_byte> alphas_;
-    std::vector<uint8_t> indices_;
     std::vector<std::vector<uint8_t>> texts_;
+    std::span<const uint8_t> piece_;  ///< the next of the image data
+    void (Encoder::*step_)() = nullptr;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
     Status status_;

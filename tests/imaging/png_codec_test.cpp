@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "imaging/png_rows.h"
 #include "support/pictures.h"
 #include "support/png_maker.h"
 
@@ -110,6 +111,38 @@ TEST(PngWriter, RoundTripIsExact) {
                   file.size());
     }
     EXPECT_FALSE(encodePng(TBitmap()).ok());
+}
+
+/// Small pictures are compressed whole, the largest row by row.
+TEST(PngWriter, BothWaysOfCompressingHoldTheSameRows) {
+    const size_t pieceSize = 100;
+    for (const auto& [name, bitmap] : test::assortment()) {
+        SCOPED_TRACE(name);
+        std::vector<Bytes> unpacked;
+        for (const uint64_t wholeLimit : {wholeRowsLimit, uint64_t{0}}) {
+            PngRows rows(bitmap);
+            Bytes stream;
+            const ByteSink sink = [&stream, pieceSize](std::span<const uint8_t> piece) {
+                EXPECT_LE(piece.size(), pieceSize);
+                stream.insert(stream.end(), piece.begin(), piece.end());
+                return Status();
+            };
+            ASSERT_TRUE(compressRows(rows, pieceSize, sink, {}, wholeLimit).ok());
+            const size_t size = rows.rowBytes() * static_cast<size_t>(bitmap.height());
+            unpacked.push_back(test::inflated(stream, size));
+            EXPECT_EQ(unpacked.back().size(), size);
+            PngRows again(bitmap);
+            EXPECT_FALSE(compressRows(
+                             again, pieceSize, sink, [](double) { return false; }, wholeLimit)
+                             .ok());
+            EXPECT_EQ(
+                compressRows(
+                    again, pieceSize, [](std::span<const uint8_t>) { return Status(Failure{"full"}); }, {}, wholeLimit)
+                    .message(),
+                "full");
+        }
+        EXPECT_EQ(unpacked[0], unpacked[1]);
+    }
 }
 
 TEST(PngWriter, ExtrasComeBackInOrder) {

@@ -35,6 +35,15 @@ inline Bytes deflated(const Bytes& data) {
     return out;
 }
 
+/// The content of a zlib stream that holds `size` bytes; another length when it does not, empty when it is damaged.
+inline Bytes inflated(const Bytes& stream, size_t size) {
+    Bytes out(size + 1);
+    uLongf length = static_cast<uLongf>(out.size());
+    if (uncompress(out.data(), &length, stream.data(), static_cast<uLong>(stream.size())) != Z_OK) length = 0;
+    out.resize(length);
+    return out;
+}
+
 struct PngKind {
     int depth = 8;       ///< bits of a sample
     int colourType = 2;  ///< as in the file: 0 grey, 2 RGB, 3 palette, 4 grey + alpha, 6 RGB + alpha
