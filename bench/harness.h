@@ -36,5 +36,6 @@ TBitmap noisePicture(Size size, PixelFormat format);
 
 // The groups of benchmarks. main.cpp lists them.
 void effects();
+void files();
 
 }  // namespace glimmer::bench

@@ -12,6 +12,7 @@ int main(int argc, char** argv) {
         void (*run)();
     } groups[] = {
         {"effects", glimmer::bench::effects},
+        {"files", glimmer::bench::files},
     };
     try {
         for (const auto& group : groups) {

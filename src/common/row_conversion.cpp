@@ -50,6 +50,21 @@ void widenRow(uint8_t* to, const uint8_t* from, size_t count) {
     }
 }
 
+void swapRedAndBlue(uint8_t* to, const uint8_t* from, size_t count) {
+    const __m128i outer = _mm_set1_epi32(0x00FF00FF);
+    constexpr int exchanged = 0xB1;  // the two words of each pixel
+    for (; count >= 4; count -= 4, from += 16, to += 16) {
+        const __m128i pixels = load(from);
+        const __m128i moving = _mm_and_si128(pixels, outer);
+        const __m128i moved = _mm_shufflehi_epi16(_mm_shufflelo_epi16(moving, exchanged), exchanged);
+        store(to, _mm_or_si128(_mm_andnot_si128(outer, pixels), moved));
+    }
+    for (; count > 0; --count, from += 4, to += 4) {
+        const uint8_t pixel[] = {from[2], from[1], from[0], from[3]};
+        std::memcpy(to, pixel, sizeof pixel);
+    }
+}
+
 void narrowRow(uint8_t* to, const uint8_t* from, size_t count) {
     static const NarrowFunction narrow = chooseNarrow();
     narrow(to, from, count);

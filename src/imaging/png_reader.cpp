@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "common/row_conversion.h"
 #include "common/text.h"
 #include "imaging/colour_table.h"
 #include "imaging/jump_guard.h"
@@ -245,8 +246,8 @@ private:
         const size_t width = width_;
         const Pixel* palette = palette_.data();
         if (layout_ == Layout::Rgb) {
-            for (size_t x = 0; x < width; ++x)
-                put(to + x * 4, opaquePixel(from[x * 3], from[x * 3 + 1], from[x * 3 + 2]));
+            widenRow(to, from, width);
+            swapRedAndBlue(to, to, width);
         } else {
             for (size_t x = 0; x < width; ++x) put(to + x * 4, palette[from[x]]);
         }

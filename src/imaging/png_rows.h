@@ -38,6 +38,7 @@ private:
     int depth_ = 8;
     size_t pixelBytes_ = 0;
     std::vector<uint8_t> indices_;  ///< with a palette: of one row
+    std::vector<uint8_t> wide_;     ///< in colours: pixels of four bytes on their way
     std::vector<uint8_t> row_;      ///< filtered: the unfiltered bytes of this row
     std::vector<uint8_t> above_;    ///< and those of the row before
 };
