@@ -10,20 +10,26 @@ unix_path() {
     if [[ $path == [Zz]:* ]]; then echo "${path:2}"; else echo "$wine_prefix/drive_c${path:2}"; fi
 }
 
-# The visible window, other than a tool tip or menu, whose title or class was given by this program's start: its
-# number is printed once it is there. Gives up after a minute, or when the program ends.
-wait_for_window() {
-    local program=$1 number geometry deadline=$((SECONDS + 60))
+# Waits until the program's main window is there: of the program's windows the one that is larger than any dialog.
+# A notice that stands in front of it is answered as a user would. Gives up after a minute, or when the program ends.
+wait_for_main_window() {
+    local program=$1 number geometry deadline=$((SECONDS + 60)) seen=''
     while [ $SECONDS -lt $deadline ] && kill -0 "$program" 2>/dev/null; do
-        for number in $(xdotool search --onlyvisible --name . 2>/dev/null); do
+        for number in $(xdotool search --onlyvisible --class 'glimmerpad\.exe' 2>/dev/null); do
             geometry=$(xdotool getwindowgeometry --shell "$number" 2>/dev/null) || continue
             eval "$(grep -E '^(WIDTH|HEIGHT)=[0-9]+$' <<<"$geometry")"
-            # A window of some size that is not the root window, which fills the screen.
-            if [ "${WIDTH:-0}" -ge 400 ] && [ "${HEIGHT:-0}" -ge 250 ] && [ "$WIDTH" -lt 1600 ]; then
-                echo "$number"
-                return
-            fi
+            [ "${WIDTH:-0}" -ge 600 ] && [ "${HEIGHT:-0}" -ge 400 ] && seen=yes
         done
+        # The notice comes at once after the window.
+        if [ -n "$seen" ]; then
+            sleep 1
+            if number=$(xdotool search --onlyvisible --name '^(Error|Warning|Information)$' 2>/dev/null | tail -1) && [ -n "$number" ]; then
+                say "answering the notice \"$(xdotool getwindowname "$number" 2>/dev/null)\""
+                xdotool windowfocus "$number" key --clearmodifiers Return 2>/dev/null || true
+                sleep 1
+            fi
+            return
+        fi
         sleep 0.1
     done
     return 1
@@ -48,7 +54,7 @@ run_on_virtual_display() {
     # Its own process, which is ended at the end; nothing of the caller's output stays open in it.
     "${wine_loader[@]}" "$program" "$(windows_path "$picture")" </dev/null >"$build/run.log" 2>&1 &
     pid=$!
-    if ! wait_for_window $pid >/dev/null; then
+    if ! wait_for_main_window $pid; then
         kill $pid 2>/dev/null || true
         die "no window came up; see build/run.log"
     fi
