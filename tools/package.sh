@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2154
-# ./dev package: what people install, as a zip file. Sourced by ./dev.
+# ./dev package: what people install, as a zip file and as an installer. Sourced by ./dev.
 
 # The licences of everything that is linked in: our libraries', zlib's and those of the compiler's run-time.
 collect_licences() {
@@ -19,21 +19,62 @@ collect_licences() {
     cp /usr/share/doc/mingw-w64-i686-dev/copyright "$folder/mingw-w64-runtime.txt"
 }
 
+product_version() { sed -nE 's/^project\(glimmerpad VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt"; }
+
+# Lays out what is shipped in a folder that is made anew.
+stage_package() {
+    local folder=$1
+    rm -rf "$folder"
+    mkdir -p "$folder/include"
+    cp "$build/windows/bin/glimmerpad.dll" "$build/windows/bin/glimmerpad.exe" "$folder/"
+    cp "$root/include/glimmerpad.h" "$folder/include/"
+    cp "$root/README.md" "$root/docs/host-interface.md" "$folder/"
+    collect_licences "$folder/licences"
+}
+
+# The installer's instructions: it writes exactly these files, and its uninstaller removes exactly these.
+list_for_installer() {
+    local folder=$1 name directory windows
+    echo '!ifdef INSTALL_FILES'
+    (cd "$folder" && find . -type f -printf '%P\n' | sort) | while read -r name; do
+        directory=$(dirname "$name")
+        windows=${directory//\//\\}
+        echo "SetOutPath \"\$INSTDIR\\${windows#.}\""
+        echo "File \"$folder/$name\""
+    done
+    echo '!endif'
+    echo '!ifdef UNINSTALL_FILES'
+    (cd "$folder" && find . -type f -printf '%P\n' | sort) | while read -r name; do
+        echo "Delete \"\$INSTDIR\\${name//\//\\}\""
+    done
+    (cd "$folder" && find . -mindepth 1 -type d -printf '%P\n' | sort -r) | while read -r name; do
+        echo "RMDir \"\$INSTDIR\\${name//\//\\}\""
+    done
+    echo '!endif'
+}
+
+# Makes the installer from a folder that stage_package laid out.
+make_installer() {
+    local folder=$1 installer=$2
+    list_for_installer "$folder" >"$folder.nsh"
+    makensis -V2 -NOCD -DVERSION="$(product_version)" -DFILES="$folder.nsh" -DOUTPUT="$installer" \
+        -DICON="$root/src/resources/glimmerpad.ico" "$root/packaging/installer.nsi" >"$folder.nsis.log" ||
+        { cat "$folder.nsis.log" >&2; die "the installer could not be made"; }
+}
+
 make_package() {
-    install_packages zip unzip
     setup
-    build_preset windows glimmerpad glimmerpad_launcher
-    "$root/tests/package/check_library.sh" "$build/windows/bin/glimmerpad.dll"
-    local version name
-    version=$(sed -nE 's/^project\(glimmerpad VERSION ([0-9.]+).*/\1/p' "$root/CMakeLists.txt")
-    name=glimmerpad-$version
-    rm -rf "$build/package/$name" "$build/package/$name.zip"
-    mkdir -p "$build/package/$name/include"
-    cp "$build/windows/bin/glimmerpad.dll" "$build/windows/bin/glimmerpad.exe" "$build/package/$name/"
-    cp "$root/include/glimmerpad.h" "$build/package/$name/include/"
-    cp "$root/README.md" "$root/docs/host-interface.md" "$build/package/$name/"
-    collect_licences "$build/package/$name/licences"
+    install_packages zip
+    build_preset windows glimmerpad glimmerpad_launcher >&2
+    "$root/tests/package/check_library.sh" "$build/windows/bin/glimmerpad.dll" >&2
+    local folder name
+    name=glimmerpad-$(product_version)
+    folder=$build/package/$name
+    stage_package "$folder"
+    rm -f "$folder.zip"
     (cd "$build/package" && zip -q -r -9 -X "$name.zip" "$name" && unzip -tq "$name.zip" >/dev/null)
-    say "glimmerpad.dll: $(stat -c %s "$build/windows/bin/glimmerpad.dll") bytes, packed: $(stat -c %s "$build/package/$name.zip") bytes"
-    echo "$build/package/$name.zip"
+    make_installer "$folder" "$folder-setup.exe"
+    say "glimmerpad.dll: $(stat -c %s "$build/windows/bin/glimmerpad.dll") bytes, packed: $(stat -c %s "$folder.zip") bytes," \
+        "installer: $(stat -c %s "$folder-setup.exe") bytes"
+    printf '%s\n' "$folder.zip" "$folder-setup.exe"
 }

@@ -1,0 +1,111 @@
+#!/usr/bin/env bash
+# check_installer.sh: the installer, run silently under Wine, installs what the package holds, and its uninstaller
+# leaves files and registry as they were: for one user and for all, with and without what can be chosen. A program
+# that runs is neither replaced nor removed.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+prefix=$root/build/wine
+work=$root/build/check_installer
+export WINEDEBUG=-all
+failed=0
+complain() { echo "installer: $*" >&2; failed=1; }
+in_wine() { timeout 60 "$root/dev" wine "$@" </dev/null; }
+
+rm -rf "$work"
+mkdir -p "$work"
+mapfile -t packages < <("$root/dev" package 2>"$work/package.log")
+staged=${packages[0]%.zip}
+installer=${packages[1]}
+
+# Every file of the prefix but those the system itself changes, and the registry's two keys for programs as text.
+snapshot() {
+    (cd "$prefix/drive_c" && find . \( -path './windows/temp' -o -path '*/Temp' -o -path './users/*/AppData/*/Glimmerpad*' \
+        -o -path './users/*/Pictures' \) -prune -o -print | sort) >"$work/$1.files"
+    local key
+    for key in CURRENT_USER LOCAL_MACHINE; do
+        in_wine regedit /E "Z:${work//\//\\}\\$1.$key.reg" "HKEY_$key\\Software" >/dev/null
+        iconv -f UTF-16 -t UTF-8 "$work/$1.$key.reg" | tr -d '\r' | grep -v 'Software.Wine.Temporary' >"$work/$1.$key"
+    done
+}
+
+expect_as_before() {
+    local part
+    for part in files CURRENT_USER LOCAL_MACHINE; do
+        diff "$work/before.$part" "$work/$1.$part" >"$work/$1.$part.diff" || {
+            complain "$1: $part differ from before:"
+            head -20 "$work/$1.$part.diff" >&2
+        }
+    done
+}
+
+# The folder holds what the package holds, byte for byte, the uninstaller, and once it ran, the user's settings.
+expect_installed() {
+    diff -r "$staged" "$1" | grep -vE "^Only in $1: (uninstall.exe|zk_settings.ini)\$" >"$work/installed.diff" || true
+    [ ! -s "$work/installed.diff" ] || { complain "not what was packed:"; head -20 "$work/installed.diff" >&2; }
+    [ -f "$1/uninstall.exe" ] || complain "no uninstaller in $1"
+}
+
+# The uninstaller goes on from a copy of itself; it is done when its file is gone.
+uninstall() {
+    in_wine "$1/uninstall.exe" /S || complain "uninstalling answered $?"
+    local tries=0
+    while [ -e "$1/uninstall.exe" ] && [ $tries -lt 100 ]; do
+        sleep 0.2
+        tries=$((tries + 1))
+    done
+    # Its last step is the folder.
+    sleep 0.5
+}
+
+value() { in_wine reg query "$1" "${@:2}" 2>/dev/null | tr -d '\r' | sed -nE 's/^ +.* REG_SZ +//p'; }
+
+in_wine reg add 'HKLM\Software\Classes\.gmp' /ve /d Somebody.Else /f >/dev/null
+mkdir -p "$prefix/drive_c/users/$(id -un)/AppData/Local/Programs"
+snapshot before
+
+# For this user, in a folder of the installer's choice.
+in_wine "$installer" /S || complain "installing answered $?"
+folder=$(find "$prefix/drive_c/users" -maxdepth 5 -path '*/Programs/Glimmerpad' -type d)
+if [ -z "$folder" ]; then
+    complain "nothing was installed for the user"
+    exit 1
+fi
+expect_installed "$folder"
+[ -n "$(value 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Glimmerpad' /v DisplayVersion)" ] ||
+    complain "the system does not know how to uninstall"
+[ "$(value 'HKLM\Software\Classes\.gmp' /ve)" = Somebody.Else ] || complain "files were associated without being asked"
+
+# The program runs from there, and while it does nothing is taken away from under it.
+in_wine "$folder/glimmerpad.exe" &
+program=$!
+for _ in $(seq 100); do
+    in_wine tasklist 2>/dev/null | grep -qi glimmerpad.exe && break
+    kill -0 $program 2>/dev/null || break
+    sleep 0.1
+done
+sleep 1
+kill -0 $program 2>/dev/null || complain "the installed program does not run"
+in_wine "$installer" /S && complain "the installer replaces a program that runs"
+in_wine "$folder/glimmerpad.exe" -TERMINATE || true
+wait $program || true
+expect_installed "$folder"
+echo "the user's own" >"$folder/notes.txt"
+uninstall "$folder"
+[ "$(ls "$folder" | xargs)" = "notes.txt zk_settings.ini" ] || complain "left of the user's own files: $(ls "$folder")"
+rm -rf "$folder"
+snapshot user
+expect_as_before user
+
+# For all users, with everything that can be chosen.
+folder="$prefix/drive_c/Program Files/Glimmerpad"
+in_wine "$installer" /S /ALLUSERS /ASSOCIATE /DESKTOP || complain "installing answered $?"
+expect_installed "$folder"
+[ "$(value 'HKLM\Software\Classes\.gmp' /ve)" = Glimmerpad.Project ] || complain "project files are not associated"
+[ -n "$(find "$prefix/drive_c/users" -path '*Desktop/Glimmerpad.lnk')" ] || complain "no link on the desktop"
+uninstall "$folder"
+snapshot all
+expect_as_before all
+
+in_wine reg delete 'HKLM\Software\Classes\.gmp' /f >/dev/null
+[ $failed = 0 ] && echo "installer: installs, runs and goes without a trace"
+exit $failed
