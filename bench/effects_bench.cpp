@@ -32,6 +32,9 @@ void blurTable(const std::string& what, const TBitmap& picture) {
         const std::vector<double> times = compare(entrants, 7);
         for (size_t i = 0; i < entrants.size(); ++i)
             rows.push_back({entrants[i].name, ratio(radius), milliseconds(times[i]), ratio(times[i] / times[0])});
+#ifdef GLIMMER_HAVE_OPENCV
+        goalAtMost("blur, radius " + ratio(radius) + ", " + what + ": time of OpenCV's", times[1] / times[0], 1);
+#endif
     }
     printTable("Blur, 1920 x 1080, 24 bits, " + what, {"", "radius", "ms", "of the first"}, rows);
 }
@@ -67,6 +70,7 @@ void copyTable() {
     for (const auto& c : cases) {
         const std::vector<double> times = compare({memory(c.bytes), {c.name, c.work}}, 31);
         rows.push_back({c.name, milliseconds(times[1]), milliseconds(times[0]), ratio(times[0] / times[1])});
+        goalAtLeast(std::string(c.name) + ": speed of memcpy", times[0] / times[1], 0.5);
     }
     printTable("Pixel operations, 1920 x 1080", {"", "ms", "memcpy of the same bytes, ms", "speed of memcpy"}, rows);
 }

@@ -23,6 +23,16 @@ double processorTime() {
 #endif
 }
 
+/// The rows of the last table.
+std::vector<std::vector<std::string>>& goals() {
+    static std::vector<std::vector<std::string>> all;
+    return all;
+}
+
+void addGoal(const std::string& what, double reached, const char* sign, double limit, bool met) {
+    goals().push_back({what, ratio(reached), sign + ratio(limit), met ? "yes" : "no"});
+}
+
 }  // namespace
 
 std::vector<double> compare(const std::vector<Entrant>& entrants, int rounds) {
@@ -56,6 +66,18 @@ void printTable(const std::string& title, const std::vector<std::string>& column
     std::printf("|\n");
     for (const std::vector<std::string>& row : rows) line(row);
     std::fflush(stdout);
+}
+
+void goalAtMost(const std::string& what, double reached, double limit) {
+    addGoal(what, reached, "≤ ", limit, reached <= limit);
+}
+
+void goalAtLeast(const std::string& what, double reached, double limit) {
+    addGoal(what, reached, "≥ ", limit, reached >= limit);
+}
+
+void printGoals() {
+    if (!goals().empty()) printTable("Ratios and goals", {"", "ratio", "goal", "reached"}, goals());
 }
 
 std::string milliseconds(double time) {

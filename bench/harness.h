@@ -34,6 +34,12 @@ TBitmap pagePicture(const std::string& name, Size size, PixelFormat format);
 /// Every channel random.
 TBitmap noisePicture(Size size, PixelFormat format);
 
+/// Notes what is to be reached, for the table at the end: a ratio that is at most, or at least, `limit`.
+void goalAtMost(const std::string& what, double reached, double limit);
+void goalAtLeast(const std::string& what, double reached, double limit);
+/// All of them as one table.
+void printGoals();
+
 // The groups of benchmarks. main.cpp lists them.
 void effects();
 void files();

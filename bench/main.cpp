@@ -20,6 +20,7 @@ int main(int argc, char** argv) {
             for (int i = 1; i < argc; ++i) wanted = wanted || std::strcmp(argv[i], group.name) == 0;
             if (wanted) group.run();
         }
+        glimmer::bench::printGoals();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "glimmer_bench: %s\n", error.what());
         return 1;

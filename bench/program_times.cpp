@@ -30,10 +30,6 @@ namespace {
 /// Plain names only: no quotation marks, no backslash at the end.
 std::wstring quoted(const std::string& text) { return L"\"" + std::filesystem::path(text).wstring() + L"\""; }
 
-double milliseconds(const FILETIME& time) {
-    return static_cast<double>(static_cast<uint64_t>(time.dwHighDateTime) << 32U | time.dwLowDateTime) / 1e4;
-}
-
 }  // namespace
 
 std::optional<ProcessTimes> runProgram(const std::string& program, const std::vector<std::string>& arguments) {
@@ -46,15 +42,9 @@ std::optional<ProcessTimes> runProgram(const std::string& program, const std::ve
     if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made) == FALSE)
         return std::nullopt;
     WaitForSingleObject(made.hProcess, INFINITE);
-    ProcessTimes times{now() - begin, 0};
+    const ProcessTimes times{now() - begin, 0};
     DWORD code = 1;
     GetExitCodeProcess(made.hProcess, &code);
-    FILETIME created;
-    FILETIME ended;
-    FILETIME system;
-    FILETIME user;
-    GetProcessTimes(made.hProcess, &created, &ended, &system, &user);
-    times.processor = milliseconds(system) + milliseconds(user);
     CloseHandle(made.hThread);
     CloseHandle(made.hProcess);
     if (code != 0) return std::nullopt;

@@ -7,10 +7,10 @@
 
 namespace glimmer::bench {
 
-/// Milliseconds from a program's start to its end, and how many of them it had of all processors.
+/// Milliseconds from a program's start to its end, and how many it had of all processors together.
 struct ProcessTimes {
     double wall = 0;
-    double processor = 0;
+    double processor = 0;  ///< 0 on Windows, where Wine gives no such figure of a program that has ended
 };
 
 /// Runs a program, by its path or found where the system looks for programs, to its end and without its output;

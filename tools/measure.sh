@@ -3,21 +3,18 @@
 
 bench_packages=(libopencv-dev libvips-dev libvips-tools)
 
-# The benchmarks of the core on this machine, beside other libraries that do the same where the machine has them.
+# The benchmarks of the core on this machine, beside other libraries and programs that do the same, and then as a Windows
+# program, where there are none. The tables go to the standard output, all else to the other.
 run_benchmarks() {
     install_packages "${packages[@]}" "${bench_packages[@]}"
-    build_preset bench
-    local program
-    for program in "$build"/bench/bench/*_bench; do
-        [ -x "$program" ] || die "there are no benchmarks"
-        say "$(basename "$program")"
-        (cd "$root" && "$program" "$@")
-    done
-    # The same as a Windows program; there are no other libraries to compare with there.
-    setup
-    build_preset "$windows_preset" glimmer_bench
-    say "glimmer_bench as a $wine_bits-bit Windows program"
-    (cd "$root" && run_in_wine "$build/$windows_preset/bench/glimmer_bench.exe" "$@")
+    build_preset bench glimmer_bench >&2
+    cd "$root" || return
+    printf '## Natively\n'
+    "$build/bench/bench/glimmer_bench" "$@"
+    setup >&2
+    build_preset "$windows_preset" glimmer_bench >&2
+    printf '\n## As a %s-bit Windows program under Wine\n' "$wine_bits"
+    run_in_wine "$build/$windows_preset/bench/glimmer_bench.exe" "$@"
 }
 
 # fuzz SECONDS [NAME]: every fuzzer for that long, from its corpus; an input that crashes goes to fuzz/regressions/NAME.

@@ -21,8 +21,8 @@ namespace glimmer {
 
 namespace {
 
-constexpr size_t block = 64;      ///< values that are flat or not together
-constexpr size_t lane = 16;       ///< bytes that one instruction takes
+constexpr size_t block = 64;  ///< values that are flat or not together
+constexpr size_t lane = 16;   ///< bytes that one instruction takes
 constexpr size_t channels = 3;
 
 __m128i load(const uint8_t* from) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from)); }
@@ -177,9 +177,9 @@ TGaussianKernel makeGaussianKernel(double radius) {
     TGaussianKernel kernel;
     double sum = 0;
     for (int32_t tap = -largestKernel; tap <= largestKernel; ++tap) {
-        const double place = tap / radius;
-        const auto weight = static_cast<float>(std::exp(-(place * place) / 2));
-        kernel.weights[static_cast<size_t>(tap + largestKernel)] = weight;
+        const double distance = tap / radius;
+        const auto weight = static_cast<float>(std::exp(-(distance * distance) / 2));
+        kernel.weights[TGaussianKernel::place(tap)] = weight;
         sum += static_cast<double>(weight);
     }
     for (float& weight : kernel.weights) weight = static_cast<float>(static_cast<double>(weight) / sum);
@@ -194,7 +194,7 @@ TGaussianKernel makeGaussianKernel(double radius) {
     sum = 0;
     for (int32_t tap = -kernel.size; tap <= kernel.size; ++tap) sum += static_cast<double>(kernel.weight(tap));
     for (int32_t tap = -kernel.size; tap <= kernel.size; ++tap) {
-        float& weight = kernel.weights[static_cast<size_t>(tap + largestKernel)];
+        float& weight = kernel.weights[TGaussianKernel::place(tap)];
         weight = static_cast<float>(static_cast<double>(weight) / sum);
     }
     return kernel;

@@ -18,7 +18,12 @@ struct TGaussianKernel {
     /// Weights of the taps -100 to +100. Only those from -size to +size count; they sum to 1, up to rounding.
     std::array<float, 2 * largestKernel + 1> weights{};
 
-    [[nodiscard]] float weight(int32_t tap) const { return weights[static_cast<size_t>(tap + largestKernel)]; }
+    /// Where the weight of a tap stands.
+    static size_t place(int32_t tap) {
+        const int32_t index = tap + largestKernel;
+        return static_cast<size_t>(index);
+    }
+    [[nodiscard]] float weight(int32_t tap) const { return weights[place(tap)]; }
 };
 
 /// The kernel for a standard deviation of `radius` pixels, radius > 0.

@@ -94,7 +94,7 @@ private:
             }
             colours[i * 4 + 3] = 255;
         }
-        if (transparent_) std::fill_n(colours.begin() + *transparent_ * 4, 4, uint8_t{0});
+        if (transparent_) std::fill_n(colours.begin() + std::ptrdiff_t{4} * *transparent_, 4, uint8_t{0});
 
         std::vector<uint8_t> indices(static_cast<size_t>(frame.Width));
         struct Pass {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace glimmer {
@@ -21,7 +22,7 @@ std::array<uint8_t, glowMargin * glowMargin + 1> makeStrengths() {
     for (int32_t square = 1; square < glowMargin * glowMargin; ++square) {
         while ((distance + 1) * (distance + 1) <= square * 64 * 64) ++distance;
         const double left = (glowMargin - distance / 64.0) / (glowMargin - 1);
-        table[static_cast<size_t>(square)] = static_cast<uint8_t>(255 * left * left + 0.5);
+        table[static_cast<size_t>(square)] = static_cast<uint8_t>(std::lround(255 * left * left));
     }
     return table;
 }
@@ -87,7 +88,7 @@ Result<TBitmap> glow(const TBitmap& picture, const Region& region, Colour colour
 
     ColumnDistances columns(region, plane);
     const auto width = static_cast<size_t>(plane.width());
-    std::vector<uint16_t> squares(width + 2 * glowMargin, uint16_t{glowMargin * glowMargin});
+    std::vector<uint16_t> squares(width + size_t{2} * glowMargin, uint16_t{glowMargin * glowMargin});
     std::vector<uint16_t> nearest(width);
     const size_t step = picture.bytesPerPixel();
     for (int32_t y = 0; y < plane.height(); ++y) {

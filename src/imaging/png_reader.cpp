@@ -101,7 +101,7 @@ Result<Walk> walk(std::span<const uint8_t> file) {
         const Failure cutShort{"The PNG picture is cut short."};
         if (file.size() - at < 12) return cutShort;
         const std::optional<PngChunkPlace> chunk = parseChunkHeader(file.subspan(at).first<8>(), at);
-        if (!chunk) return Failure{"The PNG picture is damaged."};
+        if (!chunk || (count == 0) != (chunk->name() == "IHDR")) return Failure{"The PNG picture is damaged."};
         if (chunk->length > file.size() - at - 12) return cutShort;
         if (isPicture(*chunk)) {
             result.feed.add(at, chunk->length + 12);

@@ -10,8 +10,14 @@
 #include "common/bytes.h"
 #include "common/text.h"
 #include "editor/annotation_record.h"
+#include "editor/commands/crop_picture.h"
+#include "editor/commands/draw_operation.h"
+#include "editor/document.h"
 #include "imaging/png_chunks.h"
 #include "output/uPNGChunk.h"
+#include "support/pictures.h"
+#include "support/scratch_folder.h"
+#include "support/tools.h"
 
 namespace glimmer {
 namespace {
@@ -399,35 +405,103 @@ bool contains(const Bytes& data, const TBitmap& secret) {
     return false;
 }
 
-TEST(Redaction, NoErasedPixelIsInAnyChunk) {
-    Random random(99);
-    TBitmap background = random.picture(64, 48);
-    background.fill(background.bounds(), rgb(240, 240, 240));
-    TBitmap secret = random.picture(24, 8);
-    for (int32_t y = 0; y < 8; ++y)
-        for (int32_t x = 0; x < 24; ++x) secret.row(y)[x * 4 + 3] = 255;
-    copyPixels(background, {10, 10}, secret);
-    const auto everything = [](const Bytes& file) {
-        // The file, and all pictures in it unpacked.
-        Bytes all = file;
-        const PngPicture png = readPng(file).take();
-        all.insert(all.end(), png.bitmap.bytes().begin(), png.bitmap.bytes().end());
-        for (const PngChunk& chunk : png.extras.chunks) {
-            all.insert(all.end(), chunk.data.begin(), chunk.data.end());
-            if (chunk.type != TChunkbBPn::type) continue;
-            const PngPicture inner = readPng(chunk.data).take();
-            EXPECT_TRUE(inner.extras.chunks.empty() && inner.extras.texts.empty());
-            all.insert(all.end(), inner.bitmap.bytes().begin(), inner.bitmap.bytes().end());
-        }
-        return all;
-    };
-    const TShapesList shapes = random.list(5);
-    const Bytes before = written(background, background, shapes, background.bounds(), "");
-    EXPECT_TRUE(contains(everything(before), secret)) << "the search finds what is there";
-    background.fill({10, 10, 34, 18}, rgb(0, 0, 0));
-    const Bytes after = written(background, background, shapes, background.bounds(), "");
-    EXPECT_FALSE(contains(everything(after), secret));
+/// The file, and all pictures in it unpacked.
+Bytes everythingIn(const Bytes& file) {
+    Bytes all = file;
+    const PngPicture png = readPng(file).take();
+    all.insert(all.end(), png.bitmap.bytes().begin(), png.bitmap.bytes().end());
+    for (const PngChunk& chunk : png.extras.chunks) {
+        all.insert(all.end(), chunk.data.begin(), chunk.data.end());
+        if (chunk.type != TChunkbBPn::type) continue;
+        const PngPicture inner = readPng(chunk.data).take();
+        EXPECT_TRUE(inner.extras.chunks.empty() && inner.extras.texts.empty());
+        all.insert(all.end(), inner.bitmap.bytes().begin(), inner.bitmap.bytes().end());
+    }
+    return all;
 }
+
+TEST(Redaction, NoErasedPixelIsInAnyChunk) {
+    constexpr Rect place{10, 10, 34, 18};
+    const PixelSelection selection{{place.left, place.top, place.right - 1, place.bottom - 1}};
+    using Erase = std::function<std::unique_ptr<UndoCommand>(const TBitmap&)>;
+    const std::pair<const char*, Erase> ways[] = {
+        {"fill",
+         [&](const TBitmap& picture) {
+             return std::make_unique<DrawOperation>(makeFill(picture, nullptr, &selection, 0).take());
+         }},
+        {"blur",
+         [&](const TBitmap& picture) {
+             return std::make_unique<DrawOperation>(applyEffect(2, picture, nullptr, &selection, 25).take());
+         }},
+        {"crop beside",
+         [&](const TBitmap&) {
+             return std::make_unique<CropPicture>(Rect{place.right, 0, 64, 48});
+         }},
+        {"crop below",
+         [&](const TBitmap&) {
+             return std::make_unique<CropPicture>(Rect{0, place.bottom, 64, 48});
+         }},
+    };
+    for (const auto& [name, erase] : ways) {
+        SCOPED_TRACE(name);
+        Random random(99);
+        TBitmap picture = TBitmap::create(64, 48, PixelFormat::Bgra32).take();
+        picture.fill(picture.bounds(), rgb(240, 240, 240));
+        TBitmap secret = random.picture(place.width(), place.height());
+        for (size_t i = 3; i < secret.byteCount(); i += 4) secret.bytes()[i] = 255;
+        copyPixels(picture, {place.left, place.top}, secret);
+        const std::unique_ptr<CaptureDocument> capture =
+            CaptureDocument::create(std::move(picture), {}, random.list(5)).take();
+        const auto saved = [&] {
+            const TBitmap& background = capture->background();
+            return everythingIn(written(background, background, capture->annotations(), background.bounds(), ""));
+        };
+        EXPECT_TRUE(contains(saved(), secret)) << "the search finds what is there";
+        ASSERT_TRUE(capture->run(erase(capture->background())).ok());
+        EXPECT_FALSE(contains(saved(), secret));
+        // The history keeps the pixels, for undoing; no file does.
+        ASSERT_TRUE(capture->undo().ok());
+        ASSERT_TRUE(capture->redo().ok());
+        EXPECT_FALSE(contains(saved(), secret));
+    }
+}
+
+#ifndef _WIN32
+
+/// One program that copies chunks it does not know, as their names allow, and one that drops them.
+TEST(EditablePng, OpensAfterAnotherProgramSavedIt) {
+    const test::ScratchFolder folder("resaved");
+    Random random(12);
+    const TBitmap background = test::page(80, 60, PixelFormat::Bgra32, 300);
+    const TBitmap flat = test::page(80, 60, PixelFormat::Bgra32, 300, 2);
+    TShapesList shapes;
+    for (int i = 0; i < 3; ++i) shapes.add(TBBShape(random.annotation()));
+    const Rect area{5, 6, 70, 50};
+    const std::filesystem::path path = folder.path() / "saved.png";
+    const std::filesystem::path again = folder.path() / "again.png";
+    ASSERT_TRUE(writeFile(path, written(flat, background, shapes, area, "kept")).ok());
+
+    test::ToolResult ran = test::runTool("optipng -force -o1 -out " + test::quoted(again) + " " + test::quoted(path));
+    ASSERT_EQ(ran.code, 0) << ran.output;
+    Bytes file = readFile(again, PngLimits::fileBytes).take();
+    EXPECT_TRUE(samePixels(readPng(file)->bitmap, flat));
+    OpenedPicture opened = readEditablePng(file).take();
+    ASSERT_TRUE(opened.editable);
+    EXPECT_TRUE(samePixels(opened.picture.background, background));
+    EXPECT_EQ(opened.picture.shapes, shapes);
+    EXPECT_EQ(opened.picture.area, area);
+    EXPECT_EQ(opened.picture.notes, "kept");
+
+    ran = test::runTool("convert " + test::quoted(path) + " " + test::quoted(again));
+    ASSERT_EQ(ran.code, 0) << ran.output;
+    file = readFile(again, PngLimits::fileBytes).take();
+    opened = readEditablePng(file).take();
+    EXPECT_FALSE(opened.editable);
+    EXPECT_TRUE(opened.picture.shapes.empty());
+    EXPECT_TRUE(samePixels(opened.picture.background, flat));
+}
+
+#endif
 
 TEST(EditablePng, ProgressRisesAndCanStop) {
     Random random(4);

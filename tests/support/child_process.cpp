@@ -20,7 +20,8 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION made = {};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made) == FALSE)
+    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made) ==
+        FALSE)
         return;
     CloseHandle(made.hThread);
     process_ = reinterpret_cast<intptr_t>(made.hProcess);
@@ -57,7 +58,9 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     if (posix_spawn(&child, program.c_str(), nullptr, nullptr, pointers.data(), environ) == 0) process_ = child;
 }
 
-bool ChildProcess::running() const { return process_ != 0 && waitpid(static_cast<pid_t>(process_), nullptr, WNOHANG) == 0; }
+bool ChildProcess::running() const {
+    return process_ != 0 && waitpid(static_cast<pid_t>(process_), nullptr, WNOHANG) == 0;
+}
 
 void ChildProcess::kill() {
     if (process_ == 0) return;
