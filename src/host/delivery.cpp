@@ -9,6 +9,10 @@
 namespace glimmer {
 
 void deliver(Delivery delivery) {
+    if (!delivery.unusable.empty()) {
+        pProgram->refusePicture(delivery.unusable, static_cast<uint32_t>(delivery.action));
+        return;
+    }
     pProgram->HandleCapture(delivery.url, delivery.title, delivery.tag, delivery.png, std::move(delivery.bitmap),
                             static_cast<uint32_t>(delivery.action), delivery.width, delivery.height);
 }

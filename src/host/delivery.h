@@ -16,6 +16,7 @@ struct Delivery {
     std::string tag;
     std::optional<std::span<const uint8_t>> png;
     std::optional<TBitmap> bitmap;
+    std::string unusable;  ///< why the picture that came cannot be used; empty: it can, or none came
     int32_t action = 0;
     int32_t width = 0;  ///< size that the picture shall get; 0 leaves it
     int32_t height = 0;

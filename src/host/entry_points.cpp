@@ -17,7 +17,6 @@
 #include "host/start_rules.h"
 #include "host/uProgram.h"
 #include "imaging/png_codec.h"
-#include "settings/message_box.h"
 
 namespace glimmer {
 
@@ -26,23 +25,14 @@ namespace {
 GlimmerpadHostNotify HostNotify = nullptr;
 
 void callHost(const std::string& name, const std::string& value) {
-    if (HostNotify != nullptr) HostNotify(name.c_str(), toWide(value).c_str());
+    if (HostNotify == nullptr) return;
+    const HostCall call;  // the host may call back from there
+    HostNotify(name.c_str(), toWide(value).c_str());
 }
 
 std::string hostText(const wchar_t* text) { return fromWide(text, GLIMMERPAD_MAX_TEXT); }
 
 std::string fileNameOf(const std::string& path) { return path.substr(folderOf(path).size()); }
-
-/// The PNG file that a host points at without saying how long it is. One that is damaged or runs out of readable
-/// memory counts as none, and the user is told.
-std::optional<std::span<const uint8_t>> hostPng(const void* data) {
-    if (data == nullptr) return std::nullopt;
-    const auto* bytes = static_cast<const uint8_t*>(data);
-    const Result<size_t> length = measurePng(bytes, isReadable);
-    if (length) return std::span(bytes, *length);
-    showError(length.message());
-    return std::nullopt;
-}
 
 void GLIMMERPAD_CALL hostInit(uint8_t kind, const GlimmerpadHostRecord* host) {
     if (host == nullptr) return;
@@ -56,14 +46,24 @@ void GLIMMERPAD_CALL hostInit(uint8_t kind, const GlimmerpadHostRecord* host) {
 void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const wchar_t* tag, const void* data,
                                  int32_t action, int32_t width, int32_t height) {
     guarded([=] {
-        if (!ensureProgram()) return;
+        const HostCall call;
+        if (shutdownWaits() || !ensureProgram()) return;
         prepareMainEditor();
         if (!isInternetExplorer() && !isChrome()) pProgram->offerIntegration();
         Delivery delivery;
         delivery.url = hostText(url);
         delivery.title = hostText(title);
         delivery.tag = hostText(tag);
-        delivery.png = hostPng(data);
+        if (data != nullptr) {
+            // It comes without a length.
+            const auto* bytes = static_cast<const uint8_t*>(data);
+            const Result<size_t> length = measurePng(bytes, isReadable);
+            if (length) {
+                delivery.png = std::span(bytes, *length);
+            } else {
+                delivery.unusable = length.message();
+            }
+        }
         delivery.action = action;
         delivery.width = width;
         delivery.height = height;
@@ -71,15 +71,25 @@ void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const
     });
 }
 
-void GLIMMERPAD_CALL hostShutdown() { guarded(shutDownProgram); }
+void GLIMMERPAD_CALL hostShutdown() {
+    guarded([] {
+        const HostCall call;
+        shutDownProgram();
+    });
+}
 
 int32_t GLIMMERPAD_CALL hostExecute(const wchar_t* command, void* out, uintptr_t arg1, uintptr_t arg2) {
     if (command == nullptr) return 0;
-    return guarded(0, [=] { return executeCommand(hostText(command), {out, arg1, arg2}); });
+    return guarded(0, [=] {
+        const HostCall call;
+        return shutdownWaits() ? 0 : executeCommand(hostText(command), {out, arg1, arg2});
+    });
 }
 
 void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title, int32_t code) {
     guarded([=] {
+        const HostCall call;
+        if (shutdownWaits()) return;
         std::optional<DrawingSurface>& pending = hostState().pendingBitmap;
         if (!pProgram || !pending) return;
         TBitmap bitmap = std::move(*pending).takeBitmap();

@@ -1,8 +1,10 @@
 #include "host/host_state.h"
 
+#include "host/boundary.h"
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/toolkit.h"
 #include "host/uProgram.h"
+#include "settings/message_box.h"
 #include "settings/settings.h"
 
 namespace glimmer {
@@ -23,17 +25,54 @@ bool ensureProgram() {
     return pProgram != nullptr;
 }
 
+namespace {
+
+int hostCalls = 0;  // in and back, one inside the other
+bool shutdownWaiting = false;
+
+void shutDownNow() {
+    if (!pProgram) return;
+    pProgram->closeWindows();
+    pProgram.reset();
+    runDeferredWork();
+    closeSettings();
+}
+
+/// Shuts down if that waits and nothing of ours is on the stack any more; whether it does not wait any longer.
+bool tryWaitingShutdown() {
+    if (!shutdownWaiting) return true;
+    if (hostCalls > 0 || insideModal()) return false;
+    shutdownWaiting = false;
+    setMessageBoxes(&systemMessageBoxes());
+    shutDownNow();
+    return true;
+}
+
+}  // namespace
+
+HostCall::HostCall() { ++hostCalls; }
+
+HostCall::~HostCall() {
+    --hostCalls;
+    guarded([] { tryWaitingShutdown(); });
+}
+
+bool shutdownWaits() { return shutdownWaiting; }
+
 void shutDownProgram() {
     HostState& state = hostState();
     state.pendingBitmap.reset();
     state.foregroundPatch.reset();
     state.captureTiles.clear();
     state.ChromeRenderWidget = nullptr;
-    if (!pProgram) return;
-    pProgram->closeWindows();
-    pProgram.reset();
-    runDeferredWork();
-    closeSettings();
+    // The first call is the one that asks for this.
+    if (hostCalls <= 1 && !insideModal()) {
+        shutDownNow();
+        return;
+    }
+    shutdownWaiting = true;
+    setMessageBoxes(nullptr);  // nobody is asked any more
+    cancelModalsUntil(tryWaitingShutdown);
 }
 
 }  // namespace glimmer

@@ -37,6 +37,23 @@ HostState& hostState();
 bool ensureProgram();
 
 /// Closes the controller's windows, releases it and everything of the host state that a capture needs.
+///
+/// A host may ask for it while a call of its own, or a command of the user's, still waits for a dialog or for the
+/// host itself. Then everything that is open is cancelled, and the program ends as soon as nothing of it is on the
+/// stack any more.
 void shutDownProgram();
+/// Whether a shutdown waits for that. Until then the host gets nothing done.
+bool shutdownWaits();
+
+/// Stands where a host calls in, and where it is called back.
+class HostCall {
+public:
+    HostCall();
+    ~HostCall();
+    HostCall(const HostCall&) = delete;
+    HostCall& operator=(const HostCall&) = delete;
+    HostCall(HostCall&&) = delete;
+    HostCall& operator=(HostCall&&) = delete;
+};
 
 }  // namespace glimmer

@@ -9,10 +9,9 @@
 extern "C" {
 
 BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_ATTACH) {
-        glimmer::setLibraryModule(module);
-        DisableThreadLibraryCalls(module);
-    }
+    // Nothing else belongs here. Word of threads that come and go stays on: the run-time library that is linked in
+    // frees what it keeps for each thread when that one ends.
+    if (reason == DLL_PROCESS_ATTACH) glimmer::setLibraryModule(module);
     return TRUE;
 }
 

@@ -11,13 +11,21 @@
 #include <wx/dialog.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
+#include <wx/modalhook.h>
 #include <wx/msw/private.h>
 // clang-format off
 #include <windows.h>
 // clang-format on
 
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
 #include "common/library_module.h"
+#include "common/modal_scope.h"
 #include "host/boundary.h"
+#include "settings/message_box.h"
 
 namespace glimmer {
 
@@ -25,11 +33,25 @@ namespace {
 
 constexpr wchar_t idleWindowClass[] = L"GlimmerpadIdle";
 constexpr UINT_PTR idleTimer = 1;
+constexpr UINT_PTR cancelTimer = 2;
+constexpr UINT cancelPeriod = 30;  // milliseconds
 
 HHOOK messageHook = nullptr;
 HWND idleWindow = nullptr;
 bool idleWanted = false;
 bool terminated = false;
+int toolkitDialogs = 0;  ///< modal ones that are open
+std::function<bool()> cancelAttempt;
+
+/// Counts the toolkit's modal dialogs, the system's ones that it wraps included.
+class DialogCounter : public wxModalDialogHook {
+protected:
+    int Enter(wxDialog* /*dialog*/) override {
+        ++toolkitDialogs;
+        return wxID_NONE;
+    }
+    void Exit(wxDialog* /*dialog*/) override { --toolkitDialogs; }
+};
 
 void wantIdle() {
     if (idleWanted || idleWindow == nullptr) return;
@@ -43,7 +65,20 @@ bool runIdle() {
     return loop.ProcessIdle();
 }
 
+void cancelAndAttempt() {
+    guarded([] {
+        cancelModals();
+        if (!cancelAttempt || !cancelAttempt()) return;
+        KillTimer(idleWindow, cancelTimer);
+        cancelAttempt = nullptr;
+    });
+}
+
 LRESULT CALLBACK idleWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_TIMER && wParam == cancelTimer) {
+        cancelAndAttempt();
+        return 0;
+    }
     if (message != WM_TIMER || wParam != idleTimer) return DefWindowProcW(window, message, wParam, lParam);
     KillTimer(window, idleTimer);
     idleWanted = false;
@@ -57,6 +92,47 @@ LRESULT CALLBACK idleWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
 /// Whether a message goes to one of our windows. The root decides: the toolkit's own search would climb from a system
 /// dialog to the window that owns it.
 bool isOurs(HWND window) { return window != nullptr && wxFindWinFromHandle(GetAncestor(window, GA_ROOT)) != nullptr; }
+
+bool isDialog(HWND window) {
+    std::array<wchar_t, 16> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    return std::wstring_view(name.data()) == L"#32770" && IsWindowVisible(window) != FALSE;
+}
+
+/// Whether a window is owned, at whatever distance, by one of ours: a dialog of the system that we opened.
+bool ownedByUs(HWND window) {
+    for (HWND owner = GetWindow(window, GW_OWNER); owner != nullptr; owner = GetWindow(owner, GW_OWNER))
+        if (isOurs(owner)) return true;
+    return false;
+}
+
+BOOL CALLBACK addOurDialog(HWND window, LPARAM list) {
+    if (isDialog(window) && wxFindWinFromHandle(window) == nullptr && ownedByUs(window))
+        reinterpret_cast<std::vector<void*>*>(list)->push_back(window);
+    return TRUE;
+}
+
+/// Presses what a user would who wants none of it. A box that only tells something is closed by its one button.
+void cancelSystemDialog(HWND dialog) {
+    if (!isDialog(dialog)) return;
+    for (const int id : {IDCANCEL, IDNO, IDABORT, IDOK}) {
+        const HWND button = GetDlgItem(dialog, id);
+        if (button == nullptr) continue;
+        PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(button));
+        return;
+    }
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+}
+
+/// What the thread does inside the system: a menu is open or a window is being moved, and it is one of ours.
+bool insideSystemLoop() {
+    GUITHREADINFO state{};
+    state.cbSize = sizeof state;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &state) == FALSE) return false;
+    constexpr DWORD menu = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
+    if ((state.flags & menu) != 0) return isOurs(state.hwndMenuOwner);
+    return (state.flags & GUI_INMOVESIZE) != 0 && isOurs(state.hwndMoveSize);
+}
 
 LRESULT CALLBACK hookProc(int code, WPARAM removed, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
@@ -88,6 +164,12 @@ public:
     }
     void OnUnhandledException() override { reportCurrentException(); }
 
+    void finishPendingWork() {
+        ProcessPendingEvents();
+        // Without posted events the call above leaves closed windows for later.
+        DeletePendingObjects();
+    }
+
     void WakeUpIdle() override {
         if (wxEventLoopBase::GetActive() != nullptr) {
             wxApp::WakeUpIdle();
@@ -103,6 +185,8 @@ bool start() {
     const auto instance = static_cast<HINSTANCE>(libraryModule());
     wxApp::SetInitializerFunction(makeApp);
     wxDisableAsserts();
+    static DialogCounter counter;
+    counter.Register();
     if (!wxEntryStart(instance, nullptr, nullptr, SW_SHOWNORMAL) || !wxTheApp->CallOnInit()) return false;
 
     // Unloading a library with a running toolkit brings the process down at its end.
@@ -129,20 +213,45 @@ bool startToolkit() {
 
 void runDeferredWork() {
     if (wxTheApp == nullptr) return;
-    wxTheApp->ProcessPendingEvents();  // and then deletes what waits for it
+    static_cast<GlimmerApp*>(wxTheApp)->finishPendingWork();
 }
 
 void runMessageLoop() {
     if (!terminated) wxTheApp->OnRun();
 }
 
+bool insideModal() { return ModalScope::any() || toolkitDialogs > 0 || (wxTheApp != nullptr && insideSystemLoop()); }
+
+void cancelModals() {
+    std::vector<void*> systemDialogs = ModalScope::windows();
+    if (wxTheApp != nullptr) {
+        EnumThreadWindows(GetCurrentThreadId(), addOurDialog, reinterpret_cast<LPARAM>(&systemDialogs));
+        if (insideSystemLoop()) {
+            EndMenu();
+            GUITHREADINFO state{};
+            state.cbSize = sizeof state;
+            GetGUIThreadInfo(GetCurrentThreadId(), &state);
+            if (state.hwndMoveSize != nullptr) SendMessageW(state.hwndMoveSize, WM_CANCELMODE, 0, 0);
+        }
+        for (wxWindow* window : wxTopLevelWindows) {
+            auto* dialog = dynamic_cast<wxDialog*>(window);
+            if (dialog != nullptr && dialog->IsModal()) dialog->EndModal(wxID_CANCEL);
+        }
+    }
+    for (void* dialog : systemDialogs) cancelSystemDialog(static_cast<HWND>(dialog));
+}
+
+void cancelModalsUntil(std::function<bool()> attempt) {
+    cancelAttempt = std::move(attempt);
+    if (idleWindow != nullptr) SetTimer(idleWindow, cancelTimer, cancelPeriod, nullptr);
+    cancelModals();
+}
+
 void terminateApplication() {
     terminated = true;
+    setMessageBoxes(nullptr);
     if (wxTheApp == nullptr) return;
-    for (wxWindow* window : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<wxDialog*>(window);
-        if (dialog != nullptr && dialog->IsModal()) dialog->EndModal(wxID_CANCEL);
-    }
+    cancelModalsUntil([] { return false; });  // what is still to come, too, until the loop has ended
     // Not ExitMainLoop(), which only ends the innermost loop.
     if (wxEventLoopBase* loop = wxTheApp->GetMainLoop()) loop->ScheduleExit();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 namespace glimmer {
 
 /// Starts the window toolkit on this thread, at first use; later calls do nothing. Whether it runs. It stays until
@@ -12,9 +14,20 @@ bool startToolkit();
 /// Carries out what was put off to a quiet moment: destroys windows that were closed, handles posted events.
 void runDeferredWork();
 
+/// Whether a dialog or a menu of ours is open, or a window of ours is being moved. Code of ours then waits on the stack
+/// for it to end, although messages (and so the host's calls) come through.
+bool insideModal();
+/// Answers all dialogs as by closing them and closes menus. What stands behind them has yet to come back when this
+/// returns.
+void cancelModals();
+/// Has `attempt` called from the message loop, every other moment, until it answers true. All that is open is
+/// cancelled each time, since one dialog may be followed by another.
+void cancelModalsUntil(std::function<bool()> attempt);
+
 /// The standalone program's message loop: returns after terminateApplication().
 void runMessageLoop();
-/// Ends the message loop, open dialogs first, without a question.
+/// Ends the message loop without a question: whatever is open is cancelled, and what would ask is answered as by
+/// closing it.
 void terminateApplication();
 
 }  // namespace glimmer

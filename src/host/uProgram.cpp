@@ -85,11 +85,7 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
                              std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap,
                              uint32_t action, int32_t width, int32_t height) {
     (void)tag;  // its content has no meaning
-    if (std::exchange(skipNext_, false)) return;
-    encodedText_.clear();
-    encodedImage_.clear();
-    savedPath_.clear();
-
+    if (!beginCapture()) return;
     Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
     Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
     emptyCapture_ = arrival.picture.empty();
@@ -102,6 +98,23 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
     }
     followUp(chosen);
     tellResumeState();
+}
+
+void TProgram::refusePicture(const std::string& why, uint32_t action) {
+    if (!beginCapture()) return;
+    emptyCapture_ = true;
+    showError(why);
+    followUp(static_cast<CaptureAction>(action));
+    tellResumeState();
+}
+
+/// Forgets the outcome of the capture before. False when this one is to be ignored.
+bool TProgram::beginCapture() {
+    if (std::exchange(skipNext_, false)) return false;
+    encodedText_.clear();
+    encodedImage_.clear();
+    savedPath_.clear();
+    return true;
 }
 
 /// Decodes and fits the picture. A picture that cannot be used fails; none at all does not.
@@ -258,7 +271,6 @@ void TProgram::resumeEditing() {
     if (!resumeAvailable()) return;
     hidden_ = false;
     pMainEditor->showRoutine();
-    pMainEditor->SetFocus();
 }
 
 void TProgram::tellResumeState() const { notifyHost("enableResumeMenu", resumeAvailable() ? "enable" : "disable"); }

@@ -61,6 +61,9 @@ public:
                        std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap, uint32_t action,
                        int32_t width, int32_t height);
 
+    /// The same for a picture that came but cannot be used: the user reads why, and the capture counts as an empty one.
+    void refusePicture(const std::string& why, uint32_t action);
+
     /// The main editor window exists after this; it is not shown.
     void prepareMainEditor();
     /// Asks once whether Internet Explorer should offer the program too.
@@ -110,6 +113,7 @@ public:
 
 private:
     struct Arrival;
+    bool beginCapture();
     static Status receive(Arrival& arrival, std::optional<std::span<const uint8_t>> pngData,
                           std::optional<TBitmap> bitmap, Size size);
     CaptureDocument* createEditor(Arrival& arrival);

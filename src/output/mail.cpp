@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "common/files.h"
+#include "common/modal_scope.h"
 #include "common/vendor.h"
 #include "common/wide_text.h"
 
@@ -133,6 +134,7 @@ bool hasMailProgram() { return hasValue(HKEY_CURRENT_USER) || hasValue(HKEY_LOCA
 MailOutcome sendMail(const std::string& subject, const std::string& body, std::span<const fs::path> attachments) {
     const std::unique_ptr<std::remove_pointer_t<HMODULE>, FreeLibraryCall> library(LoadLibraryW(L"mapi32.dll"));
     if (!library) return MailOutcome::Failed;
+    const ModalScope open;  // the mail program asks in the middle of this call
     ULONG result = MAPI_E_NOT_SUPPORTED;
     // A mail program may change the current folder.
     std::error_code error;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/files.h"
+#include "common/modal_scope.h"
 #include "common/text.h"
 #include "common/wide_text.h"
 
@@ -138,6 +139,7 @@ std::optional<Answer> ask(const Question& question) {
         dialog->SetFolder(folder.get());
     DWORD cookie = 0;
     if (question.events != nullptr) dialog->Advise(question.events, &cookie);
+    const ModalScope open;
     const HRESULT shown = dialog->Show(GetActiveWindow());
     if (question.events != nullptr) dialog->Unadvise(cookie);
 

@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/modal_scope.h"
 #include "common/text.h"
 #include "settings/message_box.h"
 
@@ -63,6 +64,7 @@ MessageAnswer showPlain(const Message& message) {
     const HWND owner = GetActiveWindow();
     const UINT flags = systemFlags(message) | (owner == nullptr ? MB_TASKMODAL : 0U);
     const wxString text = wxString::FromUTF8(withPlainLineEnds(message.text));
+    const ModalScope open;
     switch (MessageBoxW(owner, text.wc_str(), wxString::FromUTF8(message.caption).wc_str(), flags)) {
         case IDOK:
             return MessageAnswer::Ok;

@@ -7,24 +7,47 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
+#include <thread>
 #endif
 
 namespace glimmer::test {
 
 #ifdef _WIN32
 
-ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::filesystem::path>& arguments) {
+namespace {
+
+std::wstring commandLine(const std::filesystem::path& program, const std::vector<std::filesystem::path>& arguments) {
     std::wstring line = L"\"" + program.wstring() + L"\"";
     for (const auto& argument : arguments) line += L" \"" + argument.wstring() + L"\"";
+    return line;
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vector<std::filesystem::path>& arguments)
+    : ChildProcess(commandLine(program, arguments), std::filesystem::current_path()) {}
+
+ChildProcess::ChildProcess(std::wstring commandLine, const std::filesystem::path& folder) {
     STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION made = {};
-    if (CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made) ==
-        FALSE)
+    if (CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, folder.c_str(), &start,
+                       &made) == FALSE)
         return;
     CloseHandle(made.hThread);
     process_ = reinterpret_cast<intptr_t>(made.hProcess);
+}
+
+unsigned long ChildProcess::id() const { return GetProcessId(reinterpret_cast<HANDLE>(process_)); }
+
+std::optional<int> ChildProcess::wait(unsigned milliseconds) {
+    HANDLE handle = reinterpret_cast<HANDLE>(process_);
+    DWORD code = 0;
+    if (process_ == 0 || WaitForSingleObject(handle, milliseconds) != WAIT_OBJECT_0) return std::nullopt;
+    GetExitCodeProcess(handle, &code);
+    return static_cast<int>(code);
 }
 
 bool ChildProcess::running() const {
@@ -60,6 +83,20 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
 
 bool ChildProcess::running() const {
     return process_ != 0 && waitpid(static_cast<pid_t>(process_), nullptr, WNOHANG) == 0;
+}
+
+std::optional<int> ChildProcess::wait(unsigned milliseconds) {
+    constexpr unsigned step = 10;
+    for (unsigned waited = 0; process_ != 0; waited += step) {
+        int status = 0;
+        if (waitpid(static_cast<pid_t>(process_), &status, WNOHANG) > 0) {
+            process_ = 0;
+            return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        }
+        if (waited >= milliseconds) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(step));
+    }
+    return std::nullopt;
 }
 
 void ChildProcess::kill() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,11 @@ namespace glimmer::test {
 class ChildProcess {
 public:
     ChildProcess(const std::filesystem::path& program, const std::vector<std::filesystem::path>& arguments);
+#ifdef _WIN32
+    /// With a command line as it stands, program first, in a current folder.
+    ChildProcess(std::wstring commandLine, const std::filesystem::path& folder);
+    [[nodiscard]] unsigned long id() const;
+#endif
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -17,6 +23,8 @@ public:
     ChildProcess& operator=(ChildProcess&&) = delete;
 
     [[nodiscard]] bool running() const;
+    /// Its exit code as soon as it has ended; nothing when it has not within that time.
+    [[nodiscard]] std::optional<int> wait(unsigned milliseconds);
     /// Ends it at once, without a chance to clean up, and waits until it is gone.
     void kill();
 

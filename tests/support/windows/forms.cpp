@@ -7,8 +7,6 @@
 #include <wx/msw/wrapwin.h>
 #include <wx/toplevel.h>
 
-#include <psapi.h>
-
 #include <chrono>
 
 #include "common/text.h"
@@ -180,16 +178,5 @@ NextModal::NextModal(std::function<void(wxDialog&)> action) : hook_(std::make_un
 NextModal::~NextModal() { EXPECT_TRUE(hook_->came()) << "no dialog came"; }
 
 bool NextModal::came() const { return hook_->came(); }
-
-SystemObjects countObjects() {
-    const HANDLE process = GetCurrentProcess();
-    DWORD handles = 0;
-    GetProcessHandleCount(process, &handles);
-    PROCESS_MEMORY_COUNTERS memory{};
-    memory.cb = sizeof memory;
-    GetProcessMemoryInfo(process, &memory, sizeof memory);
-    return {handles, GetGuiResources(process, GR_GDIOBJECTS), GetGuiResources(process, GR_USEROBJECTS),
-            memory.PagefileUsage};
-}
 
 }  // namespace glimmer::test

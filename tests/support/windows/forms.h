@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "support/windows/system_objects.h"
+
 class wxDialog;
 
 /// Driving real forms: by the names of their controls and by messages as a mouse and a keyboard cause them.
@@ -61,15 +63,5 @@ private:
     class Hook;
     std::unique_ptr<Hook> hook_;
 };
-
-/// What this process holds of the system; for "flat after the second round" tests. A count that the system does not
-/// tell is 0.
-struct SystemObjects {
-    uint32_t handles = 0;
-    uint32_t gdi = 0;
-    uint32_t user = 0;
-    uint64_t privateBytes = 0;
-};
-SystemObjects countObjects();
 
 }  // namespace glimmer::test

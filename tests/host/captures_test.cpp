@@ -1,0 +1,330 @@
+// The ways on which a picture comes into the library and goes back out: memory, a lent surface, JSON, base64.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <climits>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "support/windows/base64.h"
+#include "support/windows/host_fixture.h"
+
+namespace glimmer::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+const std::string captureOptions = "[\\Software\\Glimmerpad for Firefox\\IECaptureOptions]\n";
+
+class Captures : public HostTest {
+protected:
+    [[nodiscard]] HDC lendSurface(intptr_t width, intptr_t height) const {
+        HDC context = reinterpret_cast<HDC>(uintptr_t{1});
+        const int32_t answer =
+            host_.hostExecute(L"getBitmapDC", &context, static_cast<uintptr_t>(width), static_cast<uintptr_t>(height));
+        EXPECT_EQ(answer, context != nullptr ? 1 : 0);
+        return context;
+    }
+    void startController() const {
+        uint8_t flag = 0;
+        ASSERT_EQ(host_.execute(L"getCheckForIEUpdates", &flag), 1);
+    }
+    void setCaptureOptions(const std::string& lines) const {
+        host_.writeSettings(captureOptions + lines);
+        host_.hostShutdown();
+    }
+    [[nodiscard]] int32_t jsonZ(const wchar_t* function, const std::string& text) const {
+        return packedPayload(function, deflated(Bytes(text.begin(), text.end())));
+    }
+    [[nodiscard]] int32_t packedPayload(const wchar_t* function, const Bytes& packed) const {
+        const GlimmerpadPayload payload = {static_cast<uint32_t>(packed.size()), packed.data()};
+        return host_.execute(L"JSONFunctionZ", nullptr, function, &payload);
+    }
+};
+
+TEST_F(Captures, APngIsTakenAsItIsAndFittedWhenASizeIsGiven) {
+    const RgbPicture picture = patternPicture(300, 200);
+    const Bytes png = pngOf(picture);
+    struct Case {
+        int32_t width, height;
+        uint32_t expectedWidth, expectedHeight;
+    };
+    for (const Case& c : {Case{0, 0, 300, 200}, Case{300, 200, 300, 200}, Case{-5, 100, 300, 200},
+                          Case{150, 0, 300, 200}, Case{150, 400, 150, 400}, Case{1, 1, 1, 1}}) {
+        host_.capture(png, GLIMMERPAD_ENCODE_IMAGE, c.width, c.height);
+        const RgbPicture out = encodedPicture();
+        EXPECT_EQ(out.width, c.expectedWidth);
+        EXPECT_EQ(out.height, c.expectedHeight);
+        if (c.expectedWidth == picture.width) {
+            EXPECT_EQ(out, picture) << c.width << " x " << c.height;
+        }
+    }
+    EXPECT_EQ(takeSounds(), 0) << "the host that brings a finished picture makes its own";
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Captures, TheEncodedPictureComesAsTextOrAsFile) {
+    const RgbPicture picture = patternPicture(64, 48);
+    host_.capture(pngOf(picture), GLIMMERPAD_ENCODE_TEXT);
+    GlimmerpadContent content = {};
+    ASSERT_EQ(host_.execute(L"getEncodedContent", &content), 1);
+    ASSERT_NE(content.data, nullptr);
+    const auto* text = static_cast<const char*>(content.data);
+    EXPECT_EQ(text[content.length], '\0');
+    const std::string base64(text, content.length);
+    EXPECT_EQ(base64.find_first_of("\r\n "), std::string::npos);
+    const std::vector<uint8_t> png = fromBase64(base64);
+    EXPECT_EQ(pictureOf(png), picture);
+    EXPECT_EQ(base64Of(png), base64);
+
+    host_.capture(pngOf(picture), GLIMMERPAD_ENCODE_IMAGE);
+    EXPECT_EQ(encodedPicture(), picture);
+    // The next capture ends it, whatever it is.
+    for (const int32_t action : {GLIMMERPAD_LOAD, 11, -1, INT_MAX}) {
+        host_.capture(pngOf(picture), GLIMMERPAD_ENCODE_IMAGE);
+        host_.capture(pngOf(picture), action);
+        EXPECT_THAT(host_.encodedContent(), IsEmpty()) << action;
+    }
+    // No hundred counts here: 109 is no action at all.
+    host_.capture(pngOf(picture), GLIMMERPAD_ENCODE_IMAGE + GLIMMERPAD_SILENT);
+    EXPECT_THAT(host_.encodedContent(), IsEmpty());
+}
+
+TEST_F(Captures, Base64TextIsStoredAsACapture) {
+    const Bytes png = pngOf(patternPicture(33, 22));
+    const std::string text = base64Of(png);
+    const std::wstring wide(text.begin(), text.end());
+    const auto store = [this](const std::wstring& content) {
+        return host_.execute(L"storeEncodedContent", nullptr, content.c_str());
+    };
+    EXPECT_EQ(store(wide), 0) << "before the first capture";
+    startController();
+    EXPECT_FALSE(host_.resumeAvailable());
+    const std::wstring notPng = L"AQIDBA==";
+    std::wstring damaged = wide;
+    damaged[wide.size() / 2] = damaged[wide.size() / 2] == L'A' ? L'B' : L'A';
+    for (const std::wstring& bad : {std::wstring(), notPng, damaged, wide.substr(0, wide.size() / 2), L"{" + wide,
+                                    std::wstring(100000, L'A'), std::wstring(L"\x4F60")}) {
+        EXPECT_EQ(store(bad), 0) << bad.size();
+        EXPECT_FALSE(host_.resumeAvailable());
+    }
+    EXPECT_EQ(host_.execute(L"storeEncodedContent"), 0);
+    EXPECT_EQ(store(wide), 1);
+    EXPECT_TRUE(host_.resumeAvailable());
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Captures, ALentSurfaceIsPaintedAndDelivered) {
+    startController();
+    const HDC context = lendSurface(40, 30);
+    ASSERT_NE(context, nullptr);
+    EXPECT_EQ(GetPixel(context, 39, 29), RGB(0, 0, 0));
+    const RECT left = {0, 0, 20, 30};
+    const HBRUSH brush = CreateSolidBrush(RGB(200, 100, 50));
+    FillRect(context, &left, brush);
+    DeleteObject(brush);
+    SetPixel(context, 39, 0, RGB(1, 2, 3));
+    host_.hostFinishCapture(L"http://a/", L"Painted", GLIMMERPAD_ENCODE_IMAGE);
+    EXPECT_EQ(encodedPicture(), makePicture(40, 30, [](uint32_t x, uint32_t y) -> uint32_t {
+                  return x == 39 && y == 0 ? 0x010203U : x < 20 ? 0xC86432U : 0U;
+              }));
+    EXPECT_EQ(GetObjectType(context), 0U) << "the surface is the library's and ends with its delivery";
+    EXPECT_EQ(takeSounds(), 1);
+
+    // Nothing is lent any more.
+    host_.capture(pngOf(patternPicture(2, 2)), GLIMMERPAD_LOAD);
+    host_.hostFinishCapture(L"http://a/", L"Again", GLIMMERPAD_ENCODE_IMAGE);
+    EXPECT_THAT(host_.encodedContent(), IsEmpty());
+    EXPECT_EQ(takeSounds(), 0);
+}
+
+TEST_F(Captures, ASecondSurfaceEndsTheFirst) {
+    startController();
+    const HDC first = lendSurface(10, 10);
+    ASSERT_NE(first, nullptr);
+    SetPixel(first, 0, 0, RGB(255, 0, 0));
+    const HDC second = lendSurface(5, 4);
+    ASSERT_NE(second, nullptr);
+    SetPixel(second, 0, 0, RGB(0, 255, 0));
+    host_.hostFinishCapture(nullptr, nullptr, GLIMMERPAD_ENCODE_IMAGE + GLIMMERPAD_SILENT);
+    const RgbPicture delivered = encodedPicture();
+    EXPECT_EQ(delivered.width, 5U);
+    EXPECT_EQ(delivered.at(0, 0), 0x00FF00U);
+    EXPECT_EQ(takeSounds(), 0) << "a hundred asks for silence";
+
+    // A size that cannot be had ends it too.
+    const HDC third = lendSurface(6, 6);
+    ASSERT_NE(third, nullptr);
+    for (const auto& [width, height] : {std::pair<intptr_t, intptr_t>{0, 5},
+                                        {5, 0},
+                                        {-1, 5},
+                                        {200001, 1},
+                                        {100000, 100000},
+                                        {INT_MAX, INT_MAX},
+                                        {INT_MIN, INT_MIN}})
+        EXPECT_EQ(lendSurface(width, height), nullptr) << width << " x " << height;
+    EXPECT_EQ(GetObjectType(third), 0U);
+
+    const HDC fourth = lendSurface(6, 6);
+    host_.hostShutdown();
+    EXPECT_EQ(GetObjectType(fourth), 0U);
+    host_.hostFinishCapture(L"", L"", GLIMMERPAD_EDIT);
+    EXPECT_FALSE(host_.resumeAvailable());
+}
+
+TEST_F(Captures, ASurfaceWaitsUntilThereIsAController) {
+    const HDC context = lendSurface(8, 8);
+    ASSERT_NE(context, nullptr);
+    host_.hostFinishCapture(L"", L"", GLIMMERPAD_LOAD);
+    EXPECT_FALSE(host_.resumeAvailable());
+    startController();
+    host_.hostFinishCapture(L"", L"", GLIMMERPAD_LOAD);
+    EXPECT_TRUE(host_.resumeAvailable());
+}
+
+TEST_F(Captures, CodesFromAHundredOnAreSilent) {
+    struct Case {
+        int32_t code;
+        int sounds;
+        bool encoded;
+    };
+    for (const Case& c : {Case{6, 1, false}, Case{9, 1, true}, Case{99, 1, false}, Case{100 + 6, 0, false},
+                          Case{109, 0, true}, Case{209, 0, true}, Case{111, 0, false}, Case{-9, 1, false}}) {
+        startController();
+        ASSERT_NE(lendSurface(4, 4), nullptr);
+        host_.hostFinishCapture(L"http://a/", L"T", c.code);
+        EXPECT_EQ(takeSounds(), c.sounds) << c.code;
+        EXPECT_EQ(!host_.encodedContent().empty(), c.encoded) << c.code;
+        EXPECT_TRUE(host_.resumeAvailable());
+        host_.hostShutdown();
+    }
+    setCaptureOptions("chkPlaySound=0\n");
+    startController();
+    ASSERT_NE(lendSurface(4, 4), nullptr);
+    host_.hostFinishCapture(L"http://a/", L"T", GLIMMERPAD_LOAD);
+    EXPECT_EQ(takeSounds(), 0);
+}
+
+TEST_F(Captures, DeliveredPixelsGetTheSizeOfTheOptions) {
+    struct Case {
+        const char* options;
+        uint32_t width, height;
+    };
+    for (const Case& c : {Case{"", 40, 20}, Case{"radPercent=1\nspnPercent=50\n", 20, 10},
+                          Case{"radFixedWidth=1\nspnFixedWidth=10\n", 10, 5}}) {
+        setCaptureOptions(c.options);
+        startController();
+        ASSERT_NE(lendSurface(40, 20), nullptr);
+        host_.hostFinishCapture(L"", L"", GLIMMERPAD_ENCODE_IMAGE);
+        EXPECT_EQ(encodedPicture().width, c.width) << c.options;
+        EXPECT_EQ(encodedPicture().height, c.height) << c.options;
+    }
+}
+
+TEST_F(Captures, JsonCarriesAPicture) {
+    const RgbPicture picture = patternPicture(50, 30);
+    const std::string image = base64Of(pngOf(picture));
+    for (const wchar_t* function : {L"captureFX", L"openIECapture"}) {
+        EXPECT_EQ(jsonZ(function, R"({"url":"http://a/","title":"\u20ac","action":9,"image":")" + image + "\"}"), 1);
+        EXPECT_EQ(encodedPicture(), picture);
+        EXPECT_EQ(takeSounds(), 1);
+    }
+    EXPECT_EQ(jsonZ(L"captureFX", R"({"action":109,"width":25,"height":15,"image":")" + image + "\"}"), 1);
+    EXPECT_EQ(encodedPicture().width, 25U);
+    EXPECT_EQ(takeSounds(), 0);
+    // Types that are none: the defaults hold.
+    EXPECT_EQ(jsonZ(L"captureFX", R"({"url":7,"title":{},"action":"9","width":[],"image":")" + image + "\"}"), 1);
+    EXPECT_TRUE(host_.resumeAvailable());
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Captures, JsonThatIsNotOneAnswersNothing) {
+    const std::string image = base64Of(pngOf(patternPicture(3, 3)));
+    const std::string good = R"({"action":6,"image":")" + image + "\"}";
+    const auto nested = [](size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
+    for (const std::string& bad :
+         {std::string(), std::string("{"), std::string("null"), std::string("{}"), good + "x", good.substr(1),
+          R"({"image":5})" + std::string(), "{\"image\":\"\"}" + std::string(),
+          "{\"image\":\"" + image.substr(9) + "*\"}", "{\"a\":" + nested(33) + "}", "{\"a\":" + nested(500000) + "}",
+          std::string(100, '\xFF'), std::string("\0{}", 3)}) {
+        EXPECT_EQ(jsonZ(L"captureFX", bad), 0) << bad.substr(0, 40);
+        EXPECT_EQ(host_.json(L"captureDone", bad == "{}" ? std::string("{]") : bad), 0) << bad.substr(0, 40);
+    }
+    EXPECT_EQ(jsonZ(L"captureInit", good), 0) << "not a packed function";
+    EXPECT_EQ(jsonZ(L"CaptureFX", good), 0);
+    EXPECT_EQ(host_.json(L"captureFX", good), 0) << "only a packed function";
+    EXPECT_EQ(host_.json(L"", "{}"), 0);
+    EXPECT_EQ(packedPayload(L"captureFX", Bytes(good.begin(), good.end())), 0) << "not packed";
+    Bytes cut = deflated(Bytes(good.begin(), good.end()));
+    cut.pop_back();
+    EXPECT_EQ(packedPayload(L"captureFX", cut), 0);
+    EXPECT_FALSE(host_.resumeAvailable());
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+    EXPECT_EQ(takeSounds(), 0);
+    // What unpacks to more than is taken: a few kilobytes that become a hundred megabytes.
+    EXPECT_EQ(packedPayload(L"captureFX", deflated(Bytes(100U << 20U, ' '))), 0);
+}
+
+TEST_F(Captures, PayloadsThatReachBeyondTheHostsMemoryAreRefused) {
+    SYSTEM_INFO system{};
+    GetSystemInfo(&system);
+    auto* pages = static_cast<uint8_t*>(
+        VirtualAlloc(nullptr, 2 * size_t{system.dwPageSize}, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+    ASSERT_NE(pages, nullptr);
+    uint8_t* const end = pages + system.dwPageSize;
+    DWORD before = 0;
+    VirtualProtect(end, system.dwPageSize, PAGE_NOACCESS, &before);
+    std::memset(pages, ' ', system.dwPageSize);
+    for (const wchar_t* command : {L"JSONFunction", L"JSONFunctionZ"}) {
+        for (const GlimmerpadPayload& payload :
+             {GlimmerpadPayload{10, nullptr}, GlimmerpadPayload{5, end - 4}, GlimmerpadPayload{0xFFFFFFFF, end - 4},
+              GlimmerpadPayload{0x4000001, pages}, GlimmerpadPayload{4, reinterpret_cast<void*>(uintptr_t{16})}})
+            EXPECT_EQ(host_.execute(command, nullptr, L"captureTab", &payload), 0) << payload.length;
+        // The record itself is cut.
+        EXPECT_EQ(host_.execute(command, nullptr, L"captureTab", end - 4), 0);
+        EXPECT_EQ(host_.execute(command, nullptr, L"captureTab", reinterpret_cast<void*>(uintptr_t{4})), 0);
+    }
+    VirtualFree(pages, 0, MEM_RELEASE);
+}
+
+TEST_F(Captures, NullForEveryTextIsAnEmptyOne) {
+    const Bytes png = pngOf(patternPicture(7, 5));
+    host_.hostCapture(nullptr, nullptr, nullptr, png.data(), GLIMMERPAD_ENCODE_IMAGE, 0, 0);
+    EXPECT_EQ(encodedPicture().width, 7U);
+    // Without a picture the screen is taken.
+    host_.hostCapture(nullptr, nullptr, nullptr, nullptr, GLIMMERPAD_ENCODE_IMAGE, 0, 0);
+    EXPECT_EQ(encodedPicture().width, static_cast<uint32_t>(GetSystemMetrics(SM_CXSCREEN)));
+    EXPECT_EQ(encodedPicture().height, static_cast<uint32_t>(GetSystemMetrics(SM_CYSCREEN)));
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Captures, TheWindowInFrontIsGrabbed) {
+    const HWND window = CreateWindowExW(WS_EX_TOPMOST, L"Static", L"in front", WS_POPUP | WS_BORDER, 100, 100, 120, 80,
+                                        nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(bringForward(window));
+    const HDC context = GetDC(window);
+    RECT area{};
+    GetClientRect(window, &area);
+    const HBRUSH brush = CreateSolidBrush(RGB(10, 200, 30));
+    FillRect(context, &area, brush);
+    DeleteObject(brush);
+    ReleaseDC(window, context);
+    GdiFlush();
+    for (const wchar_t* command : {L"grabTB", L"captureBrowser"}) {
+        ASSERT_TRUE(bringForward(window));
+        EXPECT_EQ(host_.execute(command, nullptr, L"{\"url\":\"http://a/\",\"action\":9}"), 1);
+        EXPECT_EQ(encodedPicture(), makePicture(static_cast<uint32_t>(area.right), static_cast<uint32_t>(area.bottom),
+                                                [](uint32_t, uint32_t) { return 0x0AC81EU; }));
+        EXPECT_EQ(takeSounds(), 1);
+        host_.hostShutdown();
+    }
+    DestroyWindow(window);
+}
+
+}  // namespace
+}  // namespace glimmer::test
