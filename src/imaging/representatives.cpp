@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "imaging/quantiser.h"
 
@@ -139,7 +140,9 @@ std::vector<Pixel> representatives(std::span<const ColourCount> colours, size_t 
     std::vector<Pixel> result;
     for (const Part& part : parts) {
         const Moments sum = cube.sum(part.box);
-        const auto mean = [&sum](Axis axis) { return static_cast<uint32_t>(sum.colour[axis] / sum.count + 0.5); };
+        const auto mean = [&sum](Axis axis) {
+            return static_cast<uint32_t>(std::lround(sum.colour[axis] / sum.count));
+        };
         result.push_back(opaquePixel(mean(2), mean(1), mean(0)));
     }
     return result;
