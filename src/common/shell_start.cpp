@@ -32,7 +32,8 @@ ShellStart* replacement = nullptr;
 
 ShellStart& shellStart() {
     static SystemShellStart start;
-    return replacement != nullptr ? *replacement : start;
+    if (replacement != nullptr) return *replacement;
+    return start;
 }
 
 void setShellStart(ShellStart* start) { replacement = start; }

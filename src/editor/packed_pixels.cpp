@@ -10,7 +10,7 @@ namespace glimmer {
 
 namespace {
 
-constexpr size_t outputStep = 64 * 1024;
+constexpr size_t outputStep = size_t{64} * 1024;
 
 size_t rowBytes(const TBitmap& pixels) { return static_cast<size_t>(pixels.width()) * pixels.bytesPerPixel(); }
 
@@ -69,7 +69,8 @@ std::vector<uint8_t> deflatePixels(const TBitmap& pixels, int32_t top, int32_t b
             stream.next_out = chunk.data();
             stream.avail_out = static_cast<uInt>(chunk.size());
             deflate(&stream, flush);
-            result.insert(result.end(), chunk.data(), stream.next_out);
+            const auto made = static_cast<std::ptrdiff_t>(chunk.size() - stream.avail_out);
+            result.insert(result.end(), chunk.begin(), chunk.begin() + made);
         } while (stream.avail_out == 0);
     }
     result.shrink_to_fit();
@@ -112,7 +113,7 @@ PackedPixels::PackedPixels(TBitmap pixels)
     : plain_(std::move(pixels)), size_(plain_.size()), format_(plain_.format()) {}
 
 int32_t PackedPixels::bandRows() const {
-    constexpr size_t bandBytes = 512 * 1024;
+    constexpr size_t bandBytes = size_t{512} * 1024;
     return std::max(1, static_cast<int32_t>(bandBytes / TBitmap::stride(size_.width, format_)));
 }
 

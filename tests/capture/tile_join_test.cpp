@@ -186,8 +186,8 @@ TEST(Joining, PlacesOutsideThePictureAreLeftOut) {
     how.cols = 2;
     how.rows = INT32_MAX;
     how.cropLeft = INT32_MIN;
-    std::vector<TBitmap> tiles;
-    for (int i = 0; i < 5; ++i) tiles.push_back(TBitmap::create(10, 10, PixelFormat::Bgr24).take());
+    std::vector<TBitmap> tiles(5);
+    for (TBitmap& tile : tiles) tile = TBitmap::create(10, 10, PixelFormat::Bgr24).take();
     EXPECT_TRUE(joinTiles(how, std::move(tiles), scrollBar).ok());
 }
 

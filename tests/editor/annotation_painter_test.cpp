@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstring>
 #include <random>
 
@@ -35,7 +36,9 @@ void expectNear(Colour seen, Colour wanted, int tolerance, const std::string& wh
 }
 
 Colour mixed(Colour above, Colour below, double part) {
-    const auto one = [part](uint8_t a, uint8_t b) { return static_cast<uint32_t>(a * part + b * (1 - part) + 0.5); };
+    const auto one = [part](uint8_t a, uint8_t b) {
+        return static_cast<uint32_t>(std::lround(a * part + b * (1 - part)));
+    };
     return rgb(one(redOf(above), redOf(below)), one(greenOf(above), greenOf(below)), one(blueOf(above), blueOf(below)));
 }
 
@@ -310,7 +313,8 @@ TEST_F(Painting, InPiecesGivesTheSamePixelsAndTouchesNothingElse) {
                 for (int32_t y = std::max(0, clip.top); y < std::min(280, clip.bottom); ++y)
                     for (int32_t x = 0; x < 300; ++x)
                         if (x < clip.left || x >= clip.right) {
-                            ASSERT_EQ(std::memcmp(one.row(y) + x * 4, untouched.row(y) + x * 4, 4), 0);
+                            const size_t at = static_cast<size_t>(x) * 4;
+                            ASSERT_EQ(std::memcmp(one.row(y) + at, untouched.row(y) + at, 4), 0);
                         }
             }
         }

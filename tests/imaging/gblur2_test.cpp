@@ -40,8 +40,15 @@ void expectAsDefined(const TBitmap& picture, double radius, const char* what) {
         << what << ", wide, radius " << radius << ", " << picture.width() << " x " << picture.height();
 }
 
+/// From 0.05 to 80, each `factor` times the one before.
+std::vector<double> radii(double factor) {
+    std::vector<double> all{0.05};
+    while (all.back() * factor < 80) all.push_back(all.back() * factor);
+    return all;
+}
+
 TEST(GBlur, KernelIsTheDefinedOne) {
-    for (double radius = 0.05; radius < 80; radius *= 1.07) {
+    for (const double radius : radii(1.07)) {
         const TGaussianKernel kernel = makeGaussianKernel(radius);
         const plain::Kernel expected = plain::kernelOf(radius);
         ASSERT_EQ(kernel.size, expected.size) << radius;
@@ -61,7 +68,7 @@ TEST(GBlur, KernelIsTheDefinedOne) {
 // The weights as whole numbers, put together again, must be the weights themselves.
 TEST(GBlur, WholeNumberWeightsAreExact) {
     int exact = 0;
-    for (double radius = 0.05; radius < 80; radius *= 1.02) {
+    for (const double radius : radii(1.02)) {
         const TGaussianKernel kernel = makeGaussianKernel(radius);
         BlurTaps taps;
         if (!makeBlurTaps(kernel, taps)) {

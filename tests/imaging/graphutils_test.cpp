@@ -46,7 +46,7 @@ TEST(Grayscale, EverySumIsDividedExactly) {
             picture.setPixel(static_cast<int32_t>(i % 256), static_cast<int32_t>(i / 256), rgb(red, i / 256, i % 256));
         grayscale(picture);
         for (uint32_t i = 0; i < 65536; ++i)
-            ASSERT_EQ(picture.row(static_cast<int32_t>(i / 256))[i % 256 * 4],
+            ASSERT_EQ(picture.row(static_cast<int32_t>(i / 256))[size_t{4} * (i % 256)],
                       (11 * red + 59 * (i / 256) + 30 * (i % 256)) / 100);
     }
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 
@@ -146,8 +147,8 @@ TEST(JpegReader, ReadsEveryKind) {
         std::vector<Colour> expected{red, green, blue, grey};
         if (kind.stored == JCS_GRAYSCALE) {
             for (Colour& colour : expected) {
-                const auto light = static_cast<uint32_t>(0.299 * redOf(colour) + 0.587 * greenOf(colour) +
-                                                         0.114 * blueOf(colour) + 0.5);
+                const auto light = static_cast<uint32_t>(
+                    std::lround(0.299 * redOf(colour) + 0.587 * greenOf(colour) + 0.114 * blueOf(colour)));
                 colour = rgb(light, light, light);
             }
         }

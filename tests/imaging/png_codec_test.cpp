@@ -68,7 +68,7 @@ TEST(PngReader, ReadsEveryKind) {
                             uint32_t alpha = 255;
                             if (colourType == 3) {
                                 const uint32_t index = sample(x, y, 0);
-                                for (size_t i = 0; i < 3; ++i) c[i] = kind.palette[index * 3 + i];
+                                for (size_t i = 0; i < 3; ++i) c[i] = kind.palette[size_t{3} * index + i];
                                 if (index < kind.transparency.size()) alpha = kind.transparency[index];
                             } else {
                                 const bool grey = colourType == 0 || colourType == 4;
