@@ -2,6 +2,8 @@
 # ./dev bench and ./dev fuzz. Sourced by ./dev.
 
 bench_packages=(libopencv-dev libvips-dev libvips-tools)
+# Other programs that show a picture, to start beside ours.
+start_packages=(libx11-dev ksnip gpicview)
 
 # The benchmarks of the core on this machine, beside other libraries and programs that do the same, and then as a Windows
 # program, where there are none. The tables go to the standard output, all else to the other.
@@ -14,7 +16,22 @@ run_benchmarks() {
     setup >&2
     build_preset "$windows_preset" glimmer_bench >&2
     printf '\n## As a %s-bit Windows program under Wine\n' "$wine_bits"
-    run_in_wine "$build/$windows_preset/bench/glimmer_bench.exe" "$@"
+    (run_in_wine "$build/$windows_preset/bench/glimmer_bench.exe" "$@")
+    [ $# -gt 0 ] || run_window_benchmarks
+}
+
+# The main window with forty captures, and the start of the program beside that of others on the same display.
+run_window_benchmarks() {
+    install_packages "${start_packages[@]}"
+    build_preset bench start_bench >&2
+    build_preset "$windows_preset" main_editor_bench "${shipped[@]}" >&2
+    wine_environment
+    start_wine
+    printf '\n## Windows, under Wine\n'
+    "${wine_loader[@]}" "$build/$windows_preset/bench/main_editor_bench.exe"
+    "$build/bench/bench/start_bench" \
+        'glimmerpad.exe FILE' "${wine_loader[*]} '$build/$windows_preset/bin/glimmerpad.exe' %w" \
+        'ksnip -e FILE' 'ksnip -e %s' 'gpicview FILE' 'gpicview %s'
 }
 
 # fuzz SECONDS [NAME]: every fuzzer for that long, from its corpus; an input that crashes goes to fuzz/regressions/NAME.

@@ -42,8 +42,9 @@ void CaptureList::bindEvents() {
         if (!quiet_ && event.GetIndex() >= 0) events_.shown(static_cast<size_t>(event.GetIndex()));
     });
     Bind(wxEVT_LIST_END_LABEL_EDIT, [this](wxListEvent& event) {
-        if (event.IsEditCancelled()) return;
-        if (!events_.renamed(static_cast<size_t>(event.GetIndex()), event.GetLabel())) event.Veto();
+        // What the name becomes is not always what was typed: the owner shows it.
+        event.Veto();
+        if (!event.IsEditCancelled()) events_.renamed(static_cast<size_t>(event.GetIndex()), event.GetLabel());
     });
     Bind(wxEVT_LIST_ITEM_RIGHT_CLICK, [this](wxListEvent&) { events_.menu(wxGetMousePosition()); });
     Bind(wxEVT_LIST_BEGIN_DRAG, &CaptureList::startDrag, this);
@@ -58,20 +59,22 @@ void CaptureList::bindEvents() {
     Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) { endDrag(false); });
     Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
         const long focused = GetNextItem(-1, wxLIST_NEXT_ALL, wxLIST_STATE_FOCUSED);
-        if (dragging_ && event.GetKeyCode() == WXK_ESCAPE) {
+        const int key = event.GetKeyCode();
+        const bool up = key == WXK_UP || key == WXK_NUMPAD_UP;
+        const bool down = key == WXK_DOWN || key == WXK_NUMPAD_DOWN;
+        if (dragging_ && key == WXK_ESCAPE) {
             endDrag(false);
-        } else if (event.GetKeyCode() == WXK_F2 && focused >= 0) {
+        } else if (key == WXK_F2 && focused >= 0) {
             EditLabel(focused);
-        } else if (event.GetKeyCode() == WXK_DELETE && events_.deletePressed) {
+        } else if ((key == WXK_DELETE || key == WXK_NUMPAD_DELETE) && events_.deletePressed) {
             events_.deletePressed();
-        } else if (event.GetKeyCode() == WXK_WINDOWS_MENU) {
+        } else if (key == WXK_WINDOWS_MENU) {
             events_.menu(ClientToScreen(wxPoint(FromDIP(20), FromDIP(20))));
-        } else if (event.AltDown() && focused >= 0 &&
-                   (event.GetKeyCode() == WXK_UP || event.GetKeyCode() == WXK_DOWN)) {
+        } else if (event.AltDown() && focused >= 0 && (up || down)) {
             // The keyboard's way to reorder.
             const auto from = static_cast<size_t>(focused);
-            if (event.GetKeyCode() == WXK_UP && from > 0) events_.moved(from, from - 1);
-            if (event.GetKeyCode() == WXK_DOWN && focused + 1 < GetItemCount()) events_.moved(from, from + 1);
+            if (up && from > 0) events_.moved(from, from - 1);
+            if (down && focused + 1 < GetItemCount()) events_.moved(from, from + 1);
         } else {
             event.Skip();
         }

@@ -20,7 +20,7 @@ public:
     struct Events {
         std::function<void(size_t)> shown;                     ///< the user went to this item
         std::function<void()> selectionChanged;                ///< other items are selected
-        std::function<bool(size_t, const wxString&)> renamed;  ///< whether the name is accepted
+        std::function<void(size_t, const wxString&)> renamed;  ///< a name was typed; it shows once setName() is called
         std::function<void(size_t from, size_t to)> moved;     ///< dragged behind or before others
         std::function<void(const wxPoint& screen)> menu;       ///< the menu was asked for
         std::function<void()> deletePressed;

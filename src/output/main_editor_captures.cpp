@@ -169,14 +169,13 @@ void TMainEditor::moveCapture(size_t from, size_t to) {
 }
 
 // Names need not differ, but each capture has one.
-bool TMainEditor::renameCapture(size_t place, const wxString& name) {
+void TMainEditor::renameCapture(size_t place, const wxString& name) {
     const std::string trimmedName = firstUnits(trimmed(name.ToStdString(wxConvUTF8)), longestName);
-    if (trimmedName.empty() || place >= documents_.size()) return false;
+    if (trimmedName.empty() || place >= documents_.size()) return;
     CaptureDocument& document = *documents_[place].document;
-    if (trimmedName == document.info().name) return true;
+    if (trimmedName == document.info().name) return;
     const Status renamed = document.run(std::make_unique<SetInfo>(SetInfo::Field::Name, trimmedName));
     if (!renamed) showError(renamed.message());
-    return renamed.ok();
 }
 
 void TMainEditor::onLabel(std::string_view control) {

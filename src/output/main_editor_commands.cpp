@@ -13,6 +13,7 @@
 #include "editor/uEditor.h"
 #include "imaging/picture_file.h"
 #include "output/capture_list.h"
+#include "output/editable_png.h"
 #include "output/main_toolbar.h"
 #include "output/open_captures.h"
 #include "output/uMainEditor.h"
@@ -61,9 +62,12 @@ bool TMainEditor::openFile(const std::string& path) { return openFiles({path}); 
 // What cannot be opened is told at the end, in one message.
 bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
     size_t added = 0;
+    bool someLackData = false;
     std::vector<std::string> failures;
     for (const std::string& path : paths) {
-        Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path));
+        bool lacksData = false;
+        Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path), &lacksData);
+        someLackData = someLackData || lacksData;
         if (!opened) {
             failures.push_back(opened.message());
             continue;
@@ -79,6 +83,11 @@ bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
     if (failures.size() > mostNames)
         text.append("\nand ").append(std::to_string(failures.size() - mostNames)).append(" more");
     if (!failures.empty()) showError(text);
+    // Of no moment for what the user sees, so it comes after the window.
+    if (someLackData)
+        CallAfter([] {
+            showRemembered("cmbMissingDataMessage", {missingDataText, missingDataCaption, MessageIcon::Error});
+        });
     return added > 0;
 }
 
@@ -155,7 +164,7 @@ void TMainEditor::afterOutput(const char* done) {
     question.icon = MessageIcon::Question;
     question.buttons = MessageButtons::YesNo;
     question.standard = MessageAnswer::No;
-    if (showRemembered("cmbExitAfterSaving", question) == MessageAnswer::Yes) closeSession();
+    if (showRemembered("cmbExitAfterSaving", question) == MessageAnswer::Yes) leave(true);
 }
 
 // --- editing ------------------------------------------------------------------------------------------------------
@@ -233,13 +242,15 @@ bool TMainEditor::confirmUnsaved(const Documents& documents) {
     return answer == MessageAnswer::No || saveProject(projectPath_.empty());
 }
 
-bool TMainEditor::closeSession() {
+bool TMainEditor::closeSession() { return leave(false); }
+
+bool TMainEditor::leave(bool confirmed) {
     if (!documents_.empty()) {
         const bool unsaved = std::any_of(documents_.begin(), documents_.end(),
                                          [](const Entry& entry) { return entry.document->modified(); });
         if (unsaved) {
             if (!confirmUnsaved(allEditors())) return false;
-        } else {
+        } else if (!confirmed) {
             Message question;
             question.caption = "Exit Editor";
             question.text = "Would you like to exit the editor?";

@@ -5,7 +5,6 @@
 #include "imaging/picture_file.h"
 #include "output/editable_png.h"
 #include "output/project_file.h"
-#include "settings/message_box.h"
 
 namespace glimmer {
 
@@ -24,7 +23,7 @@ Result<Document> decodeProjectPicture(std::span<const uint8_t> png, CaptureInfo 
     return documentOf(std::move(opened->picture), std::move(info));
 }
 
-Result<Document> openPicture(const std::filesystem::path& path) {
+Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData) {
     const Result<std::vector<uint8_t>> file = readFile(path, PngLimits::fileBytes);
     if (!file) return file.failure();
     CaptureInfo info;
@@ -33,7 +32,7 @@ Result<Document> openPicture(const std::filesystem::path& path) {
     if (detectPicture(*file) == PictureFormat::Png) {
         Result<OpenedPicture> opened = readEditablePng(*file);
         if (!opened) return opened.failure();
-        if (!opened->editable) showError(missingDataText);
+        lacksData = !opened->editable;
         return documentOf(std::move(opened->picture), std::move(info));
     }
     Result<TBitmap> picture = readPicture(*file);
@@ -43,10 +42,12 @@ Result<Document> openPicture(const std::filesystem::path& path) {
 
 }  // namespace
 
-Result<std::vector<Document>> openCaptures(const std::filesystem::path& path) {
+Result<std::vector<Document>> openCaptures(const std::filesystem::path& path, bool* lacksData) {
     if (upperAscii(utf8FromPath(path.extension())) == ".GMP") return readProject(path, decodeProjectPicture);
-    Result<Document> document = openPicture(path);
+    bool flat = false;
+    Result<Document> document = openPicture(path, flat);
     if (!document) return document.failure();
+    if (lacksData != nullptr) *lacksData = flat;
     (*document)->markSaved();
     std::vector<Document> one;
     one.push_back(document.take());

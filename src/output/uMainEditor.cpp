@@ -104,7 +104,7 @@ void TMainEditor::layOut() {
     CaptureList::Events events;
     events.shown = [this](size_t place) { show(place); };
     events.selectionChanged = [this] { stateStale_ = true; };
-    events.renamed = [this](size_t place, const wxString& name) { return renameCapture(place, name); };
+    events.renamed = [this](size_t place, const wxString& name) { renameCapture(place, name); };
     events.moved = [this](size_t from, size_t to) { moveCapture(from, to); };
     events.menu = [this](const wxPoint& screen) { showActionsMenu(screen); };
     events.deletePressed = [this] { deleteCaptures(list_->selected()); };

@@ -130,7 +130,7 @@ private:
     void removePlaces(std::vector<size_t> places);
     void deleteCaptures(std::vector<size_t> places);
     void moveCapture(size_t from, size_t to);
-    bool renameCapture(size_t place, const wxString& name);
+    void renameCapture(size_t place, const wxString& name);
     void onLabel(std::string_view control);
     void showActionsMenu(const wxPoint& screen);
     void updateThumbnails();
@@ -142,6 +142,7 @@ private:
     // Commands (main_editor_commands.cpp)
     void setTool(EditTool tool, const char* button);
     void afterOutput(const char* done);
+    bool leave(bool confirmed);
     [[nodiscard]] bool confirmUnsaved(const Documents& documents);
     bool saveProject(bool askForName);
 

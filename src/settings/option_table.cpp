@@ -132,6 +132,7 @@ constexpr Option table[] = {
 
     combo("", "cmbMultipleSelectionPrinting", "Printing several captures", printing, 0),
     combo("", "cmbLoadingFilesViaDDropHint", "Hint on dropping files", display, 0),
+    combo("", "cmbMissingDataMessage", "Notice on a picture without the program's data", display, 0),
     combo("", "cmbHideBeforeNavigation", "Hide the editor before the browser is shown", hide, 0),
     check("", "chkLeftPanelVisible", "Main editor's left panel", true),
     spin("", "spnLeftPanelWidth", "Width of the left panel", 182, 0, 10000),

@@ -1,20 +1,9 @@
-#include <gtest/gtest.h>
-#include <wx/hyperlink.h>
-#include <wx/listctrl.h>
 #include <wx/statusbr.h>
 
 #include "common/text.h"
-#include "common/tool_button.h"
-#include "editor/document.h"
-#include "editor/uEditor.h"
+#include "main_editor_fixture.h"
 #include "output/capture_list.h"
 #include "output/main_toolbar.h"
-#include "output/uMainEditor.h"
-#include "settings/options.h"
-#include "settings/settings_path.h"
-#include "support/recorded_messages.h"
-#include "support/scratch_folder.h"
-#include "support/windows/forms.h"
 
 namespace glimmer {
 namespace {
@@ -22,41 +11,7 @@ namespace {
 using test::find;
 using test::pumpUntil;
 
-std::unique_ptr<CaptureDocument> capture(const std::string& name, Size size = {300, 200}) {
-    TBitmap picture = TBitmap::create(size.width, size.height, PixelFormat::Bgra32).take();
-    picture.fill(picture.bounds(), rgb(240, 240, 240));
-    CaptureInfo info;
-    info.name = name;
-    return CaptureDocument::create(std::move(picture), info).take();
-}
-
-class MainEditor : public testing::Test {
-protected:
-    void SetUp() override {
-        editor_ = new TMainEditor;  // destroyed by its Close
-        pMainEditor = editor_;
-        editor_->showRoutine();
-    }
-    void TearDown() override {
-        editor_->Close(true);
-        ASSERT_TRUE(pumpUntil([] { return pMainEditor == nullptr; }));
-    }
-    [[nodiscard]] wxListCtrl& list() const { return *find<wxListCtrl>(*editor_, "lvAnnotations"); }
-    [[nodiscard]] std::vector<std::string> names() const {
-        std::vector<std::string> all;
-        for (const CaptureDocument* document : editor_->allEditors()) all.push_back(document->info().name);
-        return all;
-    }
-    void press(const char* button) const { find<ToolButton>(*editor_, button)->press(); }
-    void clickLabel(const char* label) const {
-        wxHyperlinkEvent event(findLabel(label), wxID_ANY, "");
-        findLabel(label)->ProcessWindowEvent(event);
-    }
-    [[nodiscard]] wxWindow* findLabel(const char* label) const { return test::findControl(*editor_, label); }
-
-    test::RecordedMessages messages_;
-    TMainEditor* editor_ = nullptr;
-};
+using MainEditor = MainEditorTest;
 
 TEST_F(MainEditor, EveryCommandHasItsButtonAndNeedsWhatItNeeds) {
     for (const MainCommand& command : mainCommands()) {
@@ -66,13 +21,13 @@ TEST_F(MainEditor, EveryCommandHasItsButtonAndNeedsWhatItNeeds) {
     }
     ASSERT_TRUE(pumpUntil([this] { return !find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
     EXPECT_TRUE(find<ToolButton>(*editor_, "btnLoadProject")->IsEnabled());
-    editor_->addEditor(capture("one"));
+    editor_->addEditor(grey("one"));
     ASSERT_TRUE(pumpUntil([this] { return find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
     EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnUndo")->IsEnabled());
 }
 
 TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {
-    for (const char* name : {"a", "b", "c", "d"}) editor_->addEditor(capture(name));
+    for (const char* name : {"a", "b", "c", "d"}) editor_->addEditor(grey(name));
     EXPECT_EQ(editor_->currentEditor()->info().name, "d");
     EXPECT_EQ(editor_->selectedEditors().size(), 1U);
     clickLabel("lblSelectAll");
@@ -94,7 +49,7 @@ TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {
 }
 
 TEST_F(MainEditor, MovesCapturesWithTheKeyboard) {
-    for (const char* name : {"a", "b", "c"}) editor_->addEditor(capture(name));
+    for (const char* name : {"a", "b", "c"}) editor_->addEditor(grey(name));
     const auto altUp = [this] {
         wxKeyEvent event(wxEVT_KEY_DOWN);
         event.m_keyCode = WXK_UP;
@@ -112,7 +67,7 @@ TEST_F(MainEditor, MovesCapturesWithTheKeyboard) {
 }
 
 TEST_F(MainEditor, RenamesAndRefusesEmptyNames) {
-    editor_->addEditor(capture("old"));
+    editor_->addEditor(grey("old"));
     wxListEvent event(wxEVT_LIST_END_LABEL_EDIT, list().GetId());
     event.m_itemIndex = 0;
     event.m_item.SetText("   ");
@@ -131,8 +86,8 @@ TEST_F(MainEditor, RenamesAndRefusesEmptyNames) {
 }
 
 TEST_F(MainEditor, LeavingAsksOnceAndNamesWhatIsUnsaved) {
-    editor_->addEditor(capture("first"));
-    editor_->addEditor(capture("second")).markSaved();
+    editor_->addEditor(grey("first"));
+    editor_->addEditor(grey("second")).markSaved();
     messages_.answers = {{MessageAnswer::Cancel}, {MessageAnswer::No}};
     EXPECT_FALSE(editor_->closeSession());
     ASSERT_EQ(messages_.messages.size(), 1U);
@@ -148,6 +103,10 @@ TEST_F(MainEditor, LeavingAsksOnceAndNamesWhatIsUnsaved) {
 TEST_F(MainEditor, OpensWhatIsGoodAndSaysWhatIsNot) {
     EXPECT_TRUE(editor_->openFile("samples/article-1280x1024.png"));
     EXPECT_EQ(editor_->currentEditor()->size(), (Size{1280, 1024}));
+    test::pump();
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].caption, "Error");
+    EXPECT_EQ(messages_.messages[0].text, "The file doesn't contain some data for Glimmerpad.");
     messages_.messages.clear();
     EXPECT_FALSE(editor_->openFile("README.md"));
     EXPECT_FALSE(editor_->openFile("samples/nothing-here.png"));
@@ -172,7 +131,7 @@ TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
 TEST_F(MainEditor, LargeCapturesThatAreNotShownGiveUpTheirAddresses) {
     constexpr int count = 8;
     for (int i = 0; i < count; ++i) {
-        CaptureDocument& added = editor_->addEditor(capture(std::to_string(i), {1280, 10000}));
+        CaptureDocument& added = editor_->addEditor(grey(std::to_string(i), {1280, 10000}));
         added.markSaved();
     }
     const TMainEditor::Documents all = editor_->allEditors();

@@ -1,0 +1,129 @@
+// main_editor_bench: the main window with forty long pages. Windows only: a program of its own, since it needs the
+// toolkit and a screen.
+
+#include <wx/app.h>
+#include <wx/evtloop.h>
+#include <wx/hyperlink.h>
+#include <wx/init.h>
+#include <wx/listctrl.h>
+#include <wx/log.h>
+#include <wx/msw/wrapwin.h>
+
+#include "common/section_memory.h"
+#include "editor/cairo_text_painter.h"
+#include "editor/document.h"
+#include "harness.h"
+#include "output/capture_list.h"
+#include "output/thumb_creator.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+#include "settings/options.h"
+
+namespace glimmer::bench {
+
+namespace {
+
+constexpr Size longPage{1280, 10000};
+constexpr int pages = 40;
+
+std::unique_ptr<CaptureDocument> newCapture(int number) {
+    CaptureInfo info;
+    info.name = "page " + std::to_string(number);
+    auto document = CaptureDocument::create(pagePicture("table-1280x10000.png", longPage, PixelFormat::Bgra32), info);
+    (*document)->markSaved();
+    return document.take();
+}
+
+/// Whatever the last action has left to do: messages, idle work, painting.
+void settle(wxWindow& window) {
+    wxEventLoopBase* loop = wxEventLoopBase::GetActive();
+    while (loop->Pending()) loop->Dispatch();
+    loop->ProcessIdle();
+    wxTheApp->ProcessPendingEvents();
+    window.Update();
+}
+
+/// As the user does it, who has chosen not to be asked.
+void removeLast(TMainEditor& editor) {
+    OptionsHolder().setNumber("cmbDeleteCaptures", 1);
+    wxWindow* label = editor.FindWindow("lblDeleteSelected");
+    wxHyperlinkEvent event(label, wxID_ANY, "");
+    label->ProcessWindowEvent(event);
+}
+
+void measure() {
+    setMessageBoxes(nullptr);
+    setPixelAllocator(sectionPixelMemory);
+    auto* editor = new TMainEditor;
+    pMainEditor = editor;
+    editor->showRoutine();
+    for (int i = 0; i < pages; ++i) {
+        editor->addEditor(newCapture(i));
+        settle(*editor);
+    }
+    auto* list = dynamic_cast<CaptureList*>(editor->FindWindow("lvAnnotations"));
+    int at = 0;
+    std::unique_ptr<CaptureDocument> next;
+    const std::vector<double> times = compare({
+        {"switch to another capture",
+         [&] {
+             list->SetItemState(at, wxLIST_STATE_FOCUSED, wxLIST_STATE_FOCUSED);
+             settle(*editor);
+         },
+         [&] {
+             at = (at + 17) % pages;
+             settle(*editor);
+         }},
+        {"select all",
+         [&] {
+             list->select([](size_t) { return true; });
+             settle(*editor);
+         },
+         [&] {
+             list->select([](size_t place) { return place == 0; });
+             settle(*editor);
+         }},
+        {"add a capture to forty",
+         [&] {
+             editor->addEditor(std::move(next));
+             settle(*editor);
+         },
+         [&] {
+             while (editor->editorCount() > pages) removeLast(*editor);
+             next = newCapture(pages);
+             settle(*editor);
+         }},
+    });
+    CairoTextPainter text;
+    const TThumbCreator creator({132, 99}, rgb(255, 255, 255));
+    const auto page = newCapture(0);
+    const std::vector<double> thumbnail =
+        compare({{"thumbnail", [&] { (void)creator.create(*page, text, {}, false); }}});
+    printTable("Main window with forty captures of 1280 x 10000 (milliseconds until painted)",
+               {"action", "time", "limit"},
+               {{"switch to another capture", milliseconds(times[0]), "100"},
+                {"select all", milliseconds(times[1]), "100"},
+                {"add a capture", milliseconds(times[2]), "100"},
+                {"thumbnail of a capture", milliseconds(thumbnail[0]), "10"}});
+    editor->Close(true);
+    settle(*editor);
+}
+
+}  // namespace
+
+}  // namespace glimmer::bench
+
+int main() {
+    SetProcessDPIAware();
+    wxApp::SetInstance(new wxApp);
+    int none = 0;
+    if (!wxEntryStart(none, static_cast<wxChar**>(nullptr)) || !wxTheApp->CallOnInit()) return 2;
+    wxTheApp->SetExitOnFrameDelete(false);
+    delete wxLog::SetActiveTarget(new wxLogStderr);
+    wxGUIEventLoop loop;
+    const wxEventLoopActivator activate(&loop);
+    glimmer::bench::measure();
+    wxTheApp->OnExit();
+    wxEntryCleanup();
+    return 0;
+}

@@ -1,0 +1,380 @@
+#include <gmock/gmock.h>
+#include <wx/msw/wrapwin.h>
+#include <wx/textctrl.h>
+// After windows.h, which it needs.
+#include <shlobj.h>
+
+#include "common/wide_text.h"
+#include "mail_program.h"
+#include "main_editor_fixture.h"
+#include "output/clipboard.h"
+#include "output/editable_png.h"
+#include "output/output_folders.h"
+#include "support/windows/dialog_driver.h"
+
+// The main editor as it is used: mouse, keys, files dropped on it, and the ways to leave it.
+
+namespace glimmer {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+using MainEditorUse = MainEditorTest;
+
+// --- the list -----------------------------------------------------------------------------------------------------
+
+TEST_F(MainEditorUse, CapturesAreReorderedWithTheMouse) {
+    add({"a", "b", "c", "d"});
+    editor_->SetSize(editor_->FromDIP(wxSize(1000, 900)));
+    test::pump();
+    const auto drag = [this](long from, long to, int below) {
+        const wxPoint start = itemPoint(from);
+        const wxPoint end = itemPoint(to);
+        test::mouseDrag(list(), start.x, start.y, end.x, end.y + below);
+        test::pump();
+    };
+    const int half = list().FromDIP(45);
+    drag(0, 2, half);  // below the third
+    EXPECT_THAT(names(), ElementsAre("b", "c", "a", "d"));
+    EXPECT_EQ(editor_->currentEditor()->info().name, "a");
+    drag(3, 0, -half);  // above the first
+    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
+    drag(1, 1, half / 4);  // on itself
+    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
+    std::vector<std::string> shown;
+    for (long i = 0; i < list().GetItemCount(); ++i) shown.push_back(list().GetItemText(i).utf8_string());
+    EXPECT_EQ(shown, names());
+    // The order is what a project keeps.
+    fs::path project = folder() / "order.gmp";
+    ASSERT_TRUE(saver_.saveProject(editor_->allEditors(), project, false));
+    editor_->discardAll();
+    ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
+    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
+}
+
+TEST_F(MainEditorUse, CapturesAreRenamedInPlace) {
+    add({"old"});
+    const auto rename = [this](const std::string& typed, uint8_t key) {
+        ASSERT_TRUE(test::bringForward(*editor_, &list()));
+        test::pressKey(VK_F2);
+        ASSERT_TRUE(test::pumpUntil([this] { return list().GetEditControl() != nullptr; }));
+        test::pressKey('A', 0x4000);
+        test::pressKey(VK_DELETE);
+        if (!typed.empty()) test::typeText(typed);
+        test::pressKey(key);
+        ASSERT_TRUE(test::pumpUntil([this] { return list().GetEditControl() == nullptr; }));
+    };
+    rename("n\xC3\xA9w", VK_RETURN);
+    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
+    rename("", VK_RETURN);
+    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
+    EXPECT_EQ(list().GetItemText(0).utf8_string(), "n\xC3\xA9w");
+    rename("given up", VK_ESCAPE);
+    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
+    rename(std::string(240, 'x'), VK_RETURN);
+    EXPECT_THAT(names(), ElementsAre(std::string(200, 'x')));
+    EXPECT_EQ(list().GetItemText(0).utf8_string(), std::string(200, 'x'));
+    EXPECT_TRUE(messages_.messages.empty());
+}
+
+TEST_F(MainEditorUse, DeletingKeepsToTheAnswer) {
+    add({"a", "b", "c"});
+    OptionsHolder().setNumber("cmbDeleteCaptures", 2);  // "Don't Delete"
+    clickLabel("lblDeleteSelected");
+    EXPECT_THAT(names(), ElementsAre("a", "b", "c"));
+    OptionsHolder().setNumber("cmbDeleteCaptures", 0);
+    messages_.answers = {{MessageAnswer::Yes, true}};
+    ASSERT_TRUE(test::bringForward(*editor_, &list()));
+    test::pressKey(VK_DELETE);
+    EXPECT_THAT(names(), ElementsAre("a", "b"));
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_THAT(messages_.messages[0].text, HasSubstr("\"c\""));
+    EXPECT_EQ(OptionsHolder().number("cmbDeleteCaptures"), 1);
+    clickLabel("lblDeleteAll");
+    EXPECT_EQ(editor_->editorCount(), 0U);
+    EXPECT_EQ(messages_.messages.size(), 1U) << "asked again";
+}
+
+// --- files --------------------------------------------------------------------------------------------------------
+
+/// What the shell hands over when files are dropped at a place.
+HGLOBAL droppedFiles(const std::vector<fs::path>& paths) {
+    std::wstring names;
+    for (const fs::path& path : paths) names.append(path.wstring()).push_back(L'\0');
+    names.push_back(L'\0');
+    HGLOBAL const memory = GlobalAlloc(GHND, sizeof(DROPFILES) + names.size() * sizeof(wchar_t));
+    auto* header = static_cast<DROPFILES*>(GlobalLock(memory));
+    header->pFiles = sizeof(DROPFILES);
+    header->fWide = TRUE;
+    std::copy(names.begin(), names.end(), reinterpret_cast<wchar_t*>(header + 1));
+    GlobalUnlock(memory);
+    return memory;
+}
+
+TEST_F(MainEditorUse, DroppedFilesAreOpenedAndWhatCannotBeIsToldOnce) {
+    add({"one", "two"});
+    fs::path project = folder() / "two.GMP";
+    ASSERT_TRUE(saver_.saveProject(editor_->allEditors(), project, false));
+    editor_->discardAll();
+    const fs::path text = folder() / "notes.txt";
+    ASSERT_TRUE(writeFile(text, std::vector<uint8_t>{'h', 'i'}).ok());
+    const fs::path missing = folder() / "missing.png";
+    const fs::path picture = fs::absolute("samples/article-1280x1024.png");
+    messages_.messages.clear();
+
+    EXPECT_TRUE(GetWindowLongW(editor_->GetHWND(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES);
+    PostMessageW(editor_->GetHWND(), WM_DROPFILES,
+                 reinterpret_cast<WPARAM>(droppedFiles({project, picture, text, missing})), 0);
+    ASSERT_TRUE(test::pumpUntil([this] { return messages_.messages.size() == 2; }));
+    EXPECT_THAT(names(), ElementsAre("one", "two", "article-1280x1024"));
+    for (const Message& message : messages_.messages) EXPECT_EQ(message.caption, "Error");
+    EXPECT_THAT(messages_.messages[0].text, HasSubstr("missing.png"));
+    EXPECT_EQ(messages_.messages[1].text, missingDataText);  // of the picture, in which nothing was drawn yet
+    for (const CaptureDocument* document : editor_->allEditors()) EXPECT_FALSE(document->modified());
+}
+
+TEST_F(MainEditorUse, TheOpenDialogOffersEveryKind) {
+    const fs::path picture = fs::absolute("samples/shop-1920x1080.png");
+    std::vector<std::wstring> filters;
+    {
+        const test::DialogDriver driver(
+            {{L"Open Project or File...", [&](HWND dialog) {
+                  for (HWND box : test::childrenOf(dialog, L"ComboBox")) {
+                      const auto count = SendMessageW(box, CB_GETCOUNT, 0, 0);
+                      for (LRESULT i = 0; count == 6 && i < count; ++i) {
+                          wchar_t text[200] = {};
+                          SendMessageW(box, CB_GETLBTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+                          filters.emplace_back(text);
+                      }
+                  }
+                  const auto fields = test::childrenOf(dialog, L"Edit");
+                  if (fields.empty()) return false;
+                  SendMessageW(fields.back(), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(picture.c_str()));
+                  return test::clickButton(dialog, L"Open");
+              }}});
+        test::pressKey('O', 0x4000);
+    }
+    EXPECT_THAT(names(), ElementsAre("shop-1920x1080"));
+    EXPECT_THAT(filters,
+                ElementsAre(L"All supported files (*.gmp;*.png;*.gif;*.jpg;*.jpeg;*.bmp;)",
+                            L"Glimmerpad Project file (*.gmp)", L"Portable Network Graphics (*.png)",
+                            L"CompuServe GIF Image (*.gif)", L"JPEG Image File (*.jpg, *.jpeg)", L"Bitmaps (*.bmp)"));
+}
+
+// --- one command, four ways ---------------------------------------------------------------------------------------
+
+struct OutputCommand {
+    const char* button;
+    uint8_t key;
+    int32_t held;
+    const char* label;  ///< null: no label presses it
+};
+
+/// Each output command through its button, its keys, its label and a host's request leaves the same behind.
+class EveryWay : public MainEditorTest, public testing::WithParamInterface<OutputCommand> {
+protected:
+    /// What the command has done, as far as it can be told from outside.
+    std::string trace() {
+        std::string text;
+        for (const Message& message : messages_.messages) text += message.caption + ": " + message.text + "\n";
+        for (const auto& [target, parameters] : starts_.started) text += "start " + target + " " + parameters + "\n";
+        for (const std::string& name : uploaded_) text += "upload " + name + "\n";
+        if (const Result<TBitmap> copied = pictureFromClipboard())
+            text += "clipboard " + std::to_string(copied->width()) + " x " + std::to_string(copied->height()) + "\n";
+        for (const auto& entry : fs::recursive_directory_iterator(scratch_.path())) {
+            if (entry.is_regular_file() && entry.path().extension() != ".ini")
+                text += utf8FromPath(entry.path().filename()) + " " + std::to_string(entry.file_size()) + "\n";
+        }
+        return text;
+    }
+    void forget() {
+        messages_.messages.clear();
+        starts_.started.clear();
+        uploaded_.clear();
+        for (const fs::path& path : {folder(), work(), externalEditorFolder().take()}) fs::remove_all(path);
+        fs::create_directories(folder());
+        if (OpenClipboard(nullptr) != FALSE) {
+            EmptyClipboard();
+            CloseClipboard();
+        }
+    }
+    std::vector<std::string> uploaded_;
+};
+
+TEST_P(EveryWay, LeadsToTheSame) {
+    const OutputCommand& command = GetParam();
+    const MailProgram program(L"mail_recorder");
+    SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder().c_str());
+    SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", L"0");
+    OptionsHolder().setNumber("cmbExitAfterSaving", 2);  // "Don't Exit"
+    dialogs_.path = folder() / "picture.png";
+    TMainEditor::Commands commands;
+    commands.upload = [this](const TMainEditor::Documents& documents) {
+        for (const CaptureDocument* document : documents) uploaded_.push_back(document->info().name);
+    };
+    editor_->setCommands(commands);
+    add({"first", "second", "third"});
+    list().SetItemState(1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);  // the last two
+    test::pump();
+    ASSERT_EQ(editor_->selectedEditors().size(), 2U);
+
+    std::vector<std::pair<std::string, std::function<void()>>> ways = {
+        {"the button", [&] { test::click(button(command.button)); }},
+        {"the keys",
+         [&] {
+             ASSERT_TRUE(test::bringForward(*editor_, &list()));
+             test::pressKey(command.key, command.held);
+         }},
+        {"the host", [&] { editor_->click(command.button); }}};
+    if (command.label != nullptr) ways.emplace_back("the label", [&] { clickLabel(command.label); });
+    std::string expected;
+    for (const auto& [name, act] : ways) {
+        forget();
+        act();
+        test::pump();
+        const std::string left = trace();
+        if (expected.empty()) expected = left;
+        EXPECT_EQ(left, expected) << "through " << name;
+    }
+    EXPECT_FALSE(expected.empty()) << "the command did nothing";
+    EXPECT_EQ(editor_->editorCount(), 3U);
+    forget();
+}
+
+INSTANTIATE_TEST_SUITE_P(Output, EveryWay,
+                         testing::Values(OutputCommand{"btnUpload", VK_F1, 0x4000, "lblThenUpload"},
+                                         OutputCommand{"btnPublish", VK_F2, 0x4000, "lblThenSave"},
+                                         OutputCommand{"btnCopy", VK_F3, 0x4000, "lblThenCopy"},
+                                         OutputCommand{"btnMail", VK_F4, 0x4000, "lblThenMail"},
+                                         OutputCommand{"btnExternalViewer", VK_F5, 0x4000, "lblThenEdit"},
+                                         OutputCommand{"btnPrint", 'P', 0x4000, nullptr},
+                                         OutputCommand{"btnSaveProject", 'S', 0x4000, nullptr}),
+                         [](const auto& info) { return std::string(info.param.button); });
+
+TEST_F(MainEditorUse, EveryToolHasItsKey) {
+    add({"one"});
+    const struct {
+        uint8_t key;
+        const char* button;
+    } tools[] = {{'2', "btnWndSelector"}, {'3', "btnTextShape"},      {'4', "btnTextPen"}, {'5', "btnTextLine"},
+                 {'6', "btnText"},        {'8', "btnRectHightlight"}, {'9', "btnLine"},    {'1', "btnPointer"}};
+    for (const auto& [key, name] : tools) {
+        ASSERT_TRUE(test::bringForward(*editor_, &list()));
+        test::pressKey(key, 0x8000);
+        EXPECT_TRUE(test::pumpUntil([&] { return button(name).down(); })) << name;
+        const EditTool byKey = editor_->canvas()->tool();
+        button("btnPointer").press();
+        test::click(button(name));
+        EXPECT_EQ(editor_->canvas()->tool(), byKey) << name;
+    }
+}
+
+// --- leaving ------------------------------------------------------------------------------------------------------
+
+TEST_F(MainEditorUse, SaveAllOnLeavingSavesAProject) {
+    add({"one", "two"});
+    dialogs_.path = folder() / "session.gmp";
+    messages_.answers = {{MessageAnswer::Yes}};
+    test::click(button("btnExit"));
+    EXPECT_EQ(editor_->editorCount(), 0U);
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].yes, "&Save all");
+    EXPECT_EQ(messages_.messages[0].no, "&Discard");
+    EXPECT_FALSE(editor_->IsShown());
+    editor_->showRoutine();
+    EXPECT_TRUE(editor_->openFile(utf8FromPath(dialogs_.path)));
+    EXPECT_THAT(names(), ElementsAre("one", "two"));
+}
+
+TEST_F(MainEditorUse, GivingUpTheSaveOrFailingAtItKeepsTheWindow) {
+    add({"one"});
+    messages_.answers = {{MessageAnswer::Yes}};  // and no file name then
+    EXPECT_FALSE(editor_->closeSession());
+    EXPECT_EQ(editor_->editorCount(), 1U);
+    dialogs_.path = "Z:\\proc\\session.gmp";
+    messages_.answers = {{MessageAnswer::Yes}};
+    EXPECT_FALSE(editor_->closeSession());
+    EXPECT_TRUE(editor_->currentEditor()->modified());
+    EXPECT_TRUE(editor_->IsShown());
+}
+
+TEST_F(MainEditorUse, LeavingWithEverythingSavedKeepsToTheAnswer) {
+    const auto leave = [this](int choice, std::deque<test::RecordedMessages::Answer> answers) {
+        editor_->showRoutine();
+        editor_->addEditor(grey("saved")).markSaved();
+        OptionsHolder().setNumber("cmbConfirmExit", choice);
+        messages_.messages.clear();
+        messages_.answers = std::move(answers);
+        SendMessageW(editor_->GetHWND(), WM_CLOSE, 0, 0);
+        test::pump();
+        const bool left = editor_->editorCount() == 0;
+        editor_->discardAll();
+        return std::pair(left, messages_.messages.size());
+    };
+    EXPECT_EQ(leave(0, {{MessageAnswer::No}}), std::pair(false, size_t{1}));
+    EXPECT_EQ(leave(0, {{MessageAnswer::Yes}}), std::pair(true, size_t{1}));
+    EXPECT_EQ(leave(1, {}), std::pair(true, size_t{0}));
+    EXPECT_EQ(leave(2, {}), std::pair(false, size_t{0}));
+}
+
+TEST_F(MainEditorUse, AnOutputMayBeTheEndOfTheSession) {
+    add({"one"});
+    dialogs_.path = folder() / "picture.png";
+    messages_.answers = {{MessageAnswer::No}, {MessageAnswer::Yes}};  // open the folder; exit the editor
+    button("btnPublish").press();
+    ASSERT_EQ(messages_.messages.size(), 2U);
+    EXPECT_EQ(messages_.messages[1].caption, "Created successfully");
+    EXPECT_EQ(messages_.messages[1].text, "Would you like to exit the editor?");
+    EXPECT_FALSE(editor_->IsShown());
+    EXPECT_EQ(editor_->editorCount(), 0U);
+}
+
+// The user closes the window while its captures are being written: the file is finished, then the question comes.
+TEST_F(MainEditorUse, ClosingWaitsForASaveThatRuns) {
+    editor_->addEditor(largeCapture("large"));
+    test::pump();
+    dialogs_.path = folder() / "large.gmp";
+    OptionsHolder().setNumber("cmbConfirmExit", 1);  // "Exit"
+    bool during = false;
+    HWND window = editor_->GetHWND();
+    {
+        const test::DialogDriver driver({{L"Please wait", [&](HWND) {
+                                              during = true;
+                                              PostMessageW(window, WM_CLOSE, 0, 0);
+                                              return true;
+                                          }}});
+        button("btnSaveProject").press();
+    }
+    EXPECT_TRUE(during);
+    EXPECT_TRUE(fs::exists(dialogs_.path));
+    ASSERT_TRUE(test::pumpUntil([this] { return editor_->editorCount() == 0; }));
+    EXPECT_FALSE(editor_->IsShown());
+    EXPECT_TRUE(editor_->openFile(utf8FromPath(dialogs_.path)));
+}
+
+// A host shuts the library down while a dialog of a command is up: the command ends in peace before anything goes.
+TEST_F(MainEditorUse, AForcedCloseWaitsForTheCommandThatRuns) {
+    add({"one"});
+    class Closing : public FixedDialogs {
+    public:
+        explicit Closing(TMainEditor& editor) : editor_(editor) {}
+        std::optional<PictureTarget> askPicture(const fs::path&, const std::string&, PictureFormat) override {
+            editor_.Close(true);
+            test::pump();
+            return PictureTarget{path, format};
+        }
+
+    private:
+        TMainEditor& editor_;
+    } closing(*editor_);
+    closing.path = folder() / "late.png";
+    setSaveDialogs(&closing);
+    button("btnPublish").press();
+    EXPECT_TRUE(fs::exists(closing.path));
+    EXPECT_TRUE(test::pumpUntil([] { return pMainEditor == nullptr; }));
+}
+
+}  // namespace
+}  // namespace glimmer
