@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "common/host_kind.h"
+#include "common/icons.h"
 #include "common/section_memory.h"
 #include "editor/document.h"
 #include "editor/edit_tool.h"
@@ -50,6 +51,7 @@ TMainEditor::TMainEditor()
       tmrUpdateThumbnails_(this),
       thumbnailText_(std::make_unique<RichTextPainter>()) {
     setPixelAllocator(sectionPixelMemory);
+    SetIcons(applicationIcons());
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     layOut();
     bindKeys();

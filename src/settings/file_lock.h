@@ -22,7 +22,8 @@ public:
     [[nodiscard]] bool held() const { return file_ >= 0; }
 
 private:
-    static constexpr int standardAttempts = 300;  // three seconds: a process that saves in a loop may be lucky for a while
+    static constexpr int standardAttempts =
+        300;  // three seconds: a process that saves in a loop may be lucky for a while
 
     std::filesystem::path path_;
     int file_ = -1;
