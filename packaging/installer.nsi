@@ -3,6 +3,8 @@
 ;   FOLDER    the folder of files to install, as the zip file holds them
 ;   FILES     a generated list of instructions: File and Delete lines for exactly those files
 ;   OUTPUT    where the installer goes
+;   ICON      the program's icon
+;   STRIP     a picture of 164 x 314 pixels for the first and the last page
 ;
 ; Switches of the installer besides NSIS' own (/S silent, /D=FOLDER):
 ;   /ALLUSERS     for all users of the machine (needs the rights of an administrator); otherwise for this user
@@ -40,6 +42,9 @@ VIAddVersionKey "LegalCopyright" ""
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${STRIP}"
+!define MUI_UNWELCOMEFINISHPAGE_BITMAP "${STRIP}"
+!define MUI_WELCOMEPAGE_TEXT "This installs ${PRODUCT} ${VERSION}: the program, and the library that browser add-ons load.$\r$\n$\r$\nClose browsers that use an earlier version."
 !define MUI_ABORTWARNING
 !define MUI_COMPONENTSPAGE_SMALLDESC
 !define MUI_FINISHPAGE_RUN "$INSTDIR\glimmerpad.exe"

@@ -57,7 +57,10 @@ list_for_installer() {
 make_installer() {
     local folder=$1 installer=$2
     list_for_installer "$folder" >"$folder.nsh"
-    makensis -V2 -NOCD -DVERSION="$(product_version)" -DFILES="$folder.nsh" -DOUTPUT="$installer" \
+    # The strip beside its first and last page: the program's icon in its largest size on the icon's blue.
+    /usr/bin/convert -size 164x314 'gradient:#3b82f6-#1e3a8a' \( "$root/src/resources/glimmerpad.ico[7]" -resize 96x96 \) \
+        -gravity north -geometry +0+72 -composite "BMP3:$folder.bmp"
+    makensis -V2 -NOCD -DVERSION="$(product_version)" -DFILES="$folder.nsh" -DOUTPUT="$installer" -DSTRIP="$folder.bmp" \
         -DICON="$root/src/resources/glimmerpad.ico" "$root/packaging/installer.nsi" >"$folder.nsis.log" ||
         { cat "$folder.nsis.log" >&2; die "the installer could not be made"; }
 }
