@@ -18,7 +18,7 @@ constexpr const char* manifestName = "capture.manifest";
 constexpr const char* lockName = "session";
 constexpr int filesRemovedAtOnce = 8;
 /// Deflated pixels are hardly larger than plain ones.
-constexpr uint64_t maxBandBytes = 2 * 1024 * 1024;
+constexpr uint64_t maxBandBytes = uint64_t{2} * 1024 * 1024;
 
 fs::path bandFile(const fs::path& folder, uint64_t file) { return folder / (std::to_string(file) + ".band"); }
 

@@ -12,7 +12,7 @@ namespace {
 
 constexpr uint32_t mark = 0x43525047;  // "GPRC"
 constexpr uint32_t version = 1;
-constexpr size_t bandBytes = 512 * 1024;
+constexpr size_t bandBytes = size_t{512} * 1024;
 
 void putText(ByteWriter& writer, const std::string& text) {
     writer.u32(static_cast<uint32_t>(text.size()));
@@ -62,7 +62,8 @@ uint32_t checksumOf(std::span<const uint8_t> data) {
 }
 
 int32_t StoredPicture::bandRows(Size size) {
-    return std::max(1, static_cast<int32_t>(bandBytes / TBitmap::stride(size.width, PixelFormat::Bgra32)));
+    const size_t row = TBitmap::stride(size.width, PixelFormat::Bgra32);
+    return static_cast<int32_t>(std::max<size_t>(1, bandBytes / std::max<size_t>(1, row)));
 }
 
 size_t StoredPicture::bandCount(Size size) {
