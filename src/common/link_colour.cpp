@@ -28,7 +28,7 @@ double contrast(const wxColour& a, const wxColour& b) {
 }  // namespace
 
 wxColour linkColour() {
-    const wxColour system = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
+    wxColour system = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
     const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
     if (contrast(system, background) >= 4.5) return system;
     const wxColour dark(0x1A, 0x5F, 0xB4);

@@ -5,7 +5,8 @@
 namespace glimmer {
 
 wxBitmap wxBitmapOf(const TBitmap& picture) {
-    wxBitmap bitmap(picture.width(), picture.height(), 24);
+    wxBitmap bitmap;
+    bitmap.Create(picture.width(), picture.height(), 24);
     wxNativePixelData data(bitmap);
     wxNativePixelData::Iterator to(data);
     for (int32_t y = 0; y < picture.height(); ++y) {

@@ -16,9 +16,8 @@ struct Sse2 {
     static Type add32(Type a, Type b) { return _mm_add_epi32(a, b); }
     static Type interleaveLow(Type a, Type b) { return _mm_unpacklo_epi16(a, b); }
     static Type interleaveHigh(Type a, Type b) { return _mm_unpackhi_epi16(a, b); }
-    static Type multiplyAdd(Type pairs, const int32_t* weights) {
-        return _mm_madd_epi16(pairs, _mm_load_si128(reinterpret_cast<const Type*>(weights)));
-    }
+    static Type loadWeights(const int32_t* weights) { return _mm_load_si128(reinterpret_cast<const Type*>(weights)); }
+    static Type multiplyAdd(Type pairs, Type weights) { return _mm_madd_epi16(pairs, weights); }
     static Type integerPart(Type high, Type low, int32_t shift) {
         return _mm_srl_epi32(_mm_add_epi32(high, _mm_srai_epi32(low, 16)), _mm_cvtsi32_si128(shift));
     }
