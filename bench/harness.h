@@ -43,5 +43,6 @@ void printGoals();
 // The groups of benchmarks. main.cpp lists them.
 void effects();
 void files();
+void editor();
 
 }  // namespace glimmer::bench

@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
     } groups[] = {
         {"effects", glimmer::bench::effects},
         {"files", glimmer::bench::files},
+        {"editor", glimmer::bench::editor},
     };
     try {
         for (const auto& group : groups) {

@@ -53,14 +53,13 @@ wxColour mixed(const wxColour& a, const wxColour& b, double share) {
     return {channel(a.Red(), b.Red()), channel(a.Green(), b.Green()), channel(a.Blue(), b.Blue())};
 }
 
-/// Hints are written with a carriage return between their lines.
+}  // namespace
+
 wxString tipText(wxString hint) {
     hint.Replace("\r\n", "\n");
     hint.Replace("\r", "\n");
     return hint;
 }
-
-}  // namespace
 
 ToolButton::ToolButton(wxWindow* parent, const char* name, Look look, int tag) : look_(std::move(look)), tag_(tag) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
@@ -185,7 +184,7 @@ void ToolButton::paint() {
     dc.SetBackground(wxBrush(base));
     dc.Clear();
     const wxRect area = GetClientRect();
-    const bool active = IsEnabled() && (hot_ || down_ || pressed_);
+    const bool active = IsThisEnabled() && (hot_ || down_ || pressed_);
     if (active || HasFocus()) {
         const double strength = pressed_ ? 0.34 : down_ ? 0.24 : hot_ ? 0.12 : 0.0;
         const double edge = HasFocus() ? 0.8 : pressed_ || down_ ? 0.55 : 0.3;
@@ -197,11 +196,11 @@ void ToolButton::paint() {
     const wxString caption = shownCaption();
     const wxSize text = caption.empty() ? wxSize() : GetTextExtent(caption);
     wxBitmap bitmap = look_.icon != nullptr ? picture_.GetBitmapFor(this) : wxNullBitmap;
-    if (bitmap.IsOk() && !IsEnabled()) bitmap = bitmap.ConvertToDisabled(230);
+    if (bitmap.IsOk() && !IsThisEnabled()) bitmap = bitmap.ConvertToDisabled(230);
     const wxSize image = bitmap.IsOk() ? bitmap.GetLogicalSize() : wxSize();
     const int width = area.width - arrowWidth();
     dc.SetFont(GetFont());
-    dc.SetTextForeground(wxSystemSettings::GetColour(IsEnabled() ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT));
+    dc.SetTextForeground(wxSystemSettings::GetColour(IsThisEnabled() ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT));
     if (look_.captionBelow && !caption.empty()) {
         const int total = image.y + FromDIP(2) + text.y;
         const int top = (area.height - total) / 2;

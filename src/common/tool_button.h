@@ -8,6 +8,9 @@
 
 namespace glimmer {
 
+/// A hint as a tool tip shows it. Hints are written with a carriage return between their lines.
+wxString tipText(wxString hint);
+
 /// A flat button with an icon, a caption or both, as tool bars and property panels use it: it lights up under the
 /// pointer, can stay down (check and radio kinds), can open a menu with its arrow, takes the keyboard (Space, Enter,
 /// Down for the menu) and has an accessible name. Sends wxEVT_BUTTON when it is pressed; a check or radio button has

@@ -49,13 +49,13 @@ void compose(TBitmap& target, const Rect& area, const TBitmap& layer, Point at) 
 
 void paintOn(CairoCanvas& canvas, const TBBShape& shape, TextPainter& text, const PaintOptions& options) {
     if (shape.shape.isVisible()) paintShape(canvas, shape, options.shadows);
-    if (shape.text.isVisible() && options.labels) {
+    if (shape.text.isVisible()) {
         const bool edited = options.editedId != 0 && shape.id() == options.editedId;
         paintLabel(canvas, shape, text, !edited, options.shadows);
     }
     // After the label: a bullet at its edge shows whole.
-    if (shape.line.isVisible() && options.calloutLines) paintLine(canvas, shape, options.shadows);
-    if (shape.number.isVisible() && options.numbers) paintBadge(canvas, shape, text, options.shadows);
+    if (shape.line.isVisible()) paintLine(canvas, shape, options.shadows);
+    if (shape.number.isVisible()) paintBadge(canvas, shape, text, options.shadows);
 }
 
 /// The start of the tile that holds a coordinate.

@@ -11,10 +11,7 @@ namespace glimmer {
 
 /// What of the annotations is painted, and where the bitmap lies.
 struct PaintOptions {
-    bool labels = true;        ///< option "display annotation"
-    bool numbers = true;       ///< option "display number"
-    bool calloutLines = true;  ///< option "display callout line"
-    bool shadows = true;       ///< option "display shadows"
+    bool shadows = true;  ///< option "display shadows"
     /// The annotation whose label is being edited in place and therefore not painted; 0 for none.
     uint32_t editedId = 0;
     /// The image's point that is the bitmap's top left pixel.

@@ -36,23 +36,30 @@ bool CanvasController::canExecute(EditCommand command) const {
         case EditCommand::Invert:
         case EditCommand::Glow:
         case EditCommand::Interlace:
-        case EditCommand::NewSelection: return area;
+        case EditCommand::NewSelection:
+            return area;
         case EditCommand::DeleteAnnotation:
-        case EditCommand::Cut:
         case EditCommand::BringToFront:
         case EditCommand::SendToBack:
         case EditCommand::EditText:
         case EditCommand::ToggleShape:
         case EditCommand::ToggleText:
         case EditCommand::ToggleLine:
-        case EditCommand::ToggleNumber: return annotation;
-        case EditCommand::Copy: return annotation || area;
-        case EditCommand::Renumber: return !document_.annotations().empty();
-        case EditCommand::Undo: return document_.history().canUndo();
-        case EditCommand::Redo: return document_.history().canRedo();
+        case EditCommand::ToggleNumber:
+            return annotation;
+        case EditCommand::Copy:
+        case EditCommand::Cut:
+            return annotation || area;
+        case EditCommand::Renumber:
+            return !document_.annotations().empty();
+        case EditCommand::Undo:
+            return document_.history().canUndo();
+        case EditCommand::Redo:
+            return document_.history().canRedo();
         case EditCommand::InvertSelection:
         case EditCommand::AddAnnotation:
-        case EditCommand::Paste: return true;
+        case EditCommand::Paste:
+            return true;
     }
     return false;
 }
@@ -60,8 +67,10 @@ bool CanvasController::canExecute(EditCommand command) const {
 bool CanvasController::execute(EditCommand command) {
     if (mode_ == CanvasMode::FreeDrawing) {
         // Within a drawing the last stroke is what is undone.
-        if (command == EditCommand::Undo) host_.inkChanged(ink_->undoStroke());
-        return command == EditCommand::Undo;
+        if (command != EditCommand::Undo) return false;
+        host_.inkChanged(ink_->undoStroke());
+        storeInk();
+        return true;
     }
     if (mode_ == CanvasMode::Capture || !canExecute(command)) return false;
     if (drag_ != Drag::None) finishDrag();
@@ -83,9 +92,15 @@ bool CanvasController::execute(EditCommand command) {
         case EditCommand::Blur:
         case EditCommand::Grayscale:
         case EditCommand::Invert:
-        case EditCommand::Interlace: done = pixelOperation(command); break;
-        case EditCommand::Crop: done = crop(); break;
-        case EditCommand::Annotate: done = annotate(document_.selection().bounds(document_.size())); break;
+        case EditCommand::Interlace:
+            done = pixelOperation(command);
+            break;
+        case EditCommand::Crop:
+            done = crop();
+            break;
+        case EditCommand::Annotate:
+            done = annotate(document_.selection().bounds(document_.size()));
+            break;
         case EditCommand::NewSelection:
             document_.select({});
             if (tool_ != EditTool::Pointer) setTool(EditTool::Pointer);
@@ -93,8 +108,7 @@ bool CanvasController::execute(EditCommand command) {
         case EditCommand::InvertSelection: {
             const Rect all = document_.background().bounds();
             document_.selectAnnotation(noAnnotation);
-            document_.select(
-                Selection::freeForm(document_.selection().pixels(document_.size()).invertedWithin(all)));
+            document_.select(Selection::freeForm(document_.selection().pixels(document_.size()).invertedWithin(all)));
             break;
         }
         case EditCommand::AddAnnotation: {
@@ -108,9 +122,19 @@ bool CanvasController::execute(EditCommand command) {
             done = annotate({at.x, at.y, at.x + keyboardSize.width, at.y + keyboardSize.height});
             break;
         }
+        case EditCommand::Cut:
+            // What the window has copied leaves a white area or no annotation behind.
+            if (selected == noAnnotation) {
+                done = pixelOperation(EditCommand::Fill, rgb(255, 255, 255));
+                break;
+            }
+            [[fallthrough]];
         case EditCommand::DeleteAnnotation:
-        case EditCommand::Cut: done = run(std::make_unique<DeleteAnnotation>(selected)); break;
-        case EditCommand::Renumber: done = renumber(); break;
+            done = run(std::make_unique<DeleteAnnotation>(selected));
+            break;
+        case EditCommand::Renumber:
+            done = renumber();
+            break;
         case EditCommand::BringToFront:
         case EditCommand::SendToBack: {
             const size_t last = document_.annotations().size() - 1;
@@ -121,15 +145,25 @@ bool CanvasController::execute(EditCommand command) {
         }
         case EditCommand::Undo:
         case EditCommand::Redo: {
+            const Size before = document_.size();
             const Status stepped = command == EditCommand::Undo ? document_.undo() : document_.redo();
             if (!stepped) host_.failed(stepped.message());
-            document_.select({});
+            // The area stays for the next attempt, as long as it lies where it lay.
+            if (document_.size() != before) document_.select({});
             break;
         }
-        case EditCommand::ToggleShape: done = toggle(Part::Shape); break;
-        case EditCommand::ToggleText: done = toggle(Part::Text); break;
-        case EditCommand::ToggleLine: done = toggle(Part::Line); break;
-        case EditCommand::ToggleNumber: done = toggle(Part::Number); break;
+        case EditCommand::ToggleShape:
+            done = toggle(Part::Shape);
+            break;
+        case EditCommand::ToggleText:
+            done = toggle(Part::Text);
+            break;
+        case EditCommand::ToggleLine:
+            done = toggle(Part::Line);
+            break;
+        case EditCommand::ToggleNumber:
+            done = toggle(Part::Number);
+            break;
         case EditCommand::EditText: {
             const TBBShape* shape = document_.selectedAnnotation();
             if (!shape->text.isVisible()) toggle(Part::Text);
@@ -137,7 +171,8 @@ bool CanvasController::execute(EditCommand command) {
             break;
         }
         case EditCommand::Copy:
-        case EditCommand::Paste: done = false;
+        case EditCommand::Paste:
+            done = false;
     }
     host_.stateChanged();
     host_.overlayChanged();
@@ -164,13 +199,26 @@ bool CanvasController::pixelOperation(EditCommand command, Colour colour) {
     };
     Result<TPixelOperation> operation = Failure{};
     switch (command) {
-        case EditCommand::Fill: operation = makeFill(image, free, &framed, colour); break;
-        case EditCommand::Glow: operation = makeGlow(image, free, &framed, colour); break;
-        case EditCommand::Blur: operation = effect(PixelOperationKind::blur); break;
-        case EditCommand::Grayscale: operation = effect(PixelOperationKind::grayscale); break;
-        case EditCommand::Invert: operation = effect(PixelOperationKind::invert); break;
-        case EditCommand::Interlace: operation = effect(PixelOperationKind::interlace); break;
-        default: GLIMMER_ASSERT(false, "1 == 2", "uEditor");
+        case EditCommand::Fill:
+            operation = makeFill(image, free, &framed, colour);
+            break;
+        case EditCommand::Glow:
+            operation = makeGlow(image, free, &framed, colour);
+            break;
+        case EditCommand::Blur:
+            operation = effect(PixelOperationKind::blur);
+            break;
+        case EditCommand::Grayscale:
+            operation = effect(PixelOperationKind::grayscale);
+            break;
+        case EditCommand::Invert:
+            operation = effect(PixelOperationKind::invert);
+            break;
+        case EditCommand::Interlace:
+            operation = effect(PixelOperationKind::interlace);
+            break;
+        default:
+            GLIMMER_ASSERT(false, "1 == 2", "uEditor");
     }
     if (!operation) {
         host_.failed(operation.message());
@@ -261,16 +309,25 @@ bool CanvasController::key(Key key, Modifiers held) {
     constexpr Modifiers alt{false, false, true};
     constexpr Modifiers ctrlAlt{false, true, true};
     static constexpr Shortcut shortcuts[] = {
-        {letter('A'), ctrl, EditCommand::Annotate},     {letter('R'), ctrl, EditCommand::Crop},
-        {letter('F'), ctrl, EditCommand::Fill},         {letter('B'), ctrl, EditCommand::Blur},
-        {letter('G'), ctrl, EditCommand::Grayscale},    {letter('N'), ctrl, EditCommand::Invert},
-        {letter('L'), ctrl, EditCommand::Glow},         {letter('T'), ctrl, EditCommand::Interlace},
+        {letter('A'), ctrl, EditCommand::Annotate},
+        {letter('R'), ctrl, EditCommand::Crop},
+        {letter('F'), ctrl, EditCommand::Fill},
+        {letter('B'), ctrl, EditCommand::Blur},
+        {letter('G'), ctrl, EditCommand::Grayscale},
+        {letter('N'), ctrl, EditCommand::Invert},
+        {letter('L'), ctrl, EditCommand::Glow},
+        {letter('T'), ctrl, EditCommand::Interlace},
         {letter('I'), ctrl, EditCommand::InvertSelection},
-        {letter('Z'), ctrl, EditCommand::Undo},         {letter('Y'), ctrl, EditCommand::Redo},
-        {Key::Backspace, alt, EditCommand::Renumber},   {Key::Insert, none, EditCommand::AddAnnotation},
-        {letter('1'), none, EditCommand::ToggleShape},  {letter('2'), none, EditCommand::ToggleText},
-        {letter('3'), none, EditCommand::ToggleLine},   {letter('4'), none, EditCommand::ToggleNumber},
-        {Key::Up, ctrlAlt, EditCommand::BringToFront},  {Key::Down, ctrlAlt, EditCommand::SendToBack},
+        {letter('Z'), ctrl, EditCommand::Undo},
+        {letter('Y'), ctrl, EditCommand::Redo},
+        {Key::Backspace, alt, EditCommand::Renumber},
+        {Key::Insert, none, EditCommand::AddAnnotation},
+        {letter('1'), none, EditCommand::ToggleShape},
+        {letter('2'), none, EditCommand::ToggleText},
+        {letter('3'), none, EditCommand::ToggleLine},
+        {letter('4'), none, EditCommand::ToggleNumber},
+        {Key::Up, ctrlAlt, EditCommand::BringToFront},
+        {Key::Down, ctrlAlt, EditCommand::SendToBack},
         {Key::Enter, none, EditCommand::EditText},
     };
     for (const Shortcut& shortcut : shortcuts)
@@ -285,11 +342,20 @@ bool CanvasController::key(Key key, Modifiers held) {
 bool CanvasController::moveByKey(Key key, Modifiers held) {
     Point way;
     switch (key) {
-        case Key::Left: way.x = -1; break;
-        case Key::Right: way.x = 1; break;
-        case Key::Up: way.y = -1; break;
-        case Key::Down: way.y = 1; break;
-        default: return false;
+        case Key::Left:
+            way.x = -1;
+            break;
+        case Key::Right:
+            way.x = 1;
+            break;
+        case Key::Up:
+            way.y = -1;
+            break;
+        case Key::Down:
+            way.y = 1;
+            break;
+        default:
+            return false;
     }
     if (drag_ != Drag::None) return true;
     const int32_t step = held.shift ? largeStep : smallStep;

@@ -135,7 +135,8 @@ TBBShape CanvasController::newShape(const Rect& rect) const {
             style.line.visible = true;
             style.shape.visible = style.text.visible = false;
             break;
-        default: break;
+        default:
+            break;
     }
     TBBShape shape(style, rect);
     shape.text.settings.position = style.text.position;
@@ -165,6 +166,15 @@ bool CanvasController::insertAnnotations(std::vector<TBBShape> shapes, Point shi
     host_.stateChanged();
     host_.overlayChanged();
     return added;
+}
+
+bool CanvasController::dropAnnotations(std::vector<TBBShape> shapes, Point at) {
+    if (mode_ != CanvasMode::Annotation) return false;
+    host_.finishTextEdit();
+    Rect all;
+    for (const TBBShape& shape : shapes) all = all.united(shape.bounds());
+    return insertAnnotations(std::move(shapes),
+                             {at.x - middle(all.left, all.right), at.y - middle(all.top, all.bottom)});
 }
 
 bool CanvasController::insertPicture(TBitmap picture) {
@@ -251,39 +261,72 @@ void CanvasController::beginDrawing(AnnotationId id) {
     } else {
         document_.selectAnnotation(noAnnotation);
     }
+    inkGesture_ = document_.newGesture();
+    inkStored_ = false;
+    inkIsNew_ = inkedId_ == noAnnotation;
     mode_ = CanvasMode::FreeDrawing;
     host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
     host_.stateChanged();
     host_.overlayChanged();
 }
 
-void CanvasController::endDrawing() {
-    GLIMMER_ASSERT(ink_ != nullptr, "pPicture != NULL", "uEditor");
+/// Brings the capture's annotation to what is drawn: after each stroke, so that no long drawing is lost with the
+/// program. An empty drawing takes its annotation away again.
+void CanvasController::storeInk() {
     Result<InkLayer::Finished> drawn = ink_->finished();
-    const AnnotationId id = std::exchange(inkedId_, noAnnotation);
-    drag_ = Drag::None;
-    mode_ = CanvasMode::Annotation;
-    const std::unique_ptr<InkLayer> over = std::move(ink_);
     if (!drawn) {
         host_.failed(drawn.message());
-    } else if (const TBBShape* existing = document_.annotations().find(id)) {
+        return;
+    }
+    const TBBShape* existing = document_.annotations().find(inkedId_);
+    if (drawn->picture.empty()) {
+        if (!inkStored_) return;
+        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
+        inkStored_ = false;
+        if (inkIsNew_) inkedId_ = noAnnotation;
+    } else if (existing != nullptr) {
         TBBShape shape = *existing;
-        if (drawn->picture.empty()) {
-            document_.selectAnnotation(id);
-            execute(EditCommand::DeleteAnnotation);
-        } else {
-            shape.setShapeRect(drawn->rect);
-            shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
-            change(std::move(shape));
-        }
-    } else if (!drawn->picture.empty()) {
-        gesture_ = document_.newGesture();
+        shape.setShapeRect(drawn->rect);
+        shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
+        const uint64_t before = document_.revision();
+        change(std::move(shape), inkGesture_);
+        inkStored_ |= document_.revision() != before;
+    } else {
         TBBShape shape = newShape(drawn->rect);
         shape.shape.settings.kind = ShapeKind::Drawing;
         shape.shape.settings.visible = true;
+        // The label comes with "Apply".
+        shape.text.setVisible(false);
+        shape.line.setVisible(false);
         shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
-        if (addShape(std::move(shape), gesture_) && document_.selectedAnnotation()->text.isVisible())
-            host_.beginTextEdit(document_.selectedId());
+        inkStored_ = addShape(std::move(shape), inkGesture_);
+        if (inkStored_) inkedId_ = document_.selectedId();
+    }
+    host_.stateChanged();
+}
+
+void CanvasController::endDrawing() {
+    GLIMMER_ASSERT(ink_ != nullptr, "pPicture != NULL", "uEditor");
+    if (drag_ == Drag::Ink) ink_->end();
+    drag_ = Drag::None;
+    storeInk();
+    const AnnotationId id = std::exchange(inkedId_, noAnnotation);
+    const bool erased = ink_->blank();
+    mode_ = CanvasMode::Annotation;
+    const std::unique_ptr<InkLayer> over = std::move(ink_);
+    document_.selectAnnotation(id);
+    if (const TBBShape* drawn = document_.annotations().find(id)) {
+        if (erased) {
+            execute(EditCommand::DeleteAnnotation);
+        } else if (inkIsNew_) {
+            gesture_ = inkGesture_;
+            TBBShape shape = *drawn;
+            shape.text.setVisible(settings_.text.visible);
+            shape.line.setVisible(settings_.line.visible);
+            change(std::move(shape), inkGesture_);
+            gestureUsed_ = true;
+            if (settings_.text.visible) host_.beginTextEdit(id);
+        }
     }
     if (tool_ == EditTool::TextPen) tool_ = EditTool::Pointer;
     host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
@@ -292,7 +335,9 @@ void CanvasController::endDrawing() {
 }
 
 void CanvasController::clearDrawing() {
-    if (ink_ != nullptr) host_.inkChanged(ink_->clear());
+    if (ink_ == nullptr) return;
+    host_.inkChanged(ink_->clear());
+    storeInk();
 }
 
 // --- capture mode
@@ -339,7 +384,9 @@ CanvasOverlay CanvasController::overlay() const {
     if (framed && drag_ != Drag::Area && polygon_.empty()) addHandles(selection.rect);
     const TBBShape* shape = dragged_ ? &*dragged_ : document_.selectedAnnotation();
     if (shape != nullptr && shape->anyVisible()) {
-        addHandles(shape->handleRect());
+        // Where only a line is to be seen its ends are what can be pulled.
+        if (shape->part(shape->handlePart()).isVisible() || !shape->line.isVisible()) addHandles(shape->handleRect());
+        for (const TBBShape::FreeEnd& end : shape->freeLineEnds()) overlay.handles.push_back(end.at);
         if (showGuides_ && gestureUsed_) overlay.guides = shape->guides();
     }
     return overlay;

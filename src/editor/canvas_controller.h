@@ -18,7 +18,15 @@ namespace glimmer {
 
 enum class CanvasMode : uint8_t { Annotation, FreeDrawing, Capture };
 enum class CanvasCursor : uint8_t {
-    Arrow, Cross, Move, NorthWestSouthEast, NorthEastSouthWest, Vertical, Horizontal, Pen, Eraser,
+    Arrow,
+    Cross,
+    Move,
+    NorthWestSouthEast,
+    NorthEastSouthWest,
+    Vertical,
+    Horizontal,
+    Pen,
+    Eraser,
 };
 
 /// What the controller asks of the window that shows the canvas.
@@ -60,6 +68,8 @@ public:
     void doubleClick(Point at, Modifiers held);
     void move(Point at, Modifiers held);
     void release(Point at, Modifiers held);
+    /// The topmost annotation there, or noAnnotation.
+    [[nodiscard]] AnnotationId annotationAt(Point at) const;
     /// The right button: selects what lies there (for the menu), or ends free drawing. True when a menu is wanted.
     bool rightPress(Point at);
     /// The mouse was taken away in the middle of a drag: what was done so far stays.
@@ -99,6 +109,8 @@ public:
     // Annotations from elsewhere.
     /// Puts annotations (pasted, moved by (dx, dy) from where they were) on top and selects the last.
     bool insertAnnotations(std::vector<TBBShape> shapes, Point shift);
+    /// Puts annotations on top, all together with their middle at that point, and selects the last.
+    bool dropAnnotations(std::vector<TBBShape> shapes, Point at);
     /// Puts a picture on the canvas as an annotation without text, in the middle of what is visible.
     bool insertPicture(TBitmap picture);
     /// New step numbers, and the painting order if `order` is not empty (all ids, bottom first).
@@ -125,7 +137,7 @@ public:
     int32_t dotsPerInch = 96;
 
 private:
-    enum class Drag : uint8_t { None, Area, MoveArea, ResizeArea, Annotation, NewShape, NewLine, Ink, Idle };
+    enum class Drag : uint8_t { None, Area, MoveArea, ResizeArea, Annotation, LineEnd, NewShape, NewLine, Ink, Idle };
 
     bool run(std::unique_ptr<UndoCommand> command, Gesture gesture = 0);
     bool change(TBBShape shape, Gesture gesture = 0);
@@ -135,6 +147,7 @@ private:
     [[nodiscard]] bool startsArea() const;
 
     bool pressAnnotation(Point at, bool onlySelected);
+    bool pressLineEnd(Point at);
     bool pressSelection(Point at, Modifiers held);
     void beginArea(Point at, Modifiers held);
     void dragArea(Point at, Modifiers held);
@@ -147,6 +160,7 @@ private:
     void cancelDrag();
     [[nodiscard]] TBBShape newShape(const Rect& rect) const;
     bool addShape(TBBShape shape, Gesture gesture);
+    void storeInk();
     void fitChanged(const TBBShape& before, TBBShape& after);
 
     bool pixelOperation(EditCommand command, Colour colour = 0);
@@ -171,14 +185,15 @@ private:
     Gesture gesture_ = 0;
     bool gestureUsed_ = false;
     Selection formerSelection_;
-    bool adding_ = false;        ///< the area joins formerSelection_
+    bool adding_ = false;  ///< the area joins formerSelection_
     int32_t areaHandle_ = noHandle;
     std::optional<TBBShape> dragged_;
+    bool frontEnd_ = false;  ///< which end of the line is dragged
     std::vector<Point> polygon_;
     Point hover_;
     bool showGuides_ = false;
 
-    Gesture keyGesture_ = 0;     ///< moves by arrow keys in a row
+    Gesture keyGesture_ = 0;  ///< moves by arrow keys in a row
     AnnotationId keyMoved_ = noAnnotation;
 
     AnnotationId edited_ = noAnnotation;
@@ -186,6 +201,9 @@ private:
 
     std::unique_ptr<InkLayer> ink_;
     AnnotationId inkedId_ = noAnnotation;
+    Gesture inkGesture_ = 0;  ///< all that is drawn before "Apply" is one step
+    bool inkStored_ = false;  ///< the capture has ink of this drawing
+    bool inkIsNew_ = false;   ///< the annotation was made by this drawing
     std::function<void(Rect)> captured_;
 };
 

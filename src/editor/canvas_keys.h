@@ -6,7 +6,17 @@ namespace glimmer {
 
 /// The keys that the canvas knows. Letters and digits are themselves in upper case.
 enum class Key : uint16_t {
-    Escape = 256, Enter, Tab, Backspace, Insert, Delete, Left, Right, Up, Down, Space,
+    Escape = 256,
+    Enter,
+    Tab,
+    Backspace,
+    Insert,
+    Delete,
+    Left,
+    Right,
+    Up,
+    Down,
+    Space,
 };
 constexpr Key letter(char c) { return static_cast<Key>(static_cast<unsigned char>(c)); }
 

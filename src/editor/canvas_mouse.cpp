@@ -19,7 +19,10 @@ constexpr int32_t clickReach = 3;
 /// The rectangle that stands for a place at which a line points, in picture pixels.
 constexpr int32_t anchorSize = 3;
 
-Rect spanned(Point a, Point b) { return {a.x, a.y, b.x + (b.x >= a.x ? 1 : 0), b.y + (b.y >= a.y ? 1 : 0)}; }
+/// The rectangle of both pixels and all between them.
+Rect spanned(Point a, Point b) {
+    return {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x) + 1, std::max(a.y, b.y) + 1};
+}
 
 /// The corner of a square or of a straight line that is nearest to the mouse.
 Point squared(Point from, Point to) {
@@ -72,15 +75,19 @@ void CanvasController::press(Point at, Modifiers held) {
     }
     // Ctrl means the selected area, whatever lies there.
     if (!(held.ctrl && startsArea())) {
-        if (pressAnnotation(at, true)) return;
+        if (pressLineEnd(at) || pressAnnotation(at, true)) return;
         if (pressSelection(at, held)) return;
         if (pressAnnotation(at, false)) return;
     }
     document_.selectAnnotation(noAnnotation);
     switch (tool_) {
         case EditTool::Pointer:
-        case EditTool::TextShapeEllipse: beginArea(at, held); break;
-        case EditTool::TextShapePolygon: polygonPress(at); break;
+        case EditTool::TextShapeEllipse:
+            beginArea(at, held);
+            break;
+        case EditTool::TextShapePolygon:
+            polygonPress(at);
+            break;
         case EditTool::WindowSelector:
             document_.select(Selection::rectangle(blockAt(document_.background(), inside(at))));
             drag_ = Drag::Idle;
@@ -90,10 +97,26 @@ void CanvasController::press(Point at, Modifiers held) {
             drag_ = Drag::Ink;
             host_.inkChanged(ink_->begin(at, eraser, inkColour, inkWidth));
             break;
-        default: beginShape(at);
+        default:
+            beginShape(at);
     }
     host_.stateChanged();
     host_.overlayChanged();
+}
+
+bool CanvasController::pressLineEnd(Point at) {
+    const TBBShape* selected = document_.selectedAnnotation();
+    if (selected == nullptr) return false;
+    const int32_t reach = hitSize() / 2;
+    for (const TBBShape::FreeEnd& end : selected->freeLineEnds()) {
+        if (std::abs(end.at.x - at.x) > reach || std::abs(end.at.y - at.y) > reach) continue;
+        dragged_ = *selected;
+        frontEnd_ = end.front;
+        drag_ = Drag::LineEnd;
+        document_.select({});
+        return true;
+    }
+    return false;
 }
 
 /// Handles and body of the selected annotation, or the topmost one at the point.
@@ -156,7 +179,7 @@ void CanvasController::dragArea(Point at, Modifiers held) {
     if (drag_ == Drag::Area) {
         Point corner = at;
         if (held.shift) corner = squared(pressedAt_, at);
-        const Rect rect = spanned(pressedAt_, inside(corner)).normalized();
+        const Rect rect = spanned(pressedAt_, inside(corner));
         const bool ellipse = tool_ == EditTool::TextShapeEllipse && mode_ == CanvasMode::Annotation;
         Selection area = ellipse ? Selection::ellipse(rect) : Selection::rectangle(rect);
         if (adding_) area = Selection::freeForm(formerSelection_.pixels(size).united(area.pixels(size)));
@@ -217,7 +240,7 @@ void CanvasController::dragShape(Point at, Modifiers held) {
     }
     TBBShape shape = dragged_ ? *dragged_ : newShape({});
     if (drag_ == Drag::NewShape) {
-        const Rect rect = spanned(pressedAt_, held.shift ? squared(pressedAt_, at) : at).normalized();
+        const Rect rect = spanned(pressedAt_, held.shift ? squared(pressedAt_, at) : at);
         if (tool_ == EditTool::Text) {
             shape.shape.rectangle = rect;
             shape.text.settings.position = freeTextPosition;
@@ -271,13 +294,25 @@ void CanvasController::move(Point at, Modifiers held) {
                 host_.overlayChanged();
             }
             return;
-        case Drag::Idle: return;
+        case Drag::Idle:
+            return;
         case Drag::Area:
         case Drag::MoveArea:
-        case Drag::ResizeArea: dragArea(at, held); break;
-        case Drag::Ink: host_.inkChanged(ink_->moveTo(at)); return;
+        case Drag::ResizeArea:
+            dragArea(at, held);
+            break;
+        case Drag::Ink:
+            host_.inkChanged(ink_->moveTo(at));
+            return;
         case Drag::NewShape:
-        case Drag::NewLine: dragShape(at, held); break;
+        case Drag::NewLine:
+            dragShape(at, held);
+            break;
+        case Drag::LineEnd:
+            dragged_->moveFreeEnd(frontEnd_, at.x - pressedAt_.x, at.y - pressedAt_.y);
+            pressedAt_ = at;
+            change(*dragged_, gesture_);
+            break;
         case Drag::Annotation: {
             if (at == pressedAt_ && !gestureUsed_) return;
             const TBBShape before = *dragged_;
@@ -305,6 +340,7 @@ void CanvasController::finishDrag() {
     switch (ended) {
         case Drag::Ink:
             ink_->end();
+            storeInk();
             break;
         case Drag::Annotation: {
             const TBBShape before = *dragged_;
@@ -315,8 +351,13 @@ void CanvasController::finishDrag() {
             dragged_.reset();
             break;
         }
+        case Drag::LineEnd:
+            dragged_.reset();
+            break;
         case Drag::NewShape:
-        case Drag::NewLine: finishShape(); break;
+        case Drag::NewLine:
+            finishShape();
+            break;
         case Drag::Area: {
             // A click on the empty canvas.
             const Rect rect = document_.selection().bounds(document_.size());
@@ -324,7 +365,8 @@ void CanvasController::finishDrag() {
             if (!adding_ && rect.width() <= far && rect.height() <= far) document_.select({});
             break;
         }
-        default: break;
+        default:
+            break;
     }
     host_.overlayChanged();
     host_.stateChanged();
@@ -336,6 +378,7 @@ void CanvasController::cancelDrag() {
     dragged_.reset();
     if (ended == Drag::Ink) {
         host_.inkChanged(ink_->undoStroke());
+        storeInk();
     } else if (ended == Drag::Area || ended == Drag::MoveArea || ended == Drag::ResizeArea) {
         document_.select(formerSelection_);
     } else if (gestureUsed_) {
@@ -367,6 +410,11 @@ void CanvasController::doubleClick(Point at, Modifiers held) {
     press(at, held);
 }
 
+AnnotationId CanvasController::annotationAt(Point at) const {
+    const TBBShape* shape = document_.annotations().topAt(at, reach());
+    return shape == nullptr ? noAnnotation : shape->id();
+}
+
 bool CanvasController::rightPress(Point at) {
     if (mode_ == CanvasMode::FreeDrawing) {
         endDrawing();
@@ -392,10 +440,14 @@ CanvasCursor CanvasController::cursorAt(Point at) const {
     if (mode_ == CanvasMode::FreeDrawing) return eraser ? CanvasCursor::Eraser : CanvasCursor::Pen;
     const auto handle = [](const Rect& rect, int32_t number) {
         switch (handleCursor(rect, number)) {
-            case HandleCursor::NorthWestSouthEast: return CanvasCursor::NorthWestSouthEast;
-            case HandleCursor::NorthEastSouthWest: return CanvasCursor::NorthEastSouthWest;
-            case HandleCursor::Vertical: return CanvasCursor::Vertical;
-            case HandleCursor::Horizontal: break;
+            case HandleCursor::NorthWestSouthEast:
+                return CanvasCursor::NorthWestSouthEast;
+            case HandleCursor::NorthEastSouthWest:
+                return CanvasCursor::NorthEastSouthWest;
+            case HandleCursor::Vertical:
+                return CanvasCursor::Vertical;
+            case HandleCursor::Horizontal:
+                break;
         }
         return CanvasCursor::Horizontal;
     };
@@ -404,7 +456,11 @@ CanvasCursor CanvasController::cursorAt(Point at) const {
             if (dragged_->activeHandle() == noHandle) return CanvasCursor::Move;
             return handle(dragged_->handleRect(), dragged_->activeHandle());
         }
+        if (drag_ == Drag::LineEnd) return CanvasCursor::Move;
         if (const TBBShape* shape = document_.selectedAnnotation(); shape != nullptr && shape->anyVisible()) {
+            const int32_t reach = hitSize() / 2;
+            for (const TBBShape::FreeEnd& end : shape->freeLineEnds())
+                if (std::abs(end.at.x - at.x) <= reach && std::abs(end.at.y - at.y) <= reach) return CanvasCursor::Move;
             const int32_t number = handleAt(shape->handleRect(), at, hitSize());
             if (number != noHandle) return handle(shape->handleRect(), number);
         }
@@ -459,8 +515,9 @@ Rect blockAt(const TBitmap& picture, Point at) {
         extend(block.left, -1, 0, [&] { return Rect{block.left - 1, block.top, block.left, block.bottom}; });
         extend(block.right, 1, all.right, [&] { return Rect{block.right, block.top, block.right + 1, block.bottom}; });
         extend(block.top, -1, 0, [&] { return Rect{block.left, block.top - 1, block.right, block.top}; });
-        extend(block.bottom, 1, all.bottom,
-               [&] { return Rect{block.left, block.bottom, block.right, block.bottom + 1}; });
+        extend(block.bottom, 1, all.bottom, [&] {
+            return Rect{block.left, block.bottom, block.right, block.bottom + 1};
+        });
     }
     return block;
 }

@@ -4,33 +4,9 @@
 
 #include <cstring>
 
+#include "common/opened_clipboard.h"
+
 namespace glimmer {
-
-namespace {
-
-/// The clipboard is one for all programs; another one holds it for a moment now and then.
-class OpenedClipboard {
-public:
-    OpenedClipboard() {
-        for (int attempt = 0; attempt < 10 && !open_; ++attempt) {
-            open_ = OpenClipboard(nullptr) != FALSE;
-            if (!open_) Sleep(10);
-        }
-    }
-    ~OpenedClipboard() {
-        if (open_) CloseClipboard();
-    }
-    OpenedClipboard(const OpenedClipboard&) = delete;
-    OpenedClipboard& operator=(const OpenedClipboard&) = delete;
-    OpenedClipboard(OpenedClipboard&&) = delete;
-    OpenedClipboard& operator=(OpenedClipboard&&) = delete;
-    explicit operator bool() const { return open_; }
-
-private:
-    bool open_ = false;
-};
-
-}  // namespace
 
 bool setClipboardBlock(const char* format, std::span<const uint8_t> data) {
     const UINT number = RegisterClipboardFormatA(format);

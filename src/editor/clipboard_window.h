@@ -18,10 +18,11 @@ bool setClipboardBlock(const char* format, std::span<const uint8_t> data);
 std::optional<std::vector<uint8_t>> clipboardBlock(const char* format, size_t limit);
 bool clipboardHasBlock(const char* format);
 
-/// Pictures on the clipboard, which the output knows how to write and read; the start-up sets both.
+/// Pictures on the clipboard, which the output knows how to write and read; the main window sets them.
 struct PictureClipboard {
     std::function<Status(const TBitmap&)> copy;
     std::function<Result<TBitmap>()> paste;
+    std::function<bool()> available;
 };
 PictureClipboard& pictureClipboard();
 

@@ -81,11 +81,21 @@ private:
         const auto at = std::find(fields_.begin(), fields_.end(), event.GetEventObject()) - fields_.begin();
         std::ptrdiff_t to = at;
         switch (event.GetKeyCode()) {
-            case WXK_LEFT: to -= 1; break;
-            case WXK_RIGHT: to += 1; break;
-            case WXK_UP: to -= paletteColumns; break;
-            case WXK_DOWN: to += paletteColumns; break;
-            default: event.Skip(); return;
+            case WXK_LEFT:
+                to -= 1;
+                break;
+            case WXK_RIGHT:
+                to += 1;
+                break;
+            case WXK_UP:
+                to -= paletteColumns;
+                break;
+            case WXK_DOWN:
+                to += paletteColumns;
+                break;
+            default:
+                event.Skip();
+                return;
         }
         if (to >= 0 && to < std::ssize(fields_)) fields_[static_cast<size_t>(to)]->SetFocus();
     }

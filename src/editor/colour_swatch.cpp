@@ -43,7 +43,7 @@ void ColourSwatch::paint() {
                                      : wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
     dc.SetPen(wxPen(line, HasFocus() ? FromDIP(2) : 1));
     const wxColour fill(redOf(colour_), greenOf(colour_), blueOf(colour_));
-    dc.SetBrush(IsEnabled() ? wxBrush(fill) : wxBrush(GetParent()->GetBackgroundColour()));
+    dc.SetBrush(IsThisEnabled() ? wxBrush(fill) : wxBrush(GetParent()->GetBackgroundColour()));
     dc.DrawRoundedRectangle(GetClientRect().Deflate(HasFocus() ? 1 : 0), FromDIP(3));
 }
 

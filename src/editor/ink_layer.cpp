@@ -45,8 +45,7 @@ Status InkLayer::load(const TBitmap& drawing, Point at) {
     if (!copy) return copy.failure();
     loaded_ = copy.take();
     loadedAt_ = at;
-    if (reserve(loaded_.bounds().moved(at.x, at.y)))
-        copyPixels(bitmap_, {at.x - at_.x, at.y - at_.y}, loaded_);
+    if (reserve(loaded_.bounds().moved(at.x, at.y))) copyPixels(bitmap_, {at.x - at_.x, at.y - at_.y}, loaded_);
     return {};
 }
 
@@ -73,7 +72,8 @@ Rect InkLayer::draw(const Stroke& stroke, size_t first) {
         const double radius = stroke.width / 2.0;
         const auto reach = static_cast<int32_t>(std::ceil(radius)) + 1;
         const Rect area =
-            Rect{std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x) + 1, std::max(a.y, b.y) + 1}.inflated(reach);
+            Rect{std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x) + 1, std::max(a.y, b.y) + 1}.inflated(
+                reach);
         if (!stroke.eraser && !reserve(area)) continue;
         const Rect part = area.intersected(covered());
         for (int32_t y = part.top; y < part.bottom; ++y) {
@@ -131,13 +131,23 @@ Rect InkLayer::clear() {
     return before;
 }
 
-Result<InkLayer::Finished> InkLayer::finished() const {
+/// The smallest rectangle around all ink, in the layer's pixels.
+Rect InkLayer::inked() const {
     Rect ink;
     for (int32_t y = 0; y < bitmap_.height(); ++y) {
-        const uint8_t* p = bitmap_.row(y) + 3;
-        for (int32_t x = 0; x < bitmap_.width(); ++x, p += 4)
-            if (*p != 0) ink = ink.united({x, y, x + 1, y + 1});
+        const uint8_t* alpha = bitmap_.row(y) + 3;
+        int32_t first = 0;
+        while (first < bitmap_.width() && alpha[static_cast<size_t>(first) * 4] == 0) ++first;
+        if (first == bitmap_.width()) continue;
+        int32_t last = bitmap_.width() - 1;
+        while (alpha[static_cast<size_t>(last) * 4] == 0) --last;
+        ink = ink.united({first, y, last + 1, y + 1});
     }
+    return ink;
+}
+
+Result<InkLayer::Finished> InkLayer::finished() const {
+    const Rect ink = inked();
     if (ink.empty()) return Finished{};
     Result<TBitmap> part = bitmap_.cropped(ink);
     if (!part) return part.failure();

@@ -40,6 +40,8 @@ public:
         Rect rect;
     };
     [[nodiscard]] Result<Finished> finished() const;
+    /// Whether there is no ink at all.
+    [[nodiscard]] bool blank() const { return inked().empty(); }
 
 private:
     struct Stroke {
@@ -50,6 +52,7 @@ private:
     };
     bool reserve(const Rect& area);
     Rect draw(const Stroke& stroke, size_t first);
+    [[nodiscard]] Rect inked() const;
     [[nodiscard]] Rect covered() const { return bitmap_.bounds().moved(at_.x, at_.y); }
 
     Size picture_;

@@ -52,7 +52,9 @@ void LabelEditor::takeText() {
 
 void LabelEditor::format() {
     const TBBShape* shape = form_.document().annotations().find(id_);
-    if (shape->text.settings == formatted_ && formattedZoom_ == form_.zoom()) return;
+    if (shape->text.settings == formatted_ && formattedZoom_ == form_.zoom() &&
+        labelControlIsAligned(edit_->GetHWND(), formatted_.alignment))
+        return;
     formatted_ = shape->text.settings;
     formattedZoom_ = form_.zoom();
     formatLabelControl(edit_->GetHWND(), formatted_, form_.zoom() / 100.0);

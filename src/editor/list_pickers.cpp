@@ -1,16 +1,20 @@
 #include "editor/list_pickers.h"
 
 #include <wx/button.h>
+#include <wx/dc.h>
 #include <wx/fontenum.h>
 #include <wx/listbox.h>
+#include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 #include <wx/textdlg.h>
+#include <wx/vlbox.h>
 
 #include <algorithm>
 
 #include "editor/style_store.h"
+#include "settings/options.h"
 
 namespace glimmer {
 
@@ -136,6 +140,45 @@ private:
     std::vector<TShapeStyle> styles_;
 };
 
+/// The list of annotations, in the font and the colours of the options. Entries are dragged up and down.
+class AnnotationList final : public wxVListBox {
+public:
+    AnnotationList(wxWindow* parent, std::function<wxString(size_t)> text, std::function<void(int)> shift)
+        : text_(std::move(text)), shift_(std::move(shift)) {
+        Create(parent, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(320, 240)), wxBORDER_THEME);
+        SetName("lstAnnotations");
+        const Options& options = OptionsHolder();
+        wxFont font = GetFont();
+        font.SetPointSize(options.number("spnAnnotationCtlFontSize"));
+        const wxString face = wxString::FromUTF8(options.text("cmbAnnotationCtlFont"));
+        if (!face.empty()) font.SetFaceName(face);
+        SetFont(font);
+        const auto colour = static_cast<Colour>(options.number("clrAnnotationCtlSelectionColor"));
+        SetSelectionBackground(wxColour(redOf(colour), greenOf(colour), blueOf(colour)));
+        const int lightness = 2 * redOf(colour) + 5 * greenOf(colour) + blueOf(colour);
+        selectedText_ = lightness > 4 * 255 ? *wxBLACK : *wxWHITE;
+        Bind(wxEVT_MOTION, [this](wxMouseEvent& event) {
+            event.Skip();
+            if (!event.LeftIsDown() || GetSelection() == wxNOT_FOUND) return;
+            const int over = VirtualHitTest(event.GetY());
+            if (over != wxNOT_FOUND && over != GetSelection()) shift_(over < GetSelection() ? -1 : 1);
+        });
+    }
+
+private:
+    void OnDrawItem(wxDC& dc, const wxRect& rect, size_t n) const override {
+        dc.SetFont(GetFont());
+        dc.SetTextForeground(IsSelected(n) ? selectedText_ : wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
+        dc.DrawLabel(wxControl::Ellipsize(text_(n), dc, wxELLIPSIZE_END, rect.width - FromDIP(12)),
+                     rect.Deflate(FromDIP(6), 0), wxALIGN_LEFT | wxALIGN_CENTRE_VERTICAL);
+    }
+    wxCoord OnMeasureItem(size_t /*n*/) const override { return GetCharHeight() + FromDIP(4); }
+
+    std::function<wxString(size_t)> text_;
+    std::function<void(int)> shift_;
+    wxColour selectedText_;
+};
+
 /// The annotations in the order of their numbers.
 class NumbersDialog final : public wxDialog {
 public:
@@ -148,15 +191,19 @@ public:
             std::string text = shape->text.text.substr(0, shape->text.text.find('\n'));
             texts_.push_back(text.empty() ? wxString("(no text)") : wxString::FromUTF8(text));
         }
-        list_ = new wxListBox(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(300, 220)), 0, nullptr, wxLB_SINGLE,
-                              wxDefaultValidator, "lstAnnotations");
+        list_ = new AnnotationList(
+            this,
+            [this](size_t n) {
+                return wxString::Format("%d   ", first_->GetValue() + static_cast<int>(n)) + texts_[n];
+            },
+            [this](int way) { shift(way); });
         first_ = new wxSpinCtrl(this, wxID_ANY, "1", wxDefaultPosition, wxDefaultSize, wxSP_ARROW_KEYS, minStepNumber,
                                 maxStepNumber - 10000, 1, "spnFirstNumber");
         first_->Bind(wxEVT_SPINCTRL, [this](wxSpinEvent&) { fill(list_->GetSelection()); });
         auto* column = new wxBoxSizer(wxVERTICAL);
         const auto add = [&](const char* name, const wxString& caption, int way) {
-            auto* made = new wxButton(this, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator,
-                                      name);
+            auto* made =
+                new wxButton(this, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
             made->Bind(wxEVT_BUTTON, [this, way](wxCommandEvent&) { shift(way); });
             column->Add(made, 0, wxEXPAND | wxBOTTOM, FromDIP(6));
         };
@@ -189,10 +236,9 @@ public:
 
 private:
     void fill(int selected) {
-        list_->Clear();
-        for (size_t i = 0; i < ids_.size(); ++i)
-            list_->Append(wxString::Format("%d   ", first_->GetValue() + static_cast<int>(i)) + texts_[i]);
-        if (selected >= 0 && selected < static_cast<int>(list_->GetCount())) list_->SetSelection(selected);
+        list_->SetItemCount(ids_.size());
+        if (selected >= 0 && selected < static_cast<int>(ids_.size())) list_->SetSelection(selected);
+        list_->Refresh();
     }
 
     void shift(int way) {
@@ -206,7 +252,7 @@ private:
 
     std::vector<AnnotationId> ids_;
     std::vector<wxString> texts_;
-    wxListBox* list_;
+    AnnotationList* list_;
     wxSpinCtrl* first_;
 };
 

@@ -20,8 +20,8 @@ struct StyleActions {
 };
 void openStylePicker(wxWindow* parent, const wxRect& owner, const std::string& current, StyleActions actions);
 
-/// The list of all annotations by step number: the user drags or moves entries up and down, or types numbers anew
-/// from a first one. Modal. Answers the new numbers, or nothing when it was cancelled.
+/// The list of all annotations by step number: the user drags entries or moves them by buttons, up and down, and sets
+/// the first number. Modal. Answers the new numbers, or nothing when it was cancelled.
 std::vector<std::pair<AnnotationId, int32_t>> askForNumbers(wxWindow* parent, const TShapesList& annotations,
                                                             AnnotationId selected);
 

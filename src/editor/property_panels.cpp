@@ -43,8 +43,7 @@ constexpr const char* lineEndIcons[] = {"line-end-none", "line-end-arrow", "line
 }  // namespace
 
 PropertyPanels::PropertyPanels(TEditForm& form)
-    : wxScrolledWindow(&form, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL,
-                       "pnlProperties"),
+    : wxScrolledWindow(&form, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL, "pnlProperties"),
       form_(form) {
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     annotation_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlAnnotation");
@@ -75,10 +74,10 @@ wxPanel* PropertyPanels::makePanel(const char* name, int tag) {
 }
 
 wxCheckBox* PropertyPanels::showBox(wxWindow* parent, const char* name, const wxString& caption, int tag) {
-    auto* box = new wxCheckBox(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
+    auto* box =
+        new wxCheckBox(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
     box->SetFont(box->GetFont().Bold());
-    if (OptionsHolder().on("chkDisplayHintsNew"))
-        box->SetToolTip(wxString::Format("Toggles %s Visibility\rHotkey: \"%d\"", caption, tag));
+    box->SetToolTip(tipText(wxString::Format("Toggles %s Visibility\rHotkey: \"%d\"", caption, tag)));
     box->Bind(wxEVT_CHECKBOX, [this, tag](wxCommandEvent&) { chkShowObjectClick(tag); });
     shows_[tag] = box;
     return box;
@@ -135,8 +134,8 @@ wxPanel* PropertyPanels::makeStyle() {
     wxPanel* panel = makePanel("pnlStyle", 0);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(new wxStaticText(panel, wxID_ANY, "Style:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
-    lblStyle_ = new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END,
-                                 "lblStyle");
+    lblStyle_ =
+        new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END, "lblStyle");
     lblStyle_->SetForegroundColour(linkColour());
     lblStyle_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblStyle_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { form_.lblStyleClick(); });
@@ -181,15 +180,15 @@ wxPanel* PropertyPanels::makeText() {
         swatches(panel, {{"imgFontColor", "Text"}, {"imgFontBackgroundColor", "Back"}, {"imgFontFrameColor", "Frame"}}),
         0, wxTOP, FromDIP(gap));
     auto* font = new wxBoxSizer(wxHORIZONTAL);
-    lblFontName_ = new wxStaticText(panel, wxID_ANY, "Arial", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END,
-                                    "lblFontName");
+    lblFontName_ =
+        new wxStaticText(panel, wxID_ANY, "Arial", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END, "lblFontName");
     lblFontName_->SetForegroundColour(linkColour());
     lblFontName_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblFontName_->SetToolTip("Font name");
     lblFontName_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { form_.lblFontNameClick(); });
     font->Add(lblFontName_, 1, wxALIGN_CENTRE_VERTICAL);
-    font->Add(button(panel, "tbtnFontName", "drop-down", "Choose Font", push, 0, [this] { form_.lblFontNameClick(); }), 0,
-              wxALIGN_CENTRE_VERTICAL);
+    font->Add(button(panel, "tbtnFontName", "drop-down", "Choose Font", push, 0, [this] { form_.lblFontNameClick(); }),
+              0, wxALIGN_CENTRE_VERTICAL);
     cmbFontSize_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), 0, nullptr, 0,
                                 wxDefaultValidator, "cmbFontSize");
     for (const int32_t size : fontSizes) cmbFontSize_->Append(wxString::Format("%d", size));
@@ -312,7 +311,8 @@ wxPanel* PropertyPanels::makePens() {
     auto* tools = new wxPanel(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, "tbPens");
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(button(tools, "tbtnPen", "pen", "Pen tool", radio, 0, [this] { form_.controller().eraser = false; }));
-    row->Add(button(tools, "tbtnEraser", "eraser", "Eraser tool", radio, 0, [this] { form_.controller().eraser = true; }));
+    row->Add(
+        button(tools, "tbtnEraser", "eraser", "Eraser tool", radio, 0, [this] { form_.controller().eraser = true; }));
     row->Add(button(tools, "tbtnNewDrawing", "clear-drawing", "Clear drawing", push, 0,
                     [this] { form_.controller().clearDrawing(); }));
     buttons_["tbtnPen"]->setDown(true);
@@ -377,8 +377,9 @@ void PropertyPanels::showState() {
     buttons_[controller.eraser ? "tbtnEraser" : "tbtnPen"]->setDown(true);
     showSettings(controller.shownSettings());
     const bool selected = form_.document().selectedAnnotation() != nullptr;
-    for (const char* name : {"tbtnDeleteAnnotation", "tbtnCutShape"}) buttons_[name]->Enable(selected);
-    buttons_["tbtnCopyShape"]->Enable(selected || !form_.selectedArea().empty());
+    buttons_["tbtnDeleteAnnotation"]->Enable(selected);
+    for (const char* name : {"tbtnCopyShape", "tbtnCutShape"})
+        buttons_[name]->Enable(selected || !form_.selectedArea().empty());
 }
 
 void PropertyPanels::showSettings(const TShapeStyle& settings) {
@@ -389,7 +390,8 @@ void PropertyPanels::showSettings(const TShapeStyle& settings) {
     };
     setText(lblStyle_, settings.name.empty() ? wxString("No style") : wxString::FromUTF8(settings.name));
     setText(lblFontName_, wxString::FromUTF8(settings.text.fontName));
-    const bool shown[] = {settings.shape.visible, settings.text.visible, settings.line.visible, settings.number.visible};
+    const bool shown[] = {settings.shape.visible, settings.text.visible, settings.line.visible,
+                          settings.number.visible};
     for (int tag = 1; tag <= 4; ++tag) shows_[tag]->SetValue(shown[tag - 1]);
     swatches_["imgShapeForeground"]->setColour(settings.shape.shapeColour);
     swatches_["imgShapeFrame"]->setColour(settings.shape.frameColour);

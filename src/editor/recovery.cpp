@@ -65,10 +65,8 @@ RecoveryStore::RecoveryStore(fs::path folder) : folder_(std::move(folder)) {
         const fs::path own = folder_ / ("run" + std::to_string(number));
         if (!fs::create_directory(own, error)) continue;
         auto lock = std::make_unique<FileLock>(own / lockName, 1);
-        if (!lock->held()) {
-            removeFolder(own);
-            return;
-        }
+        // Another run that looks for what was left behind was quicker: the folder is its to remove.
+        if (!lock->held()) continue;
         own_ = own;
         lock_ = std::move(lock);
         return;
@@ -76,6 +74,8 @@ RecoveryStore::RecoveryStore(fs::path folder) : folder_(std::move(folder)) {
 }
 
 RecoveryStore::~RecoveryStore() {
+    while (tidy()) {
+    }
     lock_.reset();
     std::error_code ignored;
     // Only when nothing is in them: not removed is not lost.
@@ -138,6 +138,32 @@ void RecoveryStore::discard(const Entry& entry) {
     removeFolder(entry.folder);
     // The run's own folder goes with its last capture.
     fs::remove(entry.folder.parent_path(), ignored);
+}
+
+void RecoveryStore::toss(const fs::path& captureFolder) {
+    // The manifest first: what is left if we are stopped here is no capture any more.
+    std::error_code ignored;
+    fs::remove(captureFolder / manifestName, ignored);
+    tossed_.push_back(captureFolder);
+}
+
+bool RecoveryStore::tidy() {
+    if (tossed_.empty()) return false;
+    std::error_code error;
+    int removed = 0;
+    for (fs::directory_iterator at(tossed_.back(), error), end; !error && at != end && removed < filesRemovedAtOnce;
+         ++removed) {
+        const fs::path file = at->path();
+        at.increment(error);
+        std::error_code ignored;
+        fs::remove(file, ignored);
+    }
+    if (removed == filesRemovedAtOnce) return true;
+    removeFolder(tossed_.back());
+    // The run's own folder goes with its last capture.
+    fs::remove(tossed_.back().parent_path(), error);
+    tossed_.pop_back();
+    return !tossed_.empty();
 }
 
 fs::path RecoveryStore::makeCaptureFolder() {
@@ -222,8 +248,8 @@ bool RecoveryWriter::work() {
 fs::path RecoveryWriter::bandPath(uint64_t file) const { return bandFile(folder_, file); }
 
 bool RecoveryWriter::writeBand(const TBitmap& bitmap, Picture& picture) {
-    const auto at = static_cast<size_t>(std::find(picture.dirty.begin(), picture.dirty.end(), true) -
-                                        picture.dirty.begin());
+    const auto at =
+        static_cast<size_t>(std::find(picture.dirty.begin(), picture.dirty.end(), true) - picture.dirty.begin());
     const int32_t rows = StoredPicture::bandRows(picture.stored.size);
     const int32_t top = static_cast<int32_t>(at) * rows;
     const std::vector<uint8_t> data = deflatePixels(bitmap, top, std::min(picture.stored.size.height, top + rows));
@@ -262,15 +288,15 @@ bool RecoveryWriter::writeManifest() {
     failedRevision_.reset();
     // Drawings that are no longer on the capture come back, with an undo, under new files.
     for (Drawing& drawing : drawings_) {
-        const bool kept = std::any_of(used.begin(), used.end(),
-                                      [&](const Drawing& one) { return one.bitmap == drawing.bitmap; });
+        const bool kept =
+            std::any_of(used.begin(), used.end(), [&](const Drawing& one) { return one.bitmap == drawing.bitmap; });
         if (!kept)
             for (const StoredPicture::Band& band : drawing.picture.stored.bands) orphans_.push_back(band.file);
     }
     drawings_ = std::move(used);
     removable_.insert(removable_.end(), orphans_.begin(), orphans_.end());
     orphans_.clear();
-    if (former_) RecoveryStore::discard(*former_);
+    if (former_) store_.toss(former_->folder);
     former_.reset();
     return true;
 }
@@ -285,8 +311,8 @@ bool RecoveryWriter::removeOrphans() {
 }
 
 void RecoveryWriter::remove() {
-    if (!folder_.empty()) RecoveryStore::discard({folder_, {}, {}});
-    if (former_) RecoveryStore::discard(*former_);
+    if (!folder_.empty()) store_.toss(folder_);
+    if (former_) store_.toss(former_->folder);
     former_.reset();
     folder_.clear();
     keptRevision_.reset();

@@ -45,12 +45,17 @@ public:
 
     /// A new folder for a capture of this run; empty when none can be made.
     [[nodiscard]] std::filesystem::path makeCaptureFolder();
+    /// Makes a folder no capture any more; its files go with tidy(), or with the store.
+    void toss(const std::filesystem::path& captureFolder);
+    /// Removes a few files of what was tossed; false when nothing is left.
+    bool tidy();
 
 private:
     std::filesystem::path folder_;
     std::filesystem::path own_;
     std::unique_ptr<FileLock> lock_;
     std::map<std::filesystem::path, std::unique_ptr<FileLock>> taken_;
+    std::vector<std::filesystem::path> tossed_;
     uint32_t captures_ = 0;
 };
 
@@ -75,7 +80,12 @@ public:
     /// Removes everything that is kept of the capture: it was saved, or is not wanted.
     void remove();
     /// An entry of an earlier run that this capture was opened from: removed as soon as this run keeps the capture.
-    void replaces(RecoveryStore::Entry entry) { former_ = std::move(entry); }
+    void replaces(RecoveryStore::Entry entry) {
+        former_ = std::move(entry);
+        recovered_ = true;
+    }
+    /// Whether the capture was opened from such an entry.
+    [[nodiscard]] bool recovered() const { return recovered_; }
 
 private:
     struct Picture {
@@ -105,6 +115,7 @@ private:
     std::optional<uint64_t> keptRevision_;    ///< what the manifest holds
     std::optional<uint64_t> failedRevision_;  ///< the disk did not take this one
     std::optional<RecoveryStore::Entry> former_;
+    bool recovered_ = false;
 };
 
 }  // namespace glimmer

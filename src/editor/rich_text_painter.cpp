@@ -49,6 +49,11 @@ POINTL positionOf(HWND control, LONG character) {
     return point;
 }
 
+WORD paragraphAlignment(TextAlignment alignment) {
+    if (alignment == TextAlignment::Left) return PFA_LEFT;
+    return alignment == TextAlignment::Centre ? PFA_CENTER : PFA_RIGHT;
+}
+
 HWND createControl() {
     // The class belongs to this library, which stays loaded.
     static const HMODULE library = LoadLibraryW(L"Msftedit.dll");
@@ -89,11 +94,16 @@ void formatLabelControl(HWND richEdit, const TTextSettings& settings, double zoo
     PARAFORMAT2 paragraph{};
     paragraph.cbSize = sizeof(paragraph);
     paragraph.dwMask = PFM_ALIGNMENT;
-    paragraph.wAlignment = settings.alignment == TextAlignment::Left     ? PFA_LEFT
-                           : settings.alignment == TextAlignment::Centre ? PFA_CENTER
-                                                                         : PFA_RIGHT;
+    paragraph.wAlignment = paragraphAlignment(settings.alignment);
     SendMessageW(richEdit, EM_SETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&paragraph));
     SendMessageW(richEdit, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&selection));
+}
+
+bool labelControlIsAligned(HWND richEdit, TextAlignment alignment) {
+    PARAFORMAT2 paragraph{};
+    paragraph.cbSize = sizeof(paragraph);
+    SendMessageW(richEdit, EM_GETPARAFORMAT, 0, reinterpret_cast<LPARAM>(&paragraph));
+    return paragraph.wAlignment == paragraphAlignment(alignment);
 }
 
 void setLabelControlText(HWND richEdit, const std::string& text) {

@@ -17,6 +17,8 @@ namespace glimmer {
 void prepareLabelControl(HWND richEdit);
 /// Font, colours and alignment of the whole text, for a label shown at `zoom` times its size. Keeps the selection.
 void formatLabelControl(HWND richEdit, const TTextSettings& settings, double zoom = 1);
+/// Whether the paragraph at the caret has that alignment; replacing all text can lose it.
+bool labelControlIsAligned(HWND richEdit, TextAlignment alignment);
 /// Replaces the text; lines end in "\n". Never read as RTF.
 void setLabelControlText(HWND richEdit, const std::string& text);
 std::string labelControlText(HWND richEdit);

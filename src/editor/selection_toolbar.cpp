@@ -70,12 +70,11 @@ SelectionToolbar::SelectionToolbar(TEditForm& form, wxWindow* canvas) : form_(fo
 
     auto* tbShapes = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "tbShapes");
     auto* column = new wxBoxSizer(wxVERTICAL);
-    const bool hints = OptionsHolder().on("chkDisplayHintsNew");
     for (const Row& row : rows) {
         ToolButton::Look look;
         look.icon = row.icon;
         look.caption = row.caption;
-        if (hints) look.hint = row.hint;
+        look.hint = row.hint;
         auto* button = new ToolButton(tbShapes, row.name, look, row.tag);
         button->Bind(wxEVT_BUTTON, [this, button, command = row.command](wxCommandEvent&) {
             if (button->tag() != 0)
@@ -95,15 +94,32 @@ SelectionToolbar::SelectionToolbar(TEditForm& form, wxWindow* canvas) : form_(fo
 /// One handler for all operations; the button's tag selects.
 void SelectionToolbar::onBmpOperation(const ToolButton& button) {
     switch (button.tag()) {
-        case 1: form_.executeCommand(EditCommand::Fill); break;
-        case 2: form_.executeCommand(EditCommand::Crop); break;
-        case 3: form_.executeCommand(EditCommand::Annotate); break;
-        case 4: form_.executeCommand(EditCommand::Blur); break;
-        case 5: form_.executeCommand(EditCommand::Grayscale); break;
-        case 6: form_.executeCommand(EditCommand::Invert); break;
-        case 7: form_.executeCommand(EditCommand::Glow); break;
-        case 8: form_.executeCommand(EditCommand::Interlace); break;
-        default: GLIMMER_ASSERT(false, "1 == 2", "uEditor");
+        case 1:
+            form_.executeCommand(EditCommand::Fill);
+            break;
+        case 2:
+            form_.executeCommand(EditCommand::Crop);
+            break;
+        case 3:
+            form_.executeCommand(EditCommand::Annotate);
+            break;
+        case 4:
+            form_.executeCommand(EditCommand::Blur);
+            break;
+        case 5:
+            form_.executeCommand(EditCommand::Grayscale);
+            break;
+        case 6:
+            form_.executeCommand(EditCommand::Invert);
+            break;
+        case 7:
+            form_.executeCommand(EditCommand::Glow);
+            break;
+        case 8:
+            form_.executeCommand(EditCommand::Interlace);
+            break;
+        default:
+            GLIMMER_ASSERT(false, "1 == 2", "uEditor");
     }
 }
 

@@ -24,7 +24,7 @@ public:
     void command(wxMenu& menu, const wxString& text, EditCommand what) {
         TEditForm& form = form_;
         item(
-            menu, text, [&form, what] { form.executeCommand(what); }, form.controller().canExecute(what));
+            menu, text, [&form, what] { form.executeCommand(what); }, form.canExecute(what));
     }
 
     /// A marked or unmarked choice that changes a setting.
@@ -47,18 +47,16 @@ wxMenu* lineEndMenu(Builder& builder, bool front, LineEnd now) {
     constexpr const char* ends[] = {"None", "Arrow", "Bullet"};
     for (int tag = 1; tag <= 3; ++tag) {
         const auto end = static_cast<LineEnd>(tag);
-        builder.choice(*menu, ends[tag - 1], now == end, [front, end](TShapeStyle& style) {
-            (front ? style.line.front : style.line.back) = end;
-        });
+        builder.choice(*menu, ends[tag - 1], now == end,
+                       [front, end](TShapeStyle& style) { (front ? style.line.front : style.line.back) = end; });
     }
     return menu;
 }
 
 wxMenu* shapeMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
-    builder.choice(*menu, "Show", now.shape.visible, [shown = now.shape.visible](TShapeStyle& style) {
-        style.shape.visible = !shown;
-    });
+    builder.choice(*menu, "Show", now.shape.visible,
+                   [shown = now.shape.visible](TShapeStyle& style) { style.shape.visible = !shown; });
     constexpr const char* kinds[] = {"Filled rectangle", "Rectangle", "Filled ellipse", "Ellipse", "Drawing"};
     auto* kind = new wxMenu;
     for (int tag = 1; tag <= 5; ++tag) {
@@ -74,9 +72,8 @@ wxMenu* shapeMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
 
 wxMenu* textMenu(Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
-    builder.choice(*menu, "Show", now.text.visible, [shown = now.text.visible](TShapeStyle& style) {
-        style.text.visible = !shown;
-    });
+    builder.choice(*menu, "Show", now.text.visible,
+                   [shown = now.text.visible](TShapeStyle& style) { style.text.visible = !shown; });
     struct Side {
         const char* caption;
         const char* places[3];
@@ -103,9 +100,8 @@ wxMenu* textMenu(Builder& builder, const TShapeStyle& now) {
 
 wxMenu* lineMenu(Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
-    builder.choice(*menu, "Show", now.line.visible, [shown = now.line.visible](TShapeStyle& style) {
-        style.line.visible = !shown;
-    });
+    builder.choice(*menu, "Show", now.line.visible,
+                   [shown = now.line.visible](TShapeStyle& style) { style.line.visible = !shown; });
     menu->AppendSubMenu(lineEndMenu(builder, true, now.line.front), "Front shape");
     menu->AppendSubMenu(lineEndMenu(builder, false, now.line.back), "Back shape");
     return menu;
@@ -113,9 +109,8 @@ wxMenu* lineMenu(Builder& builder, const TShapeStyle& now) {
 
 wxMenu* numberMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
-    builder.choice(*menu, "Show", now.number.visible, [shown = now.number.visible](TShapeStyle& style) {
-        style.number.visible = !shown;
-    });
+    builder.choice(*menu, "Show", now.number.visible,
+                   [shown = now.number.visible](TShapeStyle& style) { style.number.visible = !shown; });
     builder.item(
         *menu, "Reorder...", [&form] { form.mnuNumberSetClick(); }, !form.document().annotations().empty());
     const auto place = [&](wxMenu& to, const char* caption, int tag) {

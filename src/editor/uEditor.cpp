@@ -1,15 +1,23 @@
 #include "editor/uEditor.h"
 
 #include <wx/dcclient.h>
+#include <wx/log.h>
 #include <wx/msgdlg.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/textctrl.h>
+#include <wx/tooltip.h>
 
+#include "common/wx_bitmap.h"
+#include "editor/annotation_drag.h"
+#include "editor/badge_picture.h"
+#include "editor/floating_panels.h"
 #include "editor/label_editor.h"
 #include "editor/property_panels.h"
+#include "editor/rich_text_painter.h"
 #include "editor/selection_toolbar.h"
 #include "editor/style_store.h"
-#include "editor/rich_text_painter.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -29,15 +37,28 @@ public:
     }
 };
 
+/// The rich edit that draws labels; it is never shown.
+wxTextCtrl* makePaintingControl(wxWindow* parent) {
+    auto* control = new wxTextCtrl;
+    control->Hide();
+    control->Create(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+                    wxTE_MULTILINE | wxTE_RICH2 | wxTE_NO_VSCROLL | wxBORDER_NONE, wxDefaultValidator,
+                    "edtAnnotationForPainting");
+    return control;
+}
+
 }  // namespace
 
 TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxCLIP_CHILDREN, "EditForm"),
       document_(document),
       controller_(document_, view_, *this),
-      text_(std::make_unique<RichTextPainter>()),
-      working_(document_, *text_) {
+      edtAnnotationForPainting_(makePaintingControl(this)),
+      text_(std::make_unique<RichTextPainter>(edtAnnotationForPainting_->GetHWND())),
+      working_(document_, *text_),
+      newAnnotations_(newAnnotationOptions(OptionsHolder())) {
     SetLabel("Edit Screenshot");
+    makeHiddenControls();
     makeCanvas();
     selectionToolbar_ = new SelectionToolbar(*this, pbScreen_);
     labelEditor_ = new LabelEditor(*this, pbScreen_);
@@ -48,8 +69,13 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     columns->Add(panels_, 0, wxEXPAND);
     SetSizer(columns);
 
-    controller_.setToolSettings(lastUsedStyle());
+    TShapeStyle style = lastUsedStyle();
+    keptSettings_ = style;
+    showParts(style, newAnnotations_);
+    controller_.setToolSettings(std::move(style));
     applyDisplayOptions();
+    placePanels();
+    optionsListener_ = std::make_unique<OptionsListener>([this] { optionsChanged(); });
     view_.setPictureSize(document_.size());
     observer_ = document_.observe([this](const DocumentChange& change) { documentChanged(change); });
 
@@ -69,9 +95,11 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
 
 TEditForm::~TEditForm() {
     // Whatever is being typed or drawn is kept; no event of a dying child may reach a half-destroyed form.
-    changed_ = nullptr;
+    changed_ = pointerMoved_ = nullptr;
+    optionsListener_.reset();
     if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
     finishEditing();
+    keepSettings();
     document_.forget(observer_);
     tmrScrolling_.Stop();
     tmrCanvasCursor_.Stop();
@@ -79,19 +107,33 @@ TEditForm::~TEditForm() {
     DestroyChildren();
 }
 
+void TEditForm::makeHiddenControls() {
+    auto* imgCircle = new wxStaticBitmap;
+    imgCircle->Hide();
+    imgCircle->Create(this, wxID_ANY, wxBitmapOf(badgePicture()), wxDefaultPosition, wxDefaultSize, 0, "imgCircle");
+}
+
 void TEditForm::makeCanvas() {
     scrollBox_ = new FocusWindow(this, "scrollBox", wxVSCROLL | wxHSCROLL | wxCLIP_CHILDREN);
     pbScreen_ = new FocusWindow(scrollBox_, "pbScreen", wxWANTS_CHARS | wxCLIP_CHILDREN | wxBORDER_NONE);
     pbScreen_->SetLabel("Canvas");
+    {
+        // A host may have made the thread one on which nothing can be dropped: then there is none of it.
+        const wxLogNull quiet;
+        pbScreen_->SetDropTarget(
+            new AnnotationDropTarget(pbScreen_, [this](std::vector<TBBShape> shapes, wxPoint place) {
+                return controller_.dropAnnotations(std::move(shapes), view_.toPicture(Point{place.x, place.y}));
+            }));
+    }
 
     scrollBox_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         windowResized();
         event.Skip();
     });
     scrollBox_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { wxPaintDC dc(scrollBox_); });
-    for (const auto& type : {wxEVT_SCROLLWIN_TOP, wxEVT_SCROLLWIN_BOTTOM, wxEVT_SCROLLWIN_LINEUP,
-                             wxEVT_SCROLLWIN_LINEDOWN, wxEVT_SCROLLWIN_PAGEUP, wxEVT_SCROLLWIN_PAGEDOWN,
-                             wxEVT_SCROLLWIN_THUMBTRACK, wxEVT_SCROLLWIN_THUMBRELEASE})
+    for (const auto& type :
+         {wxEVT_SCROLLWIN_TOP, wxEVT_SCROLLWIN_BOTTOM, wxEVT_SCROLLWIN_LINEUP, wxEVT_SCROLLWIN_LINEDOWN,
+          wxEVT_SCROLLWIN_PAGEUP, wxEVT_SCROLLWIN_PAGEDOWN, wxEVT_SCROLLWIN_THUMBTRACK, wxEVT_SCROLLWIN_THUMBRELEASE})
         scrollBox_->Bind(type, &TEditForm::onScroll, this);
     scrollBox_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
     pbScreen_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
@@ -256,10 +298,15 @@ void TEditForm::inkChanged(const Rect& area) {
 
 void TEditForm::idle(wxIdleEvent& event) {
     event.Skip();
+    placeFloatingPanels();
     if (stateDirty_) {
-        stateDirty_ = false;
+        stateDirty_ = pointerDirty_ = false;
         panels_->showState();
+        keepSettings();
         if (changed_) changed_();
+    } else if (pointerDirty_) {
+        pointerDirty_ = false;
+        if (pointerMoved_) pointerMoved_();
     }
     if (!controller_.dragging() && document_.compactSome()) event.RequestMore();
 }
@@ -304,10 +351,9 @@ void TEditForm::finishTextEdit() {
 
 void TEditForm::applyDisplayOptions() {
     const Options& options = OptionsHolder();
-    working_.options.labels = options.on("chkDisplayAnnotations");
-    working_.options.numbers = options.on("chkDisplayNumbers");
-    working_.options.calloutLines = options.on("chkDisplayCalloutLines");
-    working_.options.shadows = options.on("chkDisplayShadows");
+    const AnnotationId edited = working_.options.editedId;
+    working_.options = paintOptions(options);
+    working_.options.editedId = edited;
     controller_.blurIntensity = options.number("spnBlurIntensity");
     controller_.inkColour = static_cast<Colour>(options.number("clrPenColor"));
     controller_.inkWidth = options.number("spnPenSize");
@@ -317,8 +363,30 @@ void TEditForm::applyDisplayOptions() {
         look_.desk = rgb(38, 42, 48);
         look_.border = rgb(84, 92, 102);
     }
+    wxToolTip::Enable(options.on("chkDisplayHintsNew"));
     working_.invalidateAll();
     pbScreen_->Refresh(false);
+}
+
+/// The options dialog was closed: what it changed holds at once.
+void TEditForm::optionsChanged() {
+    const NewAnnotationOptions now = newAnnotationOptions(OptionsHolder());
+    if (now != newAnnotations_) {
+        TShapeStyle style = controller_.toolSettings();
+        followChange(style, newAnnotations_, now);
+        controller_.setToolSettings(std::move(style));
+        newAnnotations_ = now;
+    }
+    applyDisplayOptions();
+    placePanels();
+    stateChanged();
+}
+
+/// The next canvas, and the next start, begin with the settings of this one.
+void TEditForm::keepSettings() {
+    if (controller_.toolSettings() == keptSettings_) return;
+    keptSettings_ = controller_.toolSettings();
+    rememberLastUsedStyle(keptSettings_);
 }
 
 }  // namespace glimmer

@@ -11,14 +11,18 @@
 #include "editor/canvas_controller.h"
 #include "editor/canvas_surface.h"
 #include "editor/canvas_view.h"
+#include "editor/display_options.h"
 #include "editor/document.h"
 #include "editor/working_picture.h"
 
 class wxMenu;
+class wxTextCtrl;
 
 namespace glimmer {
 
+class FloatingPanels;
 class LabelEditor;
+class OptionsListener;
 class PropertyPanels;
 class SelectionToolbar;
 
@@ -27,8 +31,8 @@ class SelectionToolbar;
 /// is painted by the core. Hosted without a border by the main editor window, which owns the document; made when a
 /// capture is shown and destroyed when another one is.
 ///
-/// The sources: uEditor.cpp (making, layout, state), uEditor_paint.cpp, uEditor_mouse.cpp, uEditor_keys.cpp,
-/// uEditor_menu.cpp, uEditor_clipboard.cpp, uEditor_pickers.cpp.
+/// The sources: uEditor.cpp (making, view, state), uEditor_panels.cpp, uEditor_paint.cpp, uEditor_mouse.cpp,
+/// uEditor_keys.cpp, uEditor_clipboard.cpp, uEditor_pickers.cpp.
 class TEditForm : public wxPanel, private CanvasHost {
 public:
     TEditForm(wxWindow* parent, CaptureDocument& document);
@@ -53,8 +57,10 @@ public:
     [[nodiscard]] Rect selectedArea() const { return document_.selection().bounds(document_.size()); }
     /// A rectangle of the picture in the canvas's window coordinates.
     [[nodiscard]] Rect inView(const Rect& picture) const { return view_.toView(picture); }
-    /// Called when the tool, the zoom, the selection, the pointer's place or what can be undone has changed.
+    /// Called, when there is time, after the tool, the zoom, the selection or what can be undone has changed.
     void onChanged(std::function<void()> changed) { changed_ = std::move(changed); }
+    /// The same when nothing but the pointer's place has changed.
+    void onPointerMoved(std::function<void()> moved) { pointerMoved_ = std::move(moved); }
     /// Ends what is being typed, dragged or drawn, keeping it; before saving, switching or closing.
     void finishEditing();
     /// Capture mode: the user picks an area; `finished` gets it, or an empty one when it was cancelled.
@@ -62,6 +68,7 @@ public:
 
     /// Runs a command of a menu, button or shortcut, the clipboard's included; false when there is nothing to do.
     bool executeCommand(EditCommand command);
+    [[nodiscard]] bool canExecute(EditCommand command) const;
     /// A key press; true when it was taken. The form previews all keys of its children.
     bool FormKeyDown(wxKeyEvent& event);
     /// The popup menu of annotations (`pmShapeMenu`).
@@ -94,6 +101,11 @@ private:
 
     // Layout and view
     void makeCanvas();
+    void makeHiddenControls();
+    void placePanels();
+    void placeFloatingPanels();
+    void optionsChanged();
+    void keepSettings();
     void documentChanged(const DocumentChange& change);
     void windowResized();
     void updateScrollBars();
@@ -116,6 +128,7 @@ private:
     void pbScreenMouseUp(wxMouseEvent& event);
     void scrollBoxMouseWheel(wxMouseEvent& event);
     void captureEnded();
+    bool carryAway(Point at);
     void tmrScrollingTimer();
     void tmrCanvasCursorTimer();
     void showCursor(Point at);
@@ -131,6 +144,7 @@ private:
     CaptureDocument& document_;
     CanvasView view_;
     CanvasController controller_;
+    wxTextCtrl* edtAnnotationForPainting_;
     std::unique_ptr<TextPainter> text_;
     WorkingPicture working_;
     CanvasSurface surface_;
@@ -138,14 +152,20 @@ private:
     CanvasLook look_;
     int observer_ = 0;
     std::function<void()> changed_;
+    std::function<void()> pointerMoved_;
     Point pointer_;
+    bool pointerDirty_ = false;
     bool stateDirty_ = false;
+    NewAnnotationOptions newAnnotations_;  ///< the options as last seen
+    TShapeStyle keptSettings_;             ///< the last used style as the settings have it
+    std::unique_ptr<OptionsListener> optionsListener_;
     int32_t pastedHere_ = 0;  ///< pastes since the last copy
     CanvasCursor shownCursor_ = CanvasCursor::Arrow;
 
     wxWindow* scrollBox_ = nullptr;
     wxWindow* pbScreen_ = nullptr;
     PropertyPanels* panels_ = nullptr;
+    FloatingPanels* floating_ = nullptr;  ///< the window around the panels while they float
     SelectionToolbar* selectionToolbar_ = nullptr;
     LabelEditor* labelEditor_ = nullptr;
     wxTimer tmrScrolling_;

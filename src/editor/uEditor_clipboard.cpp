@@ -1,8 +1,12 @@
 // Copy, cut and paste: annotations in the registered format, the selection's pixels as a picture.
 
+#include <algorithm>
+
+#include "common/opened_clipboard.h"
 #include "editor/annotation_clipboard.h"
 #include "editor/clipboard_window.h"
 #include "editor/uEditor.h"
+#include "settings/options.h"
 
 namespace glimmer {
 
@@ -10,6 +14,23 @@ namespace {
 
 /// A pasted annotation lies this much off the one that was copied, so that it is seen.
 constexpr int32_t pasteShift = 16;
+
+/// What the selected area looks like, annotations included. What is not selected of the box around a free-form
+/// selection is transparent.
+Result<TBitmap> selectedPixels(const CaptureDocument& document, TextPainter& text) {
+    const Rect area = document.selection().bounds(document.size());
+    Result<TBitmap> pixels = document.background().cropped(area);
+    if (!pixels) return pixels;
+    PaintOptions paint = paintOptions(OptionsHolder());
+    paint.origin = {area.left, area.top};
+    paintAnnotations(*pixels, pixels->bounds(), document.annotations(), text, paint);
+    const Region rest = document.selection().pixels(document.size()).invertedWithin(area);
+    for (const Rect& part : rest.rects())
+        for (int32_t y = part.top; y < part.bottom; ++y)
+            std::fill_n(pixels->row(y - area.top) + static_cast<size_t>(part.left - area.left) * 4,
+                        static_cast<size_t>(part.width()) * 4, uint8_t{0});
+    return pixels;
+}
 
 }  // namespace
 
@@ -19,27 +40,25 @@ bool TEditForm::copyOrCut(bool cut) {
     if (const TBBShape* shape = document_.selectedAnnotation()) {
         const TBBShape copy = *shape;
         if (!setClipboardBlock(annotationClipboardFormat, encodeAnnotations({copy}))) {
-            failed("The clipboard is in use by another program.");
+            failed(clipboardInUse);
             return false;
         }
         pastedHere_ = 0;
         return !cut || controller_.execute(EditCommand::Cut);
     }
-    const Rect area = selectedArea();
-    if (cut || area.empty() || !pictureClipboard().copy) return false;
-    Result<TBitmap> flat = document_.flattened(*text_, working_.options);
-    Result<TBitmap> pixels = flat ? flat->cropped(area) : std::move(flat);
-    if (pixels) {
-        // What is not selected of the box around a free-form selection is transparent.
-        const Region rest = document_.selection().pixels(document_.size()).invertedWithin(area);
-        for (const Rect& part : rest.rects())
-            for (int32_t y = part.top; y < part.bottom; ++y)
-                std::fill_n(pixels->row(y - area.top) + static_cast<size_t>(part.left - area.left) * 4,
-                            static_cast<size_t>(part.width()) * 4, uint8_t{0});
-    }
+    if (document_.selection().empty() || !pictureClipboard().copy) return false;
+    Result<TBitmap> pixels = selectedPixels(document_, *text_);
     const Status copied = pixels ? pictureClipboard().copy(*pixels) : Status(pixels.failure());
     if (!copied) failed(copied.message());
-    return copied.ok();
+    pastedHere_ = 0;
+    return copied.ok() && (!cut || controller_.execute(EditCommand::Cut));
+}
+
+bool TEditForm::canExecute(EditCommand command) const {
+    if (command == EditCommand::Paste)
+        return clipboardHasBlock(annotationClipboardFormat) ||
+               (pictureClipboard().available && pictureClipboard().available());
+    return controller_.canExecute(command);
 }
 
 bool TEditForm::paste() {

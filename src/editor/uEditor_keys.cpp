@@ -14,21 +14,36 @@ namespace {
 
 std::optional<Key> keyOf(int code) {
     switch (code) {
-        case WXK_ESCAPE: return Key::Escape;
+        case WXK_ESCAPE:
+            return Key::Escape;
         case WXK_RETURN:
         case WXK_NUMPAD_ENTER:
-        case WXK_F2: return Key::Enter;
-        case WXK_TAB: return Key::Tab;
-        case WXK_BACK: return Key::Backspace;
+        case WXK_F2:
+            return Key::Enter;
+        case WXK_TAB:
+            return Key::Tab;
+        case WXK_BACK:
+            return Key::Backspace;
         case WXK_INSERT:
-        case WXK_NUMPAD_INSERT: return Key::Insert;
+        case WXK_NUMPAD_INSERT:
+            return Key::Insert;
         case WXK_DELETE:
-        case WXK_NUMPAD_DELETE: return Key::Delete;
-        case WXK_LEFT: return Key::Left;
-        case WXK_RIGHT: return Key::Right;
-        case WXK_UP: return Key::Up;
-        case WXK_DOWN: return Key::Down;
-        default: break;
+        case WXK_NUMPAD_DELETE:
+            return Key::Delete;
+        case WXK_LEFT:
+        case WXK_NUMPAD_LEFT:
+            return Key::Left;
+        case WXK_RIGHT:
+        case WXK_NUMPAD_RIGHT:
+            return Key::Right;
+        case WXK_UP:
+        case WXK_NUMPAD_UP:
+            return Key::Up;
+        case WXK_DOWN:
+        case WXK_NUMPAD_DOWN:
+            return Key::Down;
+        default:
+            break;
     }
     if (code >= WXK_NUMPAD1 && code <= WXK_NUMPAD4) return letter(static_cast<char>('1' + (code - WXK_NUMPAD1)));
     if ((code >= 'A' && code <= 'Z') || (code >= '0' && code <= '9')) return letter(static_cast<char>(code));
@@ -54,12 +69,19 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         switch (code) {
             case '+':
             case '=':
-            case WXK_NUMPAD_ADD: zoomIn(); return true;
+            case WXK_NUMPAD_ADD:
+                zoomIn();
+                return true;
             case '-':
-            case WXK_NUMPAD_SUBTRACT: zoomOut(); return true;
+            case WXK_NUMPAD_SUBTRACT:
+                zoomOut();
+                return true;
             case '0':
-            case WXK_NUMPAD0: zoomTo(100); return true;
-            default: break;
+            case WXK_NUMPAD0:
+                zoomTo(100);
+                return true;
+            default:
+                break;
         }
     }
     const std::optional<Key> key = keyOf(code);
@@ -83,11 +105,20 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     if (!onCanvas) return false;
     Point to = view_.scroll();
     switch (*key) {
-        case Key::Left: to.x -= 20; break;
-        case Key::Right: to.x += 20; break;
-        case Key::Up: to.y -= 20; break;
-        case Key::Down: to.y += 20; break;
-        default: return false;
+        case Key::Left:
+            to.x -= 20;
+            break;
+        case Key::Right:
+            to.x += 20;
+            break;
+        case Key::Up:
+            to.y -= 20;
+            break;
+        case Key::Down:
+            to.y += 20;
+            break;
+        default:
+            return false;
     }
     scrollTo(to);
     return true;

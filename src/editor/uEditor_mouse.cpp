@@ -5,6 +5,7 @@
 #include <wx/settings.h>
 #include <wx/utils.h>
 
+#include "editor/annotation_drag.h"
 #include "editor/label_editor.h"
 #include "editor/selection_toolbar.h"
 #include "editor/uEditor.h"
@@ -17,9 +18,7 @@ constexpr int scrollingInterval = 50;     // milliseconds
 constexpr int canvasCursorInterval = 10;  // milliseconds
 constexpr int scrollIncrement = 20;       // device pixels
 
-Modifiers heldKeys(const wxKeyboardState& state) {
-    return {state.ShiftDown(), state.ControlDown(), state.AltDown()};
-}
+Modifiers heldKeys(const wxKeyboardState& state) { return {state.ShiftDown(), state.ControlDown(), state.AltDown()}; }
 
 }  // namespace
 
@@ -40,6 +39,7 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
         pbScreen_->PopupMenu(menu.get(), event.GetPosition());
         return;
     }
+    if (event.AltDown() && carryAway(at)) return;
     if (event.LeftDClick())
         controller_.doubleClick(at, heldKeys(event));
     else
@@ -50,9 +50,22 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
     selectionToolbar_->place();
 }
 
+/// With Alt held an annotation is dragged out of the canvas, as a copy.
+bool TEditForm::carryAway(Point at) {
+    if (controller_.mode() != CanvasMode::Annotation) return false;
+    const TBBShape* shape = document_.annotations().find(controller_.annotationAt(at));
+    if (shape == nullptr) return false;
+    finishEditing();
+    const TBBShape copy = *shape;
+    document_.selectAnnotation(copy.id());
+    stateChanged();
+    dragAnnotation(pbScreen_, copy);
+    return true;
+}
+
 void TEditForm::pbScreenMouseMove(wxMouseEvent& event) {
     pointer_ = picturePoint(event);
-    stateDirty_ = true;
+    pointerDirty_ = true;
     controller_.move(pointer_, heldKeys(event));
     showCursor(pointer_);
     if (!tmrCanvasCursor_.IsRunning() && controller_.dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);
@@ -89,6 +102,7 @@ void TEditForm::tmrScrollingTimer() {
     const Point by{way(at.x, window.width), way(at.y, window.height)};
     if (by.x != 0 || by.y != 0) scrollTo({view_.scroll().x + by.x, view_.scroll().y + by.y});
     pointer_ = view_.toPicture(Point{at.x, at.y});
+    pointerDirty_ = true;
     controller_.move(pointer_, heldKeys(wxGetMouseState()));
 }
 
@@ -104,15 +118,24 @@ void TEditForm::tmrCanvasCursorTimer() {
 void TEditForm::showCursor(Point at) {
     const auto stock = [](CanvasCursor cursor) {
         switch (cursor) {
-            case CanvasCursor::Cross: return wxCURSOR_CROSS;
-            case CanvasCursor::Move: return wxCURSOR_SIZING;
-            case CanvasCursor::NorthWestSouthEast: return wxCURSOR_SIZENWSE;
-            case CanvasCursor::NorthEastSouthWest: return wxCURSOR_SIZENESW;
-            case CanvasCursor::Vertical: return wxCURSOR_SIZENS;
-            case CanvasCursor::Horizontal: return wxCURSOR_SIZEWE;
-            case CanvasCursor::Pen: return wxCURSOR_PENCIL;
-            case CanvasCursor::Eraser: return wxCURSOR_CROSS;
-            case CanvasCursor::Arrow: break;
+            case CanvasCursor::Cross:
+                return wxCURSOR_CROSS;
+            case CanvasCursor::Move:
+                return wxCURSOR_SIZING;
+            case CanvasCursor::NorthWestSouthEast:
+                return wxCURSOR_SIZENWSE;
+            case CanvasCursor::NorthEastSouthWest:
+                return wxCURSOR_SIZENESW;
+            case CanvasCursor::Vertical:
+                return wxCURSOR_SIZENS;
+            case CanvasCursor::Horizontal:
+                return wxCURSOR_SIZEWE;
+            case CanvasCursor::Pen:
+                return wxCURSOR_PENCIL;
+            case CanvasCursor::Eraser:
+                return wxCURSOR_CROSS;
+            case CanvasCursor::Arrow:
+                break;
         }
         return wxCURSOR_ARROW;
     };

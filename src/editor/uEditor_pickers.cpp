@@ -59,16 +59,18 @@ void TEditForm::imgShapeForegroundMouseDown(const std::string& name, wxWindow& s
 }
 
 void TEditForm::lblStyleClick() {
-    wxWindow* owner = FindWindow("pnlStyle");
+    wxWindow* owner = panels_->FindWindow("pnlStyle");
     const bool withVisibility = OptionsHolder().on("chkRememberVisibility");
     StyleActions actions;
-    actions.picked = [this, withVisibility](const TShapeStyle& style) { controller_.applyStyle(style, withVisibility); };
+    actions.picked = [this, withVisibility](const TShapeStyle& style) {
+        controller_.applyStyle(style, withVisibility);
+    };
     actions.current = [this] { return controller_.shownSettings(); };
     openStylePicker(this, owner->GetScreenRect(), controller_.shownSettings().name, std::move(actions));
 }
 
 void TEditForm::lblFontNameClick() {
-    openFontPicker(this, FindWindow("lblFontName")->GetScreenRect(), controller_.shownSettings().text.fontName,
+    openFontPicker(this, panels_->FindWindow("lblFontName")->GetScreenRect(), controller_.shownSettings().text.fontName,
                    [this](const std::string& face) {
                        controller_.changeSettings([&](TShapeStyle& style) { style.text.fontName = face; });
                    });
@@ -86,10 +88,14 @@ std::unique_ptr<wxMenu> TEditForm::makeShapeMenu() { return glimmer::makeShapeMe
 
 bool TEditForm::executeCommand(EditCommand command) {
     switch (command) {
-        case EditCommand::Copy: return copyOrCut(false);
-        case EditCommand::Cut: return copyOrCut(true);
-        case EditCommand::Paste: return paste();
-        default: return controller_.execute(command);
+        case EditCommand::Copy:
+            return copyOrCut(false);
+        case EditCommand::Cut:
+            return copyOrCut(true);
+        case EditCommand::Paste:
+            return paste();
+        default:
+            return controller_.execute(command);
     }
 }
 

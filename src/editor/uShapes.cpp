@@ -137,6 +137,22 @@ std::optional<LineRoute> TBBShape::route() const {
     return lineRoute(shape.rectangle, shape.isEllipse(), text.rectangle);
 }
 
+std::vector<TBBShape::FreeEnd> TBBShape::freeLineEnds() const {
+    std::vector<FreeEnd> ends;
+    const std::optional<LineRoute> line_ = line.isVisible() ? route() : std::nullopt;
+    if (!line_) return ends;
+    if (!shape.isVisible()) ends.push_back({true, line_->front});
+    if (!text.isVisible()) ends.push_back({false, line_->back});
+    return ends;
+}
+
+void TBBShape::moveFreeEnd(bool front, int32_t dx, int32_t dy) {
+    text.settings.position = freeTextPosition;
+    Rect& anchor = front ? shape.rectangle : text.rectangle;
+    anchor = anchor.moved(clampCoordinate(dx), clampCoordinate(dy));
+    layOut();
+}
+
 Rect TBBShape::bounds() const {
     Rect all;
     for (const Part index : allParts) {

@@ -80,6 +80,14 @@ public:
 
     /// The line's way, or nothing when shape and label touch.
     [[nodiscard]] std::optional<LineRoute> route() const;
+    /// An end of the line that stands on nothing that is shown, and can therefore be dragged by itself.
+    struct FreeEnd {
+        bool front = false;  ///< the end at the (hidden) shape; else that at the (hidden) label
+        Point at;
+    };
+    [[nodiscard]] std::vector<FreeEnd> freeLineEnds() const;
+    /// Moves what a free end stands on. The label becomes free, since it would move along or spring back.
+    void moveFreeEnd(bool front, int32_t dx, int32_t dy);
     /// Around all visible parts, with room for shadows; empty when no part is visible. Everything that painting
     /// may touch lies inside.
     [[nodiscard]] Rect bounds() const;

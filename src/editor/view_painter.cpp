@@ -77,7 +77,8 @@ void average(TBitmap& target, const Rect& clip, Point origin, int32_t zoom, cons
                 const int64_t source = at / zoom;
                 const int64_t end = std::min<int64_t>((source + 1) * zoom, stop);
                 const auto weight = static_cast<uint32_t>(end - at);
-                const uint16_t* p = sums.data() + static_cast<size_t>(std::min<int64_t>(source, lastSource) - firstSource) * 4;
+                const uint16_t* p =
+                    sums.data() + static_cast<size_t>(std::min<int64_t>(source, lastSource) - firstSource) * 4;
                 b += p[0] * weight;
                 g += p[1] * weight;
                 r += p[2] * weight;

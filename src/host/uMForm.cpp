@@ -89,6 +89,7 @@ void TMForm::start(const std::optional<std::string>& file) {
         }
         if (file) pProgram->openFileInEditor(*file);
         mnuContinueClick();
+        pProgram->offerRecovered();
         hotKeys_->reportTaken();
         cleanUpWorkingFolder();
     });

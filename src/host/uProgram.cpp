@@ -19,6 +19,7 @@
 #include "imaging/png_codec.h"
 #include "imaging/scaling.h"
 #include "output/clipboard.h"
+#include "output/output_folders.h"
 #include "output/uMainEditor.h"
 #include "output/uSaver.h"
 #include "settings/message_box.h"
@@ -79,6 +80,15 @@ void TProgram::prepareMainEditor() {
     if (pMainEditor != nullptr) return;
     pMainEditor = new TMainEditor();
     pMainEditor->setCommands({{}, [this] { showOptions(); }, [this] { tellResumeState(); }});
+}
+
+void TProgram::offerRecovered() {
+    // The window is only made when there may be something to show in it.
+    std::error_code error;
+    const std::filesystem::path folder = recoveryFolder();
+    if (!std::filesystem::exists(folder, error) || std::filesystem::is_empty(folder, error)) return;
+    prepareMainEditor();
+    pMainEditor->offerRecovered(false);
 }
 
 void TProgram::HandleCapture(const std::string& url, const std::string& title, const std::string& tag,
@@ -196,6 +206,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             if (!hidden_ && pMainEditor->displayState() != DisplayState::Held) {
                 pMainEditor->setDisplayState(DisplayState::Shown);
                 pMainEditor->applyDisplayState();
+                if (!isStandalone()) pMainEditor->offerRecovered(true);
             }
             break;
         case CaptureAction::Save:

@@ -66,6 +66,8 @@ public:
 
     /// The main editor window exists after this; it is not shown.
     void prepareMainEditor();
+    /// Offers the captures that an earlier run left behind when it crashed. For the standalone program's start.
+    void offerRecovered();
     /// Asks once whether Internet Explorer should offer the program too.
     void offerIntegration();
     /// Does the integration itself ("integrateIntoIE").

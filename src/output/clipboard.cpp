@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "common/opened_clipboard.h"
 #include "imaging/picture_file.h"
 #include "imaging/png_codec.h"
 #include "output/clipboard_formats.h"
@@ -12,28 +13,6 @@
 namespace glimmer {
 
 namespace {
-
-/// The clipboard while it is ours. Another program may hold it for a moment, so it is asked for several times.
-class OpenClipboardScope {
-public:
-    OpenClipboardScope() {
-        for (int attempt = 0; attempt < 20 && !open_; ++attempt) {
-            if (attempt > 0) Sleep(25);
-            open_ = OpenClipboard(nullptr) != FALSE;
-        }
-    }
-    ~OpenClipboardScope() {
-        if (open_) CloseClipboard();
-    }
-    OpenClipboardScope(const OpenClipboardScope&) = delete;
-    OpenClipboardScope& operator=(const OpenClipboardScope&) = delete;
-    OpenClipboardScope(OpenClipboardScope&&) = delete;
-    OpenClipboardScope& operator=(OpenClipboardScope&&) = delete;
-    explicit operator bool() const { return open_; }
-
-private:
-    bool open_ = false;
-};
 
 UINT pngFormat() {
     static const UINT format = RegisterClipboardFormatW(L"PNG");
@@ -75,8 +54,8 @@ Status copyPictureToClipboard(const TBitmap& picture, const Progress& progress) 
         return !stopped;
     });
     if (stopped) return png.failure();
-    const OpenClipboardScope clipboard;
-    if (!clipboard || EmptyClipboard() == FALSE) return Failure{"The clipboard is in use by another program."};
+    const OpenedClipboard clipboard;
+    if (!clipboard || EmptyClipboard() == FALSE) return Failure{clipboardInUse};
     // The best form first, since programs look at them in this order. Memory is freed between the large ones.
     const bool asPng = put(pngFormat(), png);
     const bool asV5 = put(CF_DIBV5, clipboardDibV5(picture));
@@ -93,8 +72,8 @@ bool clipboardHasPicture() {
 
 Result<TBitmap> pictureFromClipboard() {
     Failure reason{"There is no image in the clipboard."};
-    const OpenClipboardScope clipboard;
-    if (!clipboard) return Failure{"The clipboard is in use by another program."};
+    const OpenedClipboard clipboard;
+    if (!clipboard) return Failure{clipboardInUse};
     for (const UINT format : {pngFormat(), static_cast<UINT>(CF_DIBV5), static_cast<UINT>(CF_DIB)}) {
         if (IsClipboardFormatAvailable(format) == FALSE) continue;
         const std::vector<uint8_t> data = get(format);

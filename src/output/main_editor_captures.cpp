@@ -10,7 +10,9 @@
 #include "common/host_kind.h"
 #include "common/text.h"
 #include "editor/commands/set_info.h"
+#include "editor/display_options.h"
 #include "editor/document.h"
+#include "editor/recovery_keeper.h"
 #include "editor/uEditor.h"
 #include "output/capture_list.h"
 #include "output/main_toolbar.h"
@@ -44,6 +46,11 @@ size_t TMainEditor::placeOf(const CaptureDocument& document) const {
 }
 
 CaptureDocument& TMainEditor::addEditor(std::unique_ptr<CaptureDocument> document) {
+    return addDocument(std::move(document));
+}
+
+CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> document,
+                                          std::optional<RecoveryStore::Entry> former) {
     CaptureDocument& added = *document;
     Entry entry;
     entry.observer = added.observe([this, &added](const DocumentChange& change) {
@@ -54,6 +61,7 @@ CaptureDocument& TMainEditor::addEditor(std::unique_ptr<CaptureDocument> documen
     });
     entry.document = std::move(document);
     documents_.push_back(std::move(entry));
+    recovery_->add(added, std::move(former));
     list_->insert(documents_.size() - 1, wide(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
     show(documents_.size() - 1);
@@ -81,6 +89,7 @@ void TMainEditor::show(size_t place) {
     current_ = &document;
     canvas_ = new TEditForm(canvasHost_, document);
     canvas_->onChanged([this] { stateStale_ = true; });
+    canvas_->onPointerMoved([this] { updateStatus(); });
     canvasHost_->GetSizer()->Add(canvas_, 1, wxEXPAND);
     canvasHost_->Layout();
     parkOthers();
@@ -102,7 +111,7 @@ void TMainEditor::parkOthers() {
         if (entry.document.get() != current_) entry.document->park();
 }
 
-void TMainEditor::removePlaces(std::vector<size_t> places) {
+void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
     if (places.empty()) return;
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
@@ -111,7 +120,12 @@ void TMainEditor::removePlaces(std::vector<size_t> places) {
         current_ != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*current_));
     if (currentGoes) unshow();
     for (auto place = places.rbegin(); place != places.rend(); ++place) {
-        documents_[*place].document->forget(documents_[*place].observer);
+        CaptureDocument& document = *documents_[*place].document;
+        document.forget(documents_[*place].observer);
+        if (kept)
+            recovery_->leave(document);
+        else
+            recovery_->discard(document);
         list_->erase(*place);
         documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(*place));
     }
@@ -147,11 +161,11 @@ void TMainEditor::deleteCaptures(std::vector<size_t> places) {
     removePlaces(std::move(places));
 }
 
-void TMainEditor::discardAll() {
+void TMainEditor::discardAll(bool kept) {
     std::vector<size_t> all(documents_.size());
     for (size_t i = 0; i < all.size(); ++i) all[i] = i;
     unshow();
-    removePlaces(std::move(all));
+    removePlaces(std::move(all), kept);
     projectPath_.clear();
 }
 
@@ -238,11 +252,7 @@ void TMainEditor::updateThumbnails() {
     const auto until = std::chrono::steady_clock::now() + thumbnailBudget;
     const Size frame = list_->thumbnailSize();
     const TThumbCreator creator(frame, systemColour(wxSYS_COLOUR_WINDOW));
-    PaintOptions options;
-    options.labels = OptionsHolder().on("chkDisplayAnnotations");
-    options.numbers = OptionsHolder().on("chkDisplayNumbers");
-    options.calloutLines = OptionsHolder().on("chkDisplayCalloutLines");
-    options.shadows = OptionsHolder().on("chkDisplayShadows");
+    const PaintOptions options = paintOptions(OptionsHolder());
     for (size_t place = 0; place < documents_.size(); ++place) {
         Entry& entry = documents_[place];
         if (!entry.thumbnailStale) continue;

@@ -86,6 +86,11 @@ void cleanUpMailFolder() {
 Result<fs::path> publishFolder() { return usableFolder(workingFolder(), "publish", 2); }
 Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(CSIDL_MYPICTURES), "Vistrane", 4); }
 
+fs::path recoveryFolder() {
+    const fs::path data = systemFolder(CSIDL_APPDATA);
+    return data.empty() ? data : data / "Glimmerpad" / "recovery";
+}
+
 fs::path lastSaveFolder() {
     const fs::path folder = pathFromUtf8(settings().readString(settingsSection(group::general), lastFolderKey));
     std::error_code error;

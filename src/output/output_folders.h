@@ -25,6 +25,10 @@ void cleanUpMailFolder();
 Result<std::filesystem::path> publishFolder();
 Result<std::filesystem::path> externalEditorFolder();
 
+/// Where open captures with unsaved changes are kept against a crash: one place for the standalone program and all
+/// hosts. Need not exist.
+std::filesystem::path recoveryFolder();
+
 /// Where the user saved last; the pictures folder at first and when that folder is gone.
 std::filesystem::path lastSaveFolder();
 void rememberSaveFolder(const std::filesystem::path& folder);

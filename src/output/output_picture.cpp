@@ -4,7 +4,7 @@
 
 #include "common/assertion.h"
 #include "common/clock.h"
-#include "editor/annotation_painter.h"
+#include "editor/display_options.h"
 #include "output/watermark.h"
 #include "settings/options.h"
 
@@ -16,12 +16,7 @@ Result<TBitmap> painted(const CaptureDocument& document, TextPainter& text) {
     Result<TBitmap> picture = document.background().clone();
     if (!picture) return picture;
     const Options& options = OptionsHolder();
-    PaintOptions paint;
-    paint.labels = options.on("chkDisplayAnnotations");
-    paint.numbers = options.on("chkDisplayNumbers");
-    paint.calloutLines = options.on("chkDisplayCalloutLines");
-    paint.shadows = options.on("chkDisplayShadows");
-    paintAnnotations(*picture, picture->bounds(), document.annotations(), text, paint);
+    paintAnnotations(*picture, picture->bounds(), document.annotations(), text, paintOptions(options));
     const Status marked =
         applyWatermark(*picture, options, document.info().url, document.info().title, systemClock(), text);
     if (!marked) return marked.failure();

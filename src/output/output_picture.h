@@ -6,10 +6,10 @@
 
 namespace glimmer {
 
-/// The picture that every output of a capture shows: its background with the annotations on it, as far as the
-/// display options show them. The one place through which all output passes, so what belongs on every output picture
-/// is drawn here: the watermark, if the options want one. Fails for want of memory, and when the watermark's file
-/// cannot be read, so that no picture leaves the program without it. 32 bits.
+/// The picture that every output of a capture shows: its background with the annotations on it. The one place through
+/// which all output passes, so what belongs on every output picture is drawn here: the watermark, if the options want
+/// one. Fails for want of memory, and when the watermark's file cannot be read, so that no picture leaves the program
+/// without it. 32 bits.
 Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text);
 
 /// Lets a capture that rests (see CaptureDocument::park) rest again at the end of the scope, so that output of many

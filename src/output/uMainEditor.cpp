@@ -18,11 +18,14 @@
 #include "common/host_kind.h"
 #include "common/icons.h"
 #include "common/section_memory.h"
+#include "editor/clipboard_window.h"
 #include "editor/document.h"
 #include "editor/edit_tool.h"
+#include "editor/recovery_keeper.h"
 #include "editor/rich_text_painter.h"
 #include "editor/uEditor.h"
 #include "output/capture_list.h"
+#include "output/clipboard.h"
 #include "output/main_toolbar.h"
 #include "output/selection_panel.h"
 #include "settings/form_store.h"
@@ -44,7 +47,7 @@ constexpr const char* section = "MainEditor";
 
 }  // namespace
 
-TMainEditor::TMainEditor()
+TMainEditor::TMainEditor(std::filesystem::path recovery)
     : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, wxDefaultSize,
               wxDEFAULT_FRAME_STYLE, "MainEditor"),
       shapeTool_(EditTool::TextShapeRectangle),
@@ -85,10 +88,14 @@ TMainEditor::TMainEditor()
         Layout();
     });
     tmrUpdateThumbnails_.Start(thumbnailPeriod);
+    startKeeping(std::move(recovery));
+    pictureClipboard() = {[](const TBitmap& picture) { return copyPictureToClipboard(picture); }, pictureFromClipboard,
+                          clipboardHasPicture};
     refreshState();
 }
 
 TMainEditor::~TMainEditor() {
+    for (const Entry& entry : documents_) recovery_->leave(*entry.document);
     if (pMainEditor == this) pMainEditor = nullptr;
 }
 
@@ -209,7 +216,7 @@ void TMainEditor::execute(const MainCommand& command) {
 }
 
 void TMainEditor::finishClosing() {
-    discardAll();
+    discardAll(true);
     storeState();
     Destroy();
 }

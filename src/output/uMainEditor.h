@@ -4,6 +4,7 @@
 #include <wx/panel.h>
 #include <wx/timer.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,7 +13,9 @@
 #include <vector>
 
 #include "common/bitmap.h"
+#include "editor/recovery.h"
 #include "output/main_commands.h"
+#include "output/output_folders.h"
 
 namespace glimmer {
 
@@ -22,6 +25,7 @@ class SelectionPanel;
 class TMainToolbar;
 class TEditForm;
 class OptionsListener;
+class RecoveryKeeper;
 class TextPainter;
 enum class EditTool : uint8_t;
 
@@ -39,7 +43,8 @@ class TMainEditor : public wxFrame {
 public:
     using Documents = std::vector<CaptureDocument*>;
 
-    TMainEditor();
+    /// `recovery`: where open captures are kept against a crash.
+    explicit TMainEditor(std::filesystem::path recovery = recoveryFolder());
     ~TMainEditor() override;
 
     /// Takes a capture into the list, makes it the current and only selected one and answers it.
@@ -99,8 +104,12 @@ public:
     /// Closes the session: asks for unsaved captures, then lets go of all captures and puts the window away. False when
     /// the user wants to stay.
     bool closeSession();
-    /// Lets go of all captures without a question.
-    void discardAll();
+    /// Lets go of all captures without a question. What of them was kept against a crash goes too, unless `kept`:
+    /// then those that the user has worked on are offered again at the next start.
+    void discardAll(bool kept = false);
+    /// Once: offers the captures that an earlier run left behind when it crashed, in a message box or, where another
+    /// capture has brought the window up, in a bar of the window.
+    void offerRecovered(bool inBar);
 
     /// The commands that live above this folder; the start-up sets them. Without one the button does nothing.
     struct Commands {
@@ -127,7 +136,9 @@ private:
     [[nodiscard]] size_t placeOf(const CaptureDocument& document) const;
     void show(size_t place);
     void unshow();
-    void removePlaces(std::vector<size_t> places);
+    CaptureDocument& addDocument(std::unique_ptr<CaptureDocument> document,
+                                 std::optional<RecoveryStore::Entry> former = {});
+    void removePlaces(std::vector<size_t> places, bool kept = false);
     void deleteCaptures(std::vector<size_t> places);
     void moveCapture(size_t from, size_t to);
     void renameCapture(size_t place, const wxString& name);
@@ -138,6 +149,11 @@ private:
     void refreshState();
     void updateStatus();
     void openDropped(const std::vector<std::string>& paths);
+
+    // The recovery folder (main_editor_recovery.cpp)
+    void startKeeping(std::filesystem::path folder);
+    void offerInBar(const std::vector<RecoveryStore::Entry>& entries);
+    void openRecovered(const std::vector<RecoveryStore::Entry>& entries);
 
     // Commands (main_editor_commands.cpp)
     void setTool(EditTool tool, const char* button);
@@ -153,6 +169,9 @@ private:
         bool thumbnailStale = true;
     };
     std::vector<Entry> documents_;
+    std::unique_ptr<RecoveryKeeper> recovery_;
+    wxTimer tmrRecovery_;
+    bool recoveredOffered_ = false;
     CaptureDocument* current_ = nullptr;
     TEditForm* canvas_ = nullptr;
     DisplayState displayState_ = DisplayState::Shown;

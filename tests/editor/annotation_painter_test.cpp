@@ -47,7 +47,7 @@ protected:
     void paint(TBitmap& bitmap, const TBBShape& shape) { paintAnnotation(bitmap, bitmap.bounds(), shape, text, plain); }
 
     CairoTextPainter text;
-    PaintOptions plain{true, true, true, false, 0, {}};  // without shadows
+    PaintOptions plain{false, 0, {}};  // without shadows
 };
 
 TEST_F(Painting, FillIsMixedByItsOpacityAndFramesAreCrisp) {

@@ -76,15 +76,14 @@ struct Canvas {
 };
 
 TEST(Canvas, aDragOnEmptyCanvasSelectsAnAreaWhicheverWayItGoes) {
-    for (const auto& [from, to] : {std::pair<Point, Point>{{50, 40}, {149, 99}}, {{149, 99}, {50, 40}},
-                                   {{50, 99}, {149, 40}}, {{149, 40}, {50, 99}}}) {
+    for (const auto& [from, to] : {std::pair<Point, Point>{{50, 40}, {149, 99}},
+                                   {{149, 99}, {50, 40}},
+                                   {{50, 99}, {149, 40}},
+                                   {{149, 40}, {50, 99}}}) {
         Canvas c;
         c.drag(from, to);
         const Rect area = c.document->selection().bounds({400, 300});
-        EXPECT_NEAR(area.left, 50, 1);
-        EXPECT_NEAR(area.top, 40, 1);
-        EXPECT_NEAR(area.right, 150, 1);
-        EXPECT_NEAR(area.bottom, 100, 1);
+        EXPECT_EQ(area, (Rect{50, 40, 150, 100})) << "both corners' pixels are in it";
         EXPECT_EQ(c.steps(), 0U) << "selecting is not a step";
         c.controller->press({300, 200}, none);
         c.controller->release({300, 200}, none);
@@ -270,6 +269,59 @@ TEST(Canvas, theBodyMovesAllTheLabelMovesAloneAndSnaps) {
     EXPECT_TRUE(c.controller->overlay().guides.empty());
 }
 
+TEST(Canvas, aLineIsPulledByItsEnds) {
+    Canvas c;
+    const AnnotationId line = c.draw({50, 50, 150, 100}, EditTool::Line, "");
+    const auto ends = [&] {
+        const auto found = c.shape(line).freeLineEnds();
+        EXPECT_EQ(found.size(), 2U);
+        return found;
+    };
+    EXPECT_EQ(c.controller->overlay().handles.size(), 2U);
+    // The line joins the nearest corners of two places of 3 x 3 pixels.
+    constexpr int32_t place = 3;
+    const auto expectNear = [](Point at, Point expected) {
+        EXPECT_NEAR(at.x, expected.x, place);
+        EXPECT_NEAR(at.y, expected.y, place);
+    };
+    const Point back = ends()[1].at;
+    const Point front = ends()[0].at;
+    c.drag(front, {front.x + 40, front.y + 60});
+    expectNear(ends()[1].at, back);  // the other end stays
+    expectNear(ends()[0].at, {front.x + 40, front.y + 60});
+    c.drag(ends()[1].at, {300, 200});
+    expectNear(ends()[1].at, {300, 200});
+    EXPECT_EQ(c.steps(), 3U);
+    c.controller->execute(EditCommand::Undo);
+    expectNear(ends()[1].at, back);
+
+    // A pointer's tip as well, while its label has the usual handles and stays where it is.
+    const AnnotationId pointer = c.draw({200, 220, 280, 150}, EditTool::TextLine);
+    const Rect label = c.shape(pointer).text.rectangle;
+    const auto tip = c.shape(pointer).freeLineEnds();
+    ASSERT_EQ(tip.size(), 1U);
+    EXPECT_EQ(c.controller->overlay().handles.size(), 9U);
+    c.drag(tip[0].at, {tip[0].at.x - 30, tip[0].at.y + 10});
+    EXPECT_EQ(c.shape(pointer).text.rectangle, label);
+    expectNear(c.shape(pointer).freeLineEnds()[0].at, {tip[0].at.x - 30, tip[0].at.y + 10});
+}
+
+TEST(Canvas, annotationsFromElsewhereLandWhereTheyAreDropped) {
+    Canvas c;
+    const AnnotationId id = c.draw({50, 50, 100, 80});
+    const TBBShape copy = c.shape(id);
+    ASSERT_TRUE(c.controller->dropAnnotations({copy}, {250, 200}));
+    ASSERT_EQ(c.document->annotations().size(), 2U);
+    const TBBShape& dropped = c.document->annotations()[1];
+    EXPECT_EQ(c.document->selectedId(), dropped.id());
+    EXPECT_EQ(dropped.text.text, copy.text.text);
+    const Rect bounds = dropped.bounds();
+    EXPECT_NEAR((bounds.left + bounds.right) / 2, 250, 1);
+    EXPECT_NEAR((bounds.top + bounds.bottom) / 2, 200, 1);
+    c.controller->execute(EditCommand::Undo);
+    EXPECT_EQ(c.document->annotations().size(), 1U);
+}
+
 TEST(Canvas, aDragThatIsCutOffKeepsWhatItDidAndEscTakesItBack) {
     Canvas c;
     const AnnotationId id = c.draw({100, 150, 200, 200});
@@ -359,7 +411,8 @@ TEST(Canvas, freeDrawingBecomesAnAnnotationAndCanBeTakenUpAgain) {
     EXPECT_TRUE(c.controller->key(letter('Z'), ctrl)) << "takes the last stroke back";
     c.controller->eraser = true;
     c.drag({100, 50}, {100, 50});
-    EXPECT_EQ(c.steps(), 0U);
+    EXPECT_EQ(c.steps(), 1U) << "kept stroke by stroke, one step in all";
+    EXPECT_EQ(c.document->annotations().size(), 1U);
     EXPECT_FALSE(c.controller->rightPress({10, 10}));
     ASSERT_EQ(c.controller->mode(), CanvasMode::Annotation);
     ASSERT_EQ(c.document->annotations().size(), 1U);
@@ -380,6 +433,24 @@ TEST(Canvas, freeDrawingBecomesAnAnnotationAndCanBeTakenUpAgain) {
     EXPECT_GT(c.document->annotations()[0].shape.rectangle.bottom, 120);
     c.controller->execute(EditCommand::Undo);
     EXPECT_EQ(c.document->annotations()[0].shape, made.shape);
+
+    // What is erased whole is gone with one step, and comes back with one.
+    c.controller->beginDrawing(made.id());
+    c.drag({50, 150}, {150, 150});
+    c.controller->clearDrawing();
+    c.controller->endDrawing();
+    EXPECT_TRUE(c.document->annotations().empty());
+    c.controller->execute(EditCommand::Undo);
+    ASSERT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_EQ(c.document->annotations()[0].shape, made.shape);
+    c.controller->execute(EditCommand::Undo);
+    EXPECT_TRUE(c.document->annotations().empty());
+    c.controller->changeKind(ShapeKind::Drawing);
+    c.drag({50, 50}, {150, 50});
+    c.controller->key(letter('Z'), ctrl);
+    c.controller->endDrawing();
+    EXPECT_TRUE(c.document->annotations().empty()) << "nothing drawn, nothing made";
+    EXPECT_EQ(c.steps(), 0U);
 }
 
 TEST(Canvas, captureModeHandsTheAreaOn) {
@@ -427,31 +498,49 @@ TEST(Canvas, anyInputLeavesAConsistentCapture) {
         };
         Canvas c;
         const TBitmap before = c.document->background().clone().take();
-        constexpr Key keys[] = {Key::Escape, Key::Enter,  Key::Tab,  Key::Backspace, Key::Insert, Key::Delete, Key::Left,
-                                Key::Right,  Key::Up,     Key::Down, letter('A'),    letter('B'), letter('F'), letter('G'),
-                                letter('I'), letter('L'), letter('N'), letter('T'), letter('Y'), letter('Z'), letter('1'),
-                                letter('2'), letter('3'), letter('4')};
+        constexpr Key keys[] = {Key::Escape, Key::Enter,  Key::Tab,    Key::Backspace, Key::Insert, Key::Delete,
+                                Key::Left,   Key::Right,  Key::Up,     Key::Down,      letter('A'), letter('B'),
+                                letter('F'), letter('G'), letter('I'), letter('L'),    letter('N'), letter('T'),
+                                letter('Y'), letter('Z'), letter('1'), letter('2'),    letter('3'), letter('4')};
         for (int i = 0; i < 2000; ++i) {
             const Point at{any(-40, 440), any(-40, 340)};
             const Modifiers held{any(0, 4) == 0, any(0, 2) == 0, any(0, 6) == 0};
             switch (any(0, 13)) {
                 case 0:
-                case 1: c.controller->press(at, held); break;
+                case 1:
+                    c.controller->press(at, held);
+                    break;
                 case 2:
                 case 3:
-                case 4: c.controller->move(at, held); break;
+                case 4:
+                    c.controller->move(at, held);
+                    break;
                 case 5:
-                case 6: c.controller->release(at, held); break;
-                case 7: c.controller->doubleClick(at, held); break;
-                case 8: c.controller->rightPress(at); break;
-                case 9: c.controller->captureLost(); break;
-                case 10: c.controller->setTool(static_cast<EditTool>(any(0, 9))); break;
-                case 11: c.controller->changeKind(static_cast<ShapeKind>(any(1, 5))); break;
+                case 6:
+                    c.controller->release(at, held);
+                    break;
+                case 7:
+                    c.controller->doubleClick(at, held);
+                    break;
+                case 8:
+                    c.controller->rightPress(at);
+                    break;
+                case 9:
+                    c.controller->captureLost();
+                    break;
+                case 10:
+                    c.controller->setTool(static_cast<EditTool>(any(0, 9)));
+                    break;
+                case 11:
+                    c.controller->changeKind(static_cast<ShapeKind>(any(1, 5)));
+                    break;
                 case 12:
-                    if (c.window.editing != noAnnotation) c.controller->textEdited(c.window.editing, std::string(3, 'a'));
+                    if (c.window.editing != noAnnotation)
+                        c.controller->textEdited(c.window.editing, std::string(3, 'a'));
                     if (c.window.picked) std::exchange(c.window.picked, nullptr)(static_cast<Colour>(any(0, 0xFFFFFF)));
                     break;
-                default: c.controller->key(keys[random() % std::size(keys)], held);
+                default:
+                    c.controller->key(keys[random() % std::size(keys)], held);
             }
             static_cast<void>(c.controller->overlay());
             static_cast<void>(c.controller->cursorAt(at));

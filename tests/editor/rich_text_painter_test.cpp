@@ -178,7 +178,7 @@ TEST(RichTextPainter, PaintsALabelInItsColourOnAnyGround) {
                 ++inked;
                 // Somewhere between ground and text: no fringe of another colour.
                 for (const auto part : {redOf, greenOf, blueOf}) {
-                    const auto [low, high] = std::minmax(part(ground), part(shape.text.settings.textColour));
+                    const auto [low, high] = std::minmax({part(ground), part(shape.text.settings.textColour)});
                     EXPECT_TRUE(part(seen) >= low && part(seen) <= high) << x << ',' << y;
                 }
             }

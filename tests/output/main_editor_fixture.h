@@ -15,10 +15,13 @@ class MainEditorTest : public SaverTest {
 protected:
     void SetUp() override {
         SaverTest::SetUp();
-        editor_ = new TMainEditor;  // destroyed by its Close
-        pMainEditor = editor_;
+        open();
         editor_->showRoutine();
         ASSERT_TRUE(test::bringForward(*editor_));
+    }
+    void open() {
+        editor_ = new TMainEditor(recovery_.path());  // destroyed by its Close
+        pMainEditor = editor_;
     }
     void TearDown() override {
         if (pMainEditor != nullptr) editor_->Close(true);
@@ -56,6 +59,7 @@ protected:
         return {area.x + area.width / 2, area.y + area.height / 2};
     }
 
+    test::ScratchFolder recovery_{"main editor"};
     TMainEditor* editor_ = nullptr;
 };
 

@@ -1,6 +1,7 @@
 #include <wx/statusbr.h>
 
 #include "common/text.h"
+#include "editor/commands/set_info.h"
 #include "main_editor_fixture.h"
 #include "output/capture_list.h"
 #include "output/main_toolbar.h"
@@ -125,6 +126,53 @@ TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
     EXPECT_TRUE(more->IsShown());
     EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnVote")->IsShown());
     EXPECT_TRUE(find<ToolButton>(*editor_, "btnExit")->IsShown());
+}
+
+// A host that shuts down asks nobody: what the user has worked on is there at the next start, the rest is not.
+TEST_F(MainEditor, AnEndWithoutAQuestionKeepsWhatWasWorkedOn) {
+    const auto endAndStart = [this] {
+        editor_->Close(true);
+        ASSERT_TRUE(pumpUntil([] { return pMainEditor == nullptr; }));
+        open();
+    };
+    CaptureDocument& worked = editor_->addEditor(grey("worked on"));
+    ASSERT_TRUE(worked.run(std::make_unique<SetInfo>(SetInfo::Field::Notes, "a note")));
+    editor_->addEditor(grey("untouched"));
+    CaptureDocument& saved = editor_->addEditor(grey("saved"));
+    ASSERT_TRUE(saved.run(std::make_unique<SetInfo>(SetInfo::Field::Notes, "another")));
+    saved.markSaved();
+    endAndStart();
+
+    editor_->offerRecovered(false);
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_NE(messages_.messages[0].text.find("worked on"), std::string::npos);
+    EXPECT_EQ(messages_.messages[0].text.find("untouched"), std::string::npos);
+    EXPECT_EQ(messages_.messages[0].text.find("\xE2\x80\xA2 saved"), std::string::npos);
+    EXPECT_EQ(editor_->editorCount(), 0U) << "later";
+    editor_->offerRecovered(false);
+    EXPECT_EQ(messages_.messages.size(), 1U) << "once";
+
+    endAndStart();
+    messages_.answers = {{MessageAnswer::Yes}};
+    editor_->offerRecovered(false);
+    EXPECT_EQ(names(), (std::vector<std::string>{"worked on"}));
+    EXPECT_EQ(editor_->currentEditor()->info().notes, "a note");
+    EXPECT_TRUE(editor_->currentEditor()->modified());
+
+    // It was not touched since, but never saved either.
+    endAndStart();
+    editor_->offerRecovered(true);
+    test::click(*test::findControl(*editor_, "btnOpenRecovered"));
+    ASSERT_TRUE(pumpUntil([this] { return editor_->FindWindow("barRecovered") == nullptr; }));
+    EXPECT_EQ(names(), (std::vector<std::string>{"worked on"}));
+
+    // Leaving with "Discard" is the end of it.
+    messages_.answers = {{MessageAnswer::No}};
+    EXPECT_TRUE(editor_->closeSession());
+    endAndStart();
+    messages_.messages.clear();
+    editor_->offerRecovered(false);
+    EXPECT_TRUE(messages_.messages.empty());
 }
 
 // The captures that are not shown hold no addresses, so that many large ones can be open in a 32-bit process.

@@ -1,0 +1,73 @@
+#include "editor/recovery_keeper.h"
+
+#include <algorithm>
+#include <new>
+
+#include "common/assertion.h"
+
+namespace glimmer {
+
+std::vector<RecoveryKeeper::Kept>::iterator RecoveryKeeper::find(CaptureDocument& document) {
+    const auto found =
+        std::find_if(kept_.begin(), kept_.end(), [&](const Kept& kept) { return kept.document == &document; });
+    GLIMMER_ASSERT(found != kept_.end(), "pKept != NULL", "uRecovery");
+    return found;
+}
+
+void RecoveryKeeper::add(CaptureDocument& document, std::optional<RecoveryStore::Entry> former) {
+    Kept kept{&document, std::make_unique<RecoveryWriter>(store_, document)};
+    if (former) kept.writer->replaces(std::move(*former));
+    kept_.push_back(std::move(kept));
+}
+
+void RecoveryKeeper::discard(CaptureDocument& document) {
+    const auto kept = find(document);
+    kept->writer->remove();
+    kept_.erase(kept);
+}
+
+void RecoveryKeeper::leave(CaptureDocument& document) {
+    const auto kept = find(document);
+    if (document.modified() && (document.touched() || kept->writer->recovered())) {
+        do piece(*kept);
+        while (kept->more);
+    } else {
+        kept->writer->remove();
+    }
+    kept_.erase(kept);
+}
+
+/// One piece of one capture's work. A picture that was parked is parked again; without room for it the capture waits.
+void RecoveryKeeper::piece(Kept& kept) {
+    const bool parked = kept.document->parked();
+    try {
+        kept.more = kept.writer->work();
+    } catch (const std::bad_alloc&) {
+        kept.more = false;
+        kept.notBefore = Clock::now() + std::chrono::seconds(5);
+    }
+    if (parked) kept.document->park();
+}
+
+void RecoveryKeeper::work(std::chrono::milliseconds budget) {
+    const Clock::time_point start = Clock::now();
+    for (Kept& kept : kept_) {
+        // What was saved in the meantime goes at once.
+        const bool rests = kept.document->modified() && !kept.more;
+        if (rests && Clock::now() < kept.notBefore) continue;
+        while (kept.more || kept.writer->pending()) {
+            piece(kept);
+            const Clock::time_point now = Clock::now();
+            if (!kept.more && kept.notBefore < now + rest_) kept.notBefore = now + rest_;
+            if (now - start >= budget) return;
+            if (!kept.more) break;
+        }
+    }
+    if (Clock::now() - start < budget) store_.tidy();
+}
+
+bool RecoveryKeeper::complete() const {
+    return std::none_of(kept_.begin(), kept_.end(), [](const Kept& kept) { return kept.writer->pending(); });
+}
+
+}  // namespace glimmer

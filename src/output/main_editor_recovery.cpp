@@ -1,0 +1,118 @@
+// The main editor and the recovery folder: what is open is kept there, what an earlier run left behind is offered.
+
+#include <wx/button.h>
+#include <wx/panel.h>
+#include <wx/settings.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "editor/recovery_keeper.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+
+namespace glimmer {
+
+namespace {
+
+constexpr int recoveryPeriod = 50;  // milliseconds
+/// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
+constexpr std::chrono::milliseconds recoveryBudget{12};
+/// More names than this would not fit on a message box.
+constexpr size_t mostNames = 10;
+
+std::string described(const std::vector<RecoveryStore::Entry>& entries) {
+    if (entries.size() == 1) return "A capture with unsaved changes was open when the editor ended unexpectedly.";
+    return std::to_string(entries.size()) +
+           " captures with unsaved changes were open when the editor ended unexpectedly.";
+}
+
+}  // namespace
+
+void TMainEditor::startKeeping(std::filesystem::path folder) {
+    recovery_ = std::make_unique<RecoveryKeeper>(std::move(folder));
+    // A timer's message comes when there is no other: the user never waits for this.
+    tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { recovery_->work(recoveryBudget); });
+    tmrRecovery_.Start(recoveryPeriod);
+}
+
+void TMainEditor::offerRecovered(bool inBar) {
+    if (recoveredOffered_) return;
+    recoveredOffered_ = true;
+    const std::vector<RecoveryStore::Entry> entries = recovery_->store().leftBehind();
+    if (entries.empty()) return;
+    if (inBar) {
+        offerInBar(entries);
+        return;
+    }
+    Message question;
+    question.caption = "Unsaved captures";
+    question.text = described(entries);
+    for (size_t i = 0; i < std::min(entries.size(), mostNames); ++i)
+        question.text.append("\n  \xE2\x80\xA2 ").append(entries[i].info.name);
+    if (entries.size() > mostNames)
+        question.text.append("\n  \xE2\x80\xA2 and ")
+            .append(std::to_string(entries.size() - mostNames))
+            .append(" more");
+    question.text.append("\n\nWould you like to go on with ").append(entries.size() == 1 ? "it?" : "them?");
+    question.icon = MessageIcon::Question;
+    question.buttons = MessageButtons::YesNoCancel;
+    question.standard = MessageAnswer::Yes;
+    question.yes = "&Open";
+    question.no = "&Discard";
+    question.cancel = "&Later";
+    const MessageAnswer answer = showMessage(question);
+    if (answer == MessageAnswer::Yes) openRecovered(entries);
+    if (answer == MessageAnswer::No)
+        for (const RecoveryStore::Entry& entry : entries) recovery_->store().toss(entry.folder);
+}
+
+/// In a host the editor came up for another capture; nobody is kept from that one.
+void TMainEditor::offerInBar(const std::vector<RecoveryStore::Entry>& entries) {
+    auto* bar = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "barRecovered");
+    bar->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOBK));
+    bar->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    auto* text = new wxStaticText(bar, wxID_ANY, wxString::FromUTF8(described(entries)), wxDefaultPosition,
+                                  wxDefaultSize, wxST_ELLIPSIZE_END);
+    text->SetForegroundColour(bar->GetForegroundColour());
+    row->Add(text, 1, wxALIGN_CENTRE_VERTICAL | wxLEFT, FromDIP(12));
+    const auto add = [&](const char* name, const char* caption, std::function<void()> act) {
+        auto* button =
+            new wxButton(bar, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
+        button->Bind(wxEVT_BUTTON, [this, bar, act = std::move(act)](wxCommandEvent&) {
+            bar->Hide();
+            Layout();
+            CallAfter([bar] { bar->Destroy(); });
+            if (act) act();
+        });
+        row->Add(button, 0, wxALIGN_CENTRE_VERTICAL | wxTOP | wxBOTTOM | wxRIGHT, FromDIP(6));
+    };
+    add("btnOpenRecovered", "Open", [this, entries] { openRecovered(entries); });
+    add("btnDiscardRecovered", "Discard", [this, entries] {
+        for (const RecoveryStore::Entry& entry : entries) recovery_->store().toss(entry.folder);
+    });
+    add("btnLaterRecovered", "Later", {});
+    bar->SetSizer(row);
+    GetSizer()->Insert(1, bar, 0, wxEXPAND);
+    Layout();
+    Refresh();
+}
+
+void TMainEditor::openRecovered(const std::vector<RecoveryStore::Entry>& entries) {
+    std::string failures;
+    for (const RecoveryStore::Entry& entry : entries) {
+        Result<std::unique_ptr<CaptureDocument>> opened = RecoveryStore::open(entry);
+        // One that cannot be read, for want of memory perhaps, stays where it is.
+        if (opened)
+            addDocument(opened.take(), entry);
+        else
+            failures.append("\n  \xE2\x80\xA2 ").append(entry.info.name).append(": ").append(opened.message());
+    }
+    if (editorCount() > 0) showRoutine();
+    if (!failures.empty()) showWarning("These captures could not be opened:" + failures);
+}
+
+}  // namespace glimmer

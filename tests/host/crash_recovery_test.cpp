@@ -1,0 +1,188 @@
+// The program that ships is killed in the middle of work and started again.
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shlobj.h>
+
+#include <algorithm>
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "common/files.h"
+#include "editor/recovery.h"
+#include "support/child_process.h"
+
+namespace glimmer {
+namespace {
+
+namespace fs = std::filesystem;
+using Arguments = std::vector<fs::path>;
+
+bool waitFor(const std::function<bool()>& condition, const char* what) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            ADD_FAILURE() << what << " did not come";
+            return false;
+        }
+        Sleep(20);
+    }
+    return true;
+}
+
+std::wstring textOf(HWND window) {
+    wchar_t text[512] = L"";
+    GetWindowTextW(window, text, 512);
+    return text;
+}
+
+struct Search {
+    DWORD process;
+    const std::function<bool(const std::wstring&)>& wanted;
+    HWND found;
+};
+
+BOOL CALLBACK visit(HWND window, LPARAM data) {
+    auto& search = *reinterpret_cast<Search*>(data);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    if (owner != search.process || IsWindowVisible(window) == FALSE || !search.wanted(textOf(window))) return TRUE;
+    search.found = window;
+    return FALSE;
+}
+
+/// The visible window of the process (top-level, or below `parent`) whose text the function takes.
+HWND findWindow(DWORD process, HWND parent, const std::function<bool(const std::wstring&)>& wanted) {
+    Search search{process, wanted, nullptr};
+    if (parent == nullptr)
+        EnumWindows(visit, reinterpret_cast<LPARAM>(&search));
+    else
+        EnumChildWindows(parent, visit, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+class CrashRecovery : public testing::Test {
+protected:
+    void SetUp() override {
+        wchar_t data[MAX_PATH] = L"";
+        ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, data), S_OK);
+        folder_ = fs::path(data) / "Glimmerpad" / "recovery";
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+    void TearDown() override {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+    static fs::path program() { return test::testProgram("x").parent_path().parent_path() / "bin" / "glimmerpad.exe"; }
+    /// The main window, once it shows a capture of that name.
+    static HWND mainWindow(const test::ChildProcess& process, const wchar_t* name) {
+        HWND window = nullptr;
+        waitFor(
+            [&] {
+                window =
+                    findWindow(process.id(), nullptr, [&](const std::wstring& text) { return text.starts_with(name); });
+                return window != nullptr;
+            },
+            "the main window");
+        return window;
+    }
+    static HWND child(HWND window, const wchar_t* text) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        HWND found = nullptr;
+        waitFor(
+            [&] {
+                found = findWindow(process, window, [&](const std::wstring& is) { return is == text; });
+                return found != nullptr;
+            },
+            "a control");
+        return found;
+    }
+    static HWND topWindow(const test::ChildProcess& process, const wchar_t* caption) {
+        HWND box = nullptr;
+        waitFor(
+            [&] {
+                box = findWindow(process.id(), nullptr, [&](const std::wstring& text) { return text == caption; });
+                return box != nullptr;
+            },
+            "a message");
+        return box;
+    }
+    static void mouse(HWND window, int x, int y, UINT message, WPARAM held) {
+        PostMessageW(window, message, held, MAKELPARAM(x, y));
+    }
+    static void click(HWND window) {
+        mouse(window, 8, 8, WM_LBUTTONDOWN, MK_LBUTTON);
+        mouse(window, 8, 8, WM_LBUTTONUP, 0);
+    }
+    /// What is kept, once it has so many annotations.
+    std::vector<RecoveryManifest> kept() const {
+        std::vector<RecoveryManifest> all;
+        std::error_code ignored;
+        for (const auto& entry : fs::recursive_directory_iterator(folder_, ignored)) {
+            if (entry.path().filename() != "capture.manifest") continue;
+            const Result<std::vector<uint8_t>> data = readFile(entry.path(), maxManifestBytes);
+            const std::optional<RecoveryManifest> manifest = data ? decodeManifest(*data) : std::nullopt;
+            if (manifest) all.push_back(*manifest);
+        }
+        return all;
+    }
+    bool waitUntilKept(size_t annotations) const {
+        return waitFor(
+            [&] {
+                const std::vector<RecoveryManifest> all = kept();
+                return all.size() == 1 && all[0].annotations.size() == annotations;
+            },
+            "the kept capture");
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
+    {
+        test::ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
+        // A plain picture is said to carry nothing to edit.
+        PostMessageW(topWindow(first, L"Error"), WM_CLOSE, 0, 0);
+        const HWND window = mainWindow(first, L"article");
+        ASSERT_NE(window, nullptr);
+        EXPECT_TRUE(kept().empty()) << "nothing has changed yet";
+        const HWND canvas = child(window, L"Canvas");
+        mouse(canvas, 100, 120, WM_LBUTTONDOWN, MK_LBUTTON);
+        mouse(canvas, 200, 180, WM_MOUSEMOVE, MK_LBUTTON);
+        mouse(canvas, 260, 220, WM_LBUTTONUP, 0);
+        click(child(window, L" Annotate"));
+        ASSERT_TRUE(waitUntilKept(1));
+        first.kill();
+    }
+    ASSERT_EQ(kept().size(), 1U);
+    {
+        test::ChildProcess second(program(), Arguments());
+        click(child(topWindow(second, L"Unsaved captures"), L"&Open"));
+        const HWND window = mainWindow(second, L"article");
+        ASSERT_NE(window, nullptr);
+        EXPECT_NE(textOf(window).find(L" * "), std::wstring::npos) << "it is not saved";
+        // The run that died owns it no more; the one that lives does, and changes go on being kept.
+        ASSERT_TRUE(waitUntilKept(1));
+        const HWND canvas = child(window, L"Canvas");
+        mouse(canvas, 400, 320, WM_LBUTTONDOWN, MK_LBUTTON);
+        mouse(canvas, 500, 380, WM_MOUSEMOVE, MK_LBUTTON);
+        mouse(canvas, 560, 420, WM_LBUTTONUP, 0);
+        click(child(window, L" Annotate"));
+        ASSERT_TRUE(waitUntilKept(2));
+        second.kill();
+    }
+    {
+        test::ChildProcess third(program(), Arguments());
+        click(child(topWindow(third, L"Unsaved captures"), L"&Discard"));
+        EXPECT_TRUE(waitFor([&] { return kept().empty(); }, "the end of what was kept"));
+        third.kill();
+    }
+}
+
+}  // namespace
+}  // namespace glimmer
