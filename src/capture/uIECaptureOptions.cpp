@@ -30,8 +30,8 @@ wxSizer* line(wxWindow* parent, wxWindow* choice, wxWindow* number, const wxStri
 }  // namespace
 
 TIECaptureOptions::TIECaptureOptions(wxWindow* parent)
-    : wxDialog(parent, wxID_ANY, "Capture Options", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
-               "IECaptureOptions") {
+    : ModalDialog(parent, wxID_ANY, "Capture Options", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
+                  "IECaptureOptions") {
     chkPlaySound_ = new wxCheckBox(this, wxID_ANY, "&Play sound when page is captured");
     chkPlaySound_->SetName("chkPlaySound");
     chkPerformUpdateCheck_ = new wxCheckBox(this, wxID_ANY, "Check for &updates");

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <wx/dialog.h>
-
 #include "capture/capture_options.h"
+#include "common/modal_dialog.h"
 
 class wxCheckBox;
 class wxRadioButton;
@@ -11,7 +10,7 @@ class wxSpinCtrl;
 namespace glimmer {
 
 /// The form for the options of captures that a host delivers. OK stores them.
-class TIECaptureOptions : public wxDialog {
+class TIECaptureOptions : public ModalDialog {
 public:
     explicit TIECaptureOptions(wxWindow* parent);
 

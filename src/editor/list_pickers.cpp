@@ -13,6 +13,7 @@
 
 #include <algorithm>
 
+#include "common/modal_dialog.h"
 #include "editor/style_store.h"
 #include "settings/options.h"
 
@@ -180,11 +181,11 @@ private:
 };
 
 /// The annotations in the order of their numbers.
-class NumbersDialog final : public wxDialog {
+class NumbersDialog final : public ModalDialog {
 public:
     NumbersDialog(wxWindow* parent, const TShapesList& annotations, AnnotationId selected)
-        : wxDialog(parent, wxID_ANY, "Renumber Annotations", wxDefaultPosition, wxDefaultSize,
-                   wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "AnnotationList") {
+        : ModalDialog(parent, wxID_ANY, "Renumber Annotations", wxDefaultPosition, wxDefaultSize,
+                      wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "AnnotationList") {
         TShapesList copy = annotations;
         for (const TBBShape* shape : copy.byNumber()) {
             ids_.push_back(shape->id());

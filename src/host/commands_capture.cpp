@@ -11,6 +11,7 @@
 #include "host/host_commands.h"
 #include "host/host_state.h"
 #include "host/json_payload.h"
+#include "host/own_capture.h"
 #include "host/uProgram.h"
 #include "settings/message_box.h"
 
@@ -22,7 +23,7 @@ namespace {
 int32_t grabForeground(const CommandArguments& arguments) {
     std::optional<CapturePayload> payload = readCapturePayload(arguments.text1());
     if (!payload || !ensureProgram()) return 0;
-    Result<TBitmap> picture = grabClientArea(GetForegroundWindow());
+    Result<TBitmap> picture = takeWithMainWindowAside([] { return grabClientArea(GetForegroundWindow()); });
     if (!picture) {
         showError(picture.message());
         return 0;

@@ -18,6 +18,8 @@
 // clang-format on
 
 #include <array>
+#include <memory>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -40,18 +42,39 @@ HHOOK messageHook = nullptr;
 HWND idleWindow = nullptr;
 bool idleWanted = false;
 bool terminated = false;
-int toolkitDialogs = 0;  ///< modal ones that are open
 std::function<bool()> cancelAttempt;
 
-/// Counts the toolkit's modal dialogs, the system's ones that it wraps included.
-class DialogCounter : public wxModalDialogHook {
+/// Knows the toolkit's modal dialogs that are open. Those of the system that it only wraps have no window before they
+/// are shown, and are watched for it.
+class ModalDialogs : public wxModalDialogHook {
+public:
+    [[nodiscard]] bool any() const { return !open_.empty(); }
+    /// The host's end was asked for while a dialog's loop was the one that heard of it.
+    void quitReceived(int code) {
+        if (any()) quitCode_ = code;
+    }
+
 protected:
-    int Enter(wxDialog* /*dialog*/) override {
-        ++toolkitDialogs;
+    int Enter(wxDialog* dialog) override {
+        open_.push_back(dialog->GetHWND() == nullptr ? std::make_unique<ModalScope>() : nullptr);
         return wxID_NONE;
     }
-    void Exit(wxDialog* /*dialog*/) override { --toolkitDialogs; }
+    void Exit(wxDialog* /*dialog*/) override {
+        open_.pop_back();
+        // The loop around this one has to hear of it too, up to the host's own.
+        if (quitCode_) PostQuitMessage(*quitCode_);
+        quitCode_.reset();
+    }
+
+private:
+    std::vector<std::unique_ptr<ModalScope>> open_;
+    std::optional<int> quitCode_;
 };
+
+ModalDialogs& modalDialogs() {
+    static ModalDialogs dialogs;
+    return dialogs;
+}
 
 void wantIdle() {
     if (idleWanted || idleWindow == nullptr) return;
@@ -67,8 +90,10 @@ bool runIdle() {
 
 void cancelAndAttempt() {
     guarded([] {
-        cancelModals();
-        if (!cancelAttempt || !cancelAttempt()) return;
+        if (cancelAttempt && !cancelAttempt()) {
+            cancelModals();
+            return;
+        }
         KillTimer(idleWindow, cancelTimer);
         cancelAttempt = nullptr;
     });
@@ -136,7 +161,9 @@ bool insideSystemLoop() {
 
 LRESULT CALLBACK hookProc(int code, WPARAM removed, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
-    const bool mayAct = code == HC_ACTION && removed == PM_REMOVE && wxEventLoopBase::GetActive() == nullptr;
+    const bool taken = code == HC_ACTION && removed == PM_REMOVE;
+    if (taken && message->message == WM_QUIT) modalDialogs().quitReceived(static_cast<int>(message->wParam));
+    const bool mayAct = taken && wxEventLoopBase::GetActive() == nullptr;
     if (mayAct && isOurs(message->hwnd)) {
         wantIdle();
         if (message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST) {
@@ -185,8 +212,7 @@ bool start() {
     const auto instance = static_cast<HINSTANCE>(libraryModule());
     wxApp::SetInitializerFunction(makeApp);
     wxDisableAsserts();
-    static DialogCounter counter;
-    counter.Register();
+    modalDialogs().Register();
     if (!wxEntryStart(instance, nullptr, nullptr, SW_SHOWNORMAL) || !wxTheApp->CallOnInit()) return false;
 
     // Unloading a library with a running toolkit brings the process down at its end.
@@ -220,7 +246,7 @@ void runMessageLoop() {
     if (!terminated) wxTheApp->OnRun();
 }
 
-bool insideModal() { return ModalScope::any() || toolkitDialogs > 0 || (wxTheApp != nullptr && insideSystemLoop()); }
+bool insideModal() { return ModalScope::any() || modalDialogs().any() || (wxTheApp != nullptr && insideSystemLoop()); }
 
 void cancelModals() {
     std::vector<void*> systemDialogs = ModalScope::windows();

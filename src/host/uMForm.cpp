@@ -10,13 +10,13 @@
 #include "host/delivery.h"
 #include "host/host_state.h"
 #include "host/hot_keys.h"
+#include "host/own_capture.h"
 #include "host/single_instance.h"
 #include "host/start_rules.h"
 #include "host/toolkit.h"
 #include "host/tray_icon.h"
 #include "host/uProgram.h"
 #include "output/output_folders.h"
-#include "output/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -33,28 +33,19 @@ Delivery ownCapture(CaptureAction action) {
     return delivery;
 }
 
-/// Takes the main window off the screen before the screen is captured, and waits until it is gone.
-void clearTheView() {
-    if (pMainEditor == nullptr || !pMainEditor->IsShown()) return;
-    pMainEditor->Hide();
-    // What the window covered is painted again by its owners.
-    constexpr DWORD repaintMilliseconds = 200;
-    Sleep(repaintMilliseconds);
-}
-
 void captureScreen(CaptureAction action) {
     if (!ensureProgram()) return;
-    clearTheView();
     deliver(ownCapture(action));
 }
 
 void captureTopWindow() {
     if (!ensureProgram()) return;
-    Result<TBitmap> picture = grabWindow(GetForegroundWindow());
+    Result<TBitmap> picture = takeWithMainWindowAside([] { return grabWindow(GetForegroundWindow()); });
     if (!picture) {
         showError(picture.message());
         return;
     }
+    playCaptureSound();
     Delivery delivery = ownCapture(CaptureAction::Edit);
     delivery.bitmap = picture.take();
     deliver(std::move(delivery));

@@ -13,6 +13,7 @@
 #include "editor/document.h"
 #include "host/memory_guard.h"
 #include "host/options_services.h"
+#include "host/own_capture.h"
 #include "host/screen_area.h"
 #include "host/stamps.h"
 #include "host/uMForm.h"
@@ -164,8 +165,9 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
 
     if (empty) {
         const bool fromScreen = OptionsHolder().on("chkStartFromScreen");
-        Result<TBitmap> picture =
-            fromScreen ? grabScreen(area) : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
+        Result<TBitmap> picture = fromScreen ? takeWithMainWindowAside([&area] { return grabScreen(area); })
+                                             : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
+        if (picture && fromScreen) playCaptureSound();
         if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
         if (!picture) {
             refuse(editorWarning());
@@ -345,7 +347,7 @@ void TProgram::hideApplication() {
 
 void TProgram::restoreApplication() {
     hidden_ = false;
-    if (pMainEditor == nullptr) return;
+    prepareMainEditor();
     pMainEditor->setDisplayState(DisplayState::Shown);
     pMainEditor->applyDisplayState();
 }

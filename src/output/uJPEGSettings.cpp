@@ -31,7 +31,7 @@ void setJpegQuality(int quality) {
                             std::clamp(quality, leastQuality, bestQuality));
 }
 
-TJPEGSettings::TJPEGSettings(wxWindow* parent) : wxDialog(parent, wxID_ANY, "JPEG Settings") {
+TJPEGSettings::TJPEGSettings(wxWindow* parent) : ModalDialog(parent, wxID_ANY, "JPEG Settings") {
     SetName("JPEGSettings");
     const int gap = FromDIP(12);
     auto* label = new wxStaticText(this, wxID_ANY, "Set JPEG compression Quality:");

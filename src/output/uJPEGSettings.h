@@ -1,6 +1,6 @@
 #pragma once
 
-#include <wx/dialog.h>
+#include "common/modal_dialog.h"
 
 class wxSlider;
 class wxTextCtrl;
@@ -12,7 +12,7 @@ int jpegQuality();
 void setJpegQuality(int quality);
 
 /// Asks for the JPEG quality; the answer OK keeps it.
-class TJPEGSettings : public wxDialog {
+class TJPEGSettings : public ModalDialog {
 public:
     explicit TJPEGSettings(wxWindow* parent);
     [[nodiscard]] int quality() const;

@@ -5,7 +5,6 @@
 #include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
-#include <wx/dialog.h>
 #include <wx/msw/wrapwin.h>
 #include <wx/panel.h>
 #include <wx/sizer.h>
@@ -15,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/modal_dialog.h"
 #include "common/modal_scope.h"
 #include "common/text.h"
 #include "settings/message_box.h"
@@ -124,11 +124,11 @@ wxBitmap iconOf(MessageIcon icon) {
 }
 
 /// The message on the window's background, the check box and the buttons on a strip below it.
-class MessageDialog : public wxDialog {
+class MessageDialog : public ModalDialog {
 public:
     explicit MessageDialog(const Message& message)
-        : wxDialog(nullptr, wxID_ANY, wxString::FromUTF8(message.caption), wxDefaultPosition, wxDefaultSize,
-                   wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP) {
+        : ModalDialog(nullptr, wxID_ANY, wxString::FromUTF8(message.caption), wxDefaultPosition, wxDefaultSize,
+                      wxDEFAULT_DIALOG_STYLE | wxSTAY_ON_TOP) {
         SetName("MessageDialog");
         auto* column = new wxBoxSizer(wxVERTICAL);
         column->Add(newMessagePanel(message), 1, wxEXPAND);

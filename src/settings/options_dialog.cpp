@@ -51,7 +51,8 @@ wxImage imageOf(const TBitmap& bitmap) {
 }  // namespace
 
 TVistraneOptions::TVistraneOptions(wxWindow* parent, OptionsServices services)
-    : wxDialog(parent, wxID_ANY, "Options", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
+    : ModalDialog(parent, wxID_ANY, "Options", wxDefaultPosition, wxDefaultSize,
+                  wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
       services_(std::move(services)),
       applied_(OptionsHolder()) {
     SetName("TVistraneOptions");

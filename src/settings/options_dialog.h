@@ -1,13 +1,12 @@
 #pragma once
 
-#include <wx/dialog.h>
-
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "common/bitmap.h"
+#include "common/modal_dialog.h"
 #include "settings/file_associations.h"
 #include "settings/options.h"
 
@@ -32,7 +31,7 @@ struct OptionsServices {
 /// The options dialog: a list of pages on the left, OK, Cancel and Apply below. Works on a copy of the current options;
 /// OK and Apply make it current, save it and carry out what the system has to be told (start-up entry, file
 /// associations; hot keys follow the options by themselves).
-class TVistraneOptions : public wxDialog {
+class TVistraneOptions : public ModalDialog {
 public:
     TVistraneOptions(wxWindow* parent, OptionsServices services);
 

@@ -6,6 +6,7 @@
 
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -324,6 +325,71 @@ TEST_F(Captures, TheWindowInFrontIsGrabbed) {
         host_.hostShutdown();
     }
     DestroyWindow(window);
+}
+
+/// A window of the host that fills the screen with one colour, painted when it is asked to.
+class GreenScreen {
+public:
+    static constexpr uint32_t colour = 0x20B040;
+
+    GreenScreen() {
+        WNDCLASSW windowClass = {};
+        windowClass.lpfnWndProc = DefWindowProcW;
+        windowClass.hInstance = GetModuleHandleW(nullptr);
+        windowClass.lpszClassName = L"GlimmerTestGreen";
+        windowClass.hbrBackground = CreateSolidBrush(RGB(0x20, 0xB0, 0x40));
+        RegisterClassW(&windowClass);
+        window_ = CreateWindowExW(0, L"GlimmerTestGreen", L"host", WS_POPUP, 0, 0, GetSystemMetrics(SM_CXSCREEN),
+                                  GetSystemMetrics(SM_CYSCREEN), nullptr, nullptr, nullptr, nullptr);
+        bringForward(window_);
+        pump();
+    }
+    ~GreenScreen() { DestroyWindow(window_); }
+    GreenScreen(const GreenScreen&) = delete;
+    GreenScreen& operator=(const GreenScreen&) = delete;
+    GreenScreen(GreenScreen&&) = delete;
+    GreenScreen& operator=(GreenScreen&&) = delete;
+
+private:
+    HWND window_ = nullptr;
+};
+
+std::vector<std::string> order;  // of grabs and sounds
+
+BOOL WINAPI noteGrab(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY, DWORD how) {
+    if ((how & CAPTUREBLT) != 0) order.emplace_back("grab");
+    return BitBlt(to, x, y, width, height, from, fromX, fromY, how);
+}
+BOOL WINAPI noteSound(LPCWSTR, HMODULE, DWORD) {
+    order.emplace_back("sound");
+    return TRUE;
+}
+
+TEST_F(Captures, TheProgramsOwnWindowIsOnNoneOfItsPictures) {
+    const ImportPatch grabs(host_.module, "gdi32.dll", "BitBlt", &noteGrab);
+    const ImportPatch sounds(host_.module, "winmm.dll", "PlaySoundW", &noteSound);
+    const GreenScreen screen;
+    host_.capture(pngOf(patternPicture(300, 200)), GLIMMERPAD_EDIT);
+    const HWND editor = mainWindow();
+    ASSERT_TRUE(pumpUntil([editor] { return GetForegroundWindow() == editor; }, "the editor in front"));
+    struct Way {
+        const char* what;
+        std::function<void()> take;
+    };
+    for (const Way& way :
+         {Way{"no picture", [this] { host_.hostCapture(L"", L"", L"", nullptr, GLIMMERPAD_ENCODE_IMAGE, 0, 0); }},
+          Way{"grabTB", [this] { EXPECT_EQ(host_.execute(L"grabTB", nullptr, L"{\"action\":9}"), 1); }}}) {
+        order.clear();
+        way.take();
+        EXPECT_THAT(order, ElementsAre("grab", "sound")) << way.what;
+        const RgbPicture picture = encodedPicture();
+        ASSERT_FALSE(picture.pixels.empty()) << way.what;
+        size_t others = 0;
+        for (const uint32_t pixel : picture.pixels) others += pixel == GreenScreen::colour ? 0 : 1;
+        EXPECT_EQ(others, 0U) << way.what << ", in the middle " << std::hex
+                              << picture.at(picture.width / 2, picture.height / 2);
+        EXPECT_NE(IsWindowVisible(editor), FALSE) << way.what << ": it comes back";
+    }
 }
 
 }  // namespace

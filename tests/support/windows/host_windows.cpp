@@ -55,7 +55,9 @@ INPUT keyInput(WORD key, DWORD flags) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
     input.ki.wVk = key;
-    input.ki.dwFlags = flags;
+    // The keys between letters and number pad, from Page Up to Delete, are told from the pad's by this.
+    const bool between = (key >= VK_PRIOR && key <= VK_DOWN) || key == VK_INSERT || key == VK_DELETE;
+    input.ki.dwFlags = flags | (between ? KEYEVENTF_EXTENDEDKEY : 0U);
     return input;
 }
 

@@ -10,11 +10,15 @@ namespace glimmer::test {
 namespace {
 
 std::vector<std::wstring> notices;
+std::function<void(const std::wstring&)> noticeAction;
 
 void GLIMMERPAD_NOTIFY notify(const char* name, const wchar_t* value) {
     std::wstring text;
     for (const char* at = name; *at != '\0'; ++at) text += static_cast<wchar_t>(*at);
-    notices.push_back(text + L" " + value);
+    text += L" ";
+    text += value;
+    notices.push_back(text);
+    if (noticeAction) noticeAction(text);
 }
 
 }  // namespace
@@ -81,5 +85,7 @@ bool HostedLibrary::resumeAvailable() const {
 void HostedLibrary::writeSettings(const std::string& text) const { std::ofstream(settings_, std::ios::binary) << text; }
 
 std::vector<std::wstring> HostedLibrary::takeNotices() { return std::exchange(notices, {}); }
+
+void HostedLibrary::onNotice(std::function<void(const std::wstring&)> action) { noticeAction = std::move(action); }
 
 }  // namespace glimmer::test

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -66,6 +67,8 @@ public:
 
     /// What the library asked of the host since the last call, as "name value".
     static std::vector<std::wstring> takeNotices();
+    /// Has something done inside the callback, with the notice; nothing ends that.
+    static void onNotice(std::function<void(const std::wstring&)> action);
 
 private:
     std::filesystem::path settings_;

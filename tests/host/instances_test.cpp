@@ -1,0 +1,212 @@
+// The standalone program as real processes: one instance, more of them, what they hand over, how they end.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/child_process.h"
+#include "support/scratch_folder.h"
+#include "support/windows/host_windows.h"
+#include "support/windows/hosted_library.h"
+
+namespace glimmer::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr unsigned longest = 20000;  // milliseconds; for a start or an end
+
+class Instances : public testing::Test {
+protected:
+    Instances() {
+        for (const char* file : {"glimmerpad.exe", "glimmerpad.dll"})
+            fs::copy_file(programFolder() / file, folder() / file);
+        for (const char* name : {"plain.bmp", "a picture.bmp", "second.bmp"}) writePicture(folder() / name);
+    }
+    ~Instances() override {
+        // In the order of their starts; what a test left running is killed.
+        for (const auto& process : started_) process->kill();
+    }
+
+    [[nodiscard]] const fs::path& folder() const { return scratch_.path(); }
+    /// A bitmap file: a PNG file without annotations is opened with a notice.
+    static void writePicture(const fs::path& path) {
+        constexpr LONG side = 16;
+        BITMAPINFOHEADER info{};
+        info.biSize = sizeof info;
+        info.biWidth = side;
+        info.biHeight = side;
+        info.biPlanes = 1;
+        info.biBitCount = 32;
+        const std::vector<uint32_t> pixels(side * side, 0x00336699);
+        const auto bytes = static_cast<DWORD>(pixels.size() * sizeof(uint32_t));
+        BITMAPFILEHEADER header{};
+        header.bfType = 0x4D42;
+        header.bfOffBits = sizeof header + sizeof info;
+        header.bfSize = header.bfOffBits + bytes;
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(&header), sizeof header)
+            .write(reinterpret_cast<const char*>(&info), sizeof info)
+            .write(reinterpret_cast<const char*>(pixels.data()), static_cast<std::streamsize>(bytes));
+    }
+
+    /// Starts the program with this after its name on the command line.
+    ChildProcess& start(const std::wstring& arguments = {}, const fs::path& currentFolder = {}) {
+        const std::wstring line = L"\"" + (folder() / "glimmerpad.exe").wstring() + L"\" " + arguments;
+        started_.push_back(std::make_unique<ChildProcess>(line, currentFolder.empty() ? folder() : currentFolder));
+        return *started_.back();
+    }
+    /// Its main window; null when it has none on the screen.
+    static HWND windowOf(const ChildProcess& process) {
+        for (const HWND window : windowsOfProcess(process.id())) {
+            const std::wstring title = textOf(window);
+            if (title == L"Glimmerpad" || title.ends_with(L" - Glimmerpad")) return window;
+        }
+        return nullptr;
+    }
+    static std::wstring titleOf(const ChildProcess& process) {
+        const HWND window = windowOf(process);
+        return window != nullptr ? textOf(window) : L"";
+    }
+    static bool showsWindow(const ChildProcess& process) {
+        return waitUntil([&process] { return windowOf(process) != nullptr; }, "the main window", longest);
+    }
+    static bool shows(const ChildProcess& process, const std::wstring& name) {
+        const bool shown = waitUntil([&] { return titleOf(process).starts_with(name); }, "the opened picture", longest);
+        if (!shown)
+            for (const HWND window : windowsOfProcess(process.id()))
+                ADD_FAILURE() << testing::PrintToString(textOf(window));
+        return shown;
+    }
+    /// Starts it again and expects it to end by itself at once.
+    void startAndEnd(const std::wstring& arguments = {}, const fs::path& currentFolder = {}) {
+        EXPECT_EQ(start(arguments, currentFolder).wait(longest), 0) << testing::PrintToString(arguments);
+    }
+    void expectEnd(ChildProcess& process, const char* what) { EXPECT_EQ(process.wait(longest), 0) << what; }
+
+private:
+    ScratchFolder scratch_{"instances"};  // first made, last gone
+    std::vector<std::unique_ptr<ChildProcess>> started_;
+};
+
+TEST_F(Instances, ASecondStartBringsTheFirstBack) {
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    const HWND window = windowOf(first);
+    ShowWindowAsync(window, SW_MINIMIZE);
+    ASSERT_TRUE(waitUntil([window] { return IsIconic(window) != FALSE; }, "the minimised window"));
+    startAndEnd();
+    EXPECT_TRUE(waitUntil([window] { return IsIconic(window) == FALSE; }, "the restored window"));
+    EXPECT_TRUE(first.running());
+    EXPECT_EQ(titleOf(first), L"Glimmerpad") << "nothing was handed over";
+    startAndEnd(L"-terminate");
+    expectEnd(first, "the first instance");
+    // The next one is a first one again.
+    ChildProcess& next = start();
+    EXPECT_TRUE(showsWindow(next));
+    startAndEnd(L"-TERMINATE");
+    expectEnd(next, "the next instance");
+}
+
+TEST_F(Instances, AFileIsHandedOver) {
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    startAndEnd(L"\"" + (folder() / "a picture.bmp").wstring() + L"\"");
+    EXPECT_TRUE(shows(first, L"a picture"));
+
+    // A name alone is one of the program's folder, whatever folder is the current one.
+    const ScratchFolder elsewhere("elsewhere");
+    startAndEnd(L"plain.bmp", elsewhere.path());
+    EXPECT_TRUE(shows(first, L"plain"));
+    startAndEnd(L"\"second.bmp\" \"and more\" -x", elsewhere.path());
+    EXPECT_TRUE(shows(first, L"second"));
+
+    // Without a file the one before is not opened again.
+    startAndEnd();
+    EXPECT_TRUE(shows(first, L"second"));
+
+    // What cannot be opened is said by the first, which stays as it is.
+    startAndEnd(L"missing.bmp", elsewhere.path());
+    const auto box = [&first] {
+        for (const HWND window : windowsOfProcess(first.id()))
+            if (classOf(window) == L"#32770") return window;
+        return HWND{};
+    };
+    EXPECT_TRUE(waitUntil([&] { return box() != nullptr; }, "the message about the file", longest));
+    startAndEnd(L"-TERMINATE");
+    expectEnd(first, "an instance with a message on the screen");
+}
+
+TEST_F(Instances, TheFirstStartOpensItsFile) {
+    ChildProcess& first = start(L"\"" + (folder() / "a picture.bmp").wstring() + L"\"");
+    EXPECT_TRUE(shows(first, L"a picture"));
+    startAndEnd(L"-TERMINATE");
+    expectEnd(first, "an instance with a picture");
+}
+
+TEST_F(Instances, MultiCountsInTheFirstTwoPlaces) {
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    ChildProcess& second = start(L"-multi");
+    EXPECT_TRUE(showsWindow(second));
+    const std::wstring file = L"\"" + (folder() / "plain.bmp").wstring() + L"\"";
+    ChildProcess& third = start(file + L" -MULTI");
+    EXPECT_TRUE(shows(third, L"plain"));
+    ChildProcess& fourth = start(L"-Multi " + file);
+    EXPECT_TRUE(shows(fourth, L"plain"));
+    EXPECT_EQ(titleOf(first), L"Glimmerpad");
+
+    // In the third place it is nothing, and any of the four takes the file.
+    startAndEnd(L"\"second.bmp\" x -MULTI");
+    const auto anyShows = [&](const wchar_t* name) {
+        for (const ChildProcess* process : {&first, &second, &third, &fourth})
+            if (titleOf(*process).starts_with(name)) return true;
+        return false;
+    };
+    EXPECT_TRUE(waitUntil([&] { return anyShows(L"second"); }, "the picture of a start that was none", longest));
+    startAndEnd(L"-Terminate");
+    for (ChildProcess* process : {&first, &second, &third, &fourth}) expectEnd(*process, "one of four instances");
+}
+
+TEST_F(Instances, TerminateIsTheFirstArgumentOrNone) {
+    startAndEnd(L"-TERMINATE");  // nobody there
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    startAndEnd(L"\"" + (folder() / "plain.bmp").wstring() + L"\" -TERMINATE");
+    EXPECT_TRUE(shows(first, L"plain"));
+    startAndEnd(L"\"-tErMiNaTe\" x");
+    expectEnd(first, "an instance");
+}
+
+TEST_F(Instances, TerminateCancelsWhatIsOpen) {
+    struct Dialog {
+        const char* what;
+        void (*open)(HWND window);
+    };
+    const Dialog dialogs[] = {
+        {"the open dialog", [](HWND) { pressKey('O', {VK_CONTROL}); }},
+        {"the save dialog", [](HWND) { pressKey(VK_F2, {VK_CONTROL}); }},
+        {"the question before leaving", [](HWND window) { PostMessageW(window, WM_CLOSE, 0, 0); }},
+        {"the window's menu", [](HWND window) { PostMessageW(window, WM_SYSCOMMAND, SC_KEYMENU, ' '); }},
+    };
+    for (const Dialog& dialog : dialogs) {
+        ChildProcess& process = start(L"\"" + (folder() / "plain.bmp").wstring() + L"\"");
+        ASSERT_TRUE(shows(process, L"plain"));
+        const HWND window = windowOf(process);
+        ASSERT_TRUE(bringForward(window));
+        const size_t before = windowsOfProcess(process.id()).size();
+        dialog.open(window);
+        EXPECT_TRUE(waitUntil([&] { return windowsOfProcess(process.id()).size() > before; }, dialog.what, longest));
+        startAndEnd(L"-TERMINATE");
+        expectEnd(process, dialog.what);
+    }
+}
+
+}  // namespace
+}  // namespace glimmer::test
