@@ -4,6 +4,9 @@ needs=""
 licence=COPYING
 build() {
     local source
+    # For 64-bit Windows the compiler does not align the stack to 32 bytes, so the assembler is told to use moves that
+    # need no alignment.
+    [ $host = i686-w64-mingw32 ] || CFLAGS+=" -Wa,-muse-unaligned-vector-move"
     for source in lib/*.c lib/x86/*.c; do
         $host-gcc-posix $CFLAGS -std=c99 -I. -c "$source" -o "${source//\//-}.o"
     done
