@@ -30,11 +30,11 @@ std::wstring programName(DWORD process) {
     const HANDLE handle = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process);
     if (handle == nullptr) return {};
     std::array<wchar_t, MAX_PATH> name = {};
-    HMODULE module = nullptr;
+    std::array<HMODULE, 1> module = {};
     DWORD needed = 0;
     DWORD length = 0;
-    if (EnumProcessModules(handle, &module, sizeof module, &needed) != 0) {
-        length = GetModuleBaseNameW(handle, module, name.data(), static_cast<DWORD>(name.size()));
+    if (EnumProcessModules(handle, module.data(), sizeof module, &needed) != 0) {
+        length = GetModuleBaseNameW(handle, module[0], name.data(), static_cast<DWORD>(name.size()));
     }
     CloseHandle(handle);
     return {name.data(), length};

@@ -277,7 +277,7 @@ void TCachedMemIniFile::removeSection(std::string_view section) {
 
 Status TCachedMemIniFile::save() {
     if (content_->path.empty() || content_->changes.empty()) return {};
-    const Status status = content_->saveNow();
+    Status status = content_->saveNow();
     const bool firstFailure = !status && !content_->failed;
     content_->failed = !status;
     if (firstFailure && failureHandler) failureHandler("The settings cannot be saved. " + status.message());
