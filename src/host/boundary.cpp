@@ -13,7 +13,7 @@ void reportCurrentException() noexcept {
     // The system's own box: nothing of ours can be relied on here.
     constexpr UINT style = MB_OK | MB_ICONERROR | MB_TOPMOST | MB_SETFOREGROUND;
     try {
-        throw;
+        throw;  // cppcheck-suppress rethrowNoCurrentException ; called while one is handled
     } catch (const std::bad_alloc&) {
         MessageBoxW(nullptr, L"There is not enough memory for this.", L"Error", style);
     } catch (const std::exception& error) {

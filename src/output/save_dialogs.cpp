@@ -202,7 +202,8 @@ SaveDialogs* replacement = nullptr;
 
 SaveDialogs& saveDialogs() {
     static SystemSaveDialogs dialogs;
-    return replacement != nullptr ? *replacement : dialogs;
+    if (replacement != nullptr) return *replacement;
+    return dialogs;
 }
 
 void setSaveDialogs(SaveDialogs* dialogs) { replacement = dialogs; }

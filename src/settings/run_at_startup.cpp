@@ -28,8 +28,9 @@ Status setRunAtStartup(bool on, const std::string& program) {
     if (on) {
         // Quoted: the path may have blanks.
         const std::u16string command = toUtf16("\"" + program + "\"");
-        const auto bytes = static_cast<DWORD>((command.size() + 1) * sizeof(char16_t));
-        status = RegSetValueExW(key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()), bytes);
+        const size_t bytes = (command.size() + 1) * sizeof(char16_t);
+        status = RegSetValueExW(key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()),
+                                static_cast<DWORD>(bytes));
     } else {
         status = RegDeleteValueW(key, valueName);
         if (status == ERROR_FILE_NOT_FOUND) status = ERROR_SUCCESS;
