@@ -51,6 +51,14 @@ void removeLast(TMainEditor& editor) {
     label->ProcessWindowEvent(event);
 }
 
+void clickOn(wxListCtrl& list, long item) {
+    wxRect area;
+    list.GetItemRect(item, area, wxLIST_RECT_ICON);
+    const LPARAM at = MAKELPARAM(area.x + area.width / 2, area.y + area.height / 2);
+    SendMessageW(list.GetHWND(), WM_LBUTTONDOWN, MK_LBUTTON, at);
+    SendMessageW(list.GetHWND(), WM_LBUTTONUP, 0, at);
+}
+
 void measure() {
     setMessageBoxes(nullptr);
     setPixelAllocator(sectionPixelMemory);
@@ -67,11 +75,12 @@ void measure() {
     const std::vector<double> times = compare({
         {"switch to another capture",
          [&] {
-             list->SetItemState(at, wxLIST_STATE_FOCUSED, wxLIST_STATE_FOCUSED);
+             clickOn(*list, at);
              settle(*editor);
          },
          [&] {
              at = (at + 17) % pages;
+             list->EnsureVisible(at);
              settle(*editor);
          }},
         {"select all",
@@ -106,7 +115,7 @@ void measure() {
                 {"add a capture", milliseconds(times[2]), "100"},
                 {"thumbnail of a capture", milliseconds(thumbnail[0]), "10"}});
     editor->Close(true);
-    settle(*editor);
+    wxEventLoopBase::GetActive()->ProcessIdle();  // destroys it
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "editor/badge_picture.h"
 #include "editor/floating_panels.h"
 #include "editor/label_editor.h"
+#include "editor/picker_window.h"
 #include "editor/property_panels.h"
 #include "editor/rich_text_painter.h"
 #include "editor/selection_toolbar.h"
@@ -51,11 +52,8 @@ wxTextCtrl* makePaintingControl(wxWindow* parent) {
 
 TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxCLIP_CHILDREN, "EditForm"),
-      document_(document),
-      controller_(document_, view_, *this),
       edtAnnotationForPainting_(makePaintingControl(this)),
       text_(std::make_unique<RichTextPainter>(edtAnnotationForPainting_->GetHWND())),
-      working_(document_, *text_),
       newAnnotations_(newAnnotationOptions(OptionsHolder())) {
     SetLabel("Edit Screenshot");
     makeHiddenControls();
@@ -69,15 +67,9 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     columns->Add(panels_, 0, wxEXPAND);
     SetSizer(columns);
 
-    TShapeStyle style = lastUsedStyle();
-    keptSettings_ = style;
-    showParts(style, newAnnotations_);
-    controller_.setToolSettings(std::move(style));
-    applyDisplayOptions();
+    attach(document);
     placePanels();
     optionsListener_ = std::make_unique<OptionsListener>([this] { optionsChanged(); });
-    view_.setPictureSize(document_.size());
-    observer_ = document_.observe([this](const DocumentChange& change) { documentChanged(change); });
 
     tmrScrolling_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrScrollingTimer(); });
     tmrCanvasCursor_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { tmrCanvasCursorTimer(); });
@@ -93,6 +85,45 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     stateChanged();
 }
 
+void TEditForm::attach(CaptureDocument& document) {
+    document_ = &document;
+    CanvasHost& host = *this;
+    controller_ = std::make_unique<CanvasController>(document, view_, host);
+    working_ = std::make_unique<WorkingPicture>(document, *text_);
+    TShapeStyle style = lastUsedStyle();
+    keptSettings_ = style;
+    showParts(style, newAnnotations_);
+    controller_->setToolSettings(std::move(style));
+    applyDisplayOptions();
+    view_.setPictureSize(document.size());
+    observer_ = document.observe([this](const DocumentChange& change) { documentChanged(change); });
+}
+
+void TEditForm::show(CaptureDocument& document) {
+    if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
+    finishEditing();
+    keepSettings();
+    closePickers();
+    document_->forget(observer_);
+    CanvasView view;
+    view.setWindowSize(view_.window());
+    view_ = view;
+    pointer_ = {};
+    pastedHere_ = 0;
+    attach(document);
+    updateScrollBars();
+    viewChanged();
+    stateChanged();
+}
+
+// What they would answer belongs to the capture that goes.
+void TEditForm::closePickers() {
+    std::vector<wxWindow*> pickers;
+    for (wxWindow* child : GetChildren())
+        if (dynamic_cast<PickerWindow*>(child) != nullptr) pickers.push_back(child);
+    for (wxWindow* picker : pickers) picker->Destroy();
+}
+
 TEditForm::~TEditForm() {
     // Whatever is being typed or drawn is kept; no event of a dying child may reach a half-destroyed form.
     changed_ = pointerMoved_ = nullptr;
@@ -100,7 +131,7 @@ TEditForm::~TEditForm() {
     if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
     finishEditing();
     keepSettings();
-    document_.forget(observer_);
+    document_->forget(observer_);
     tmrScrolling_.Stop();
     tmrCanvasCursor_.Stop();
     tmrEditingAnnotation_.Stop();
@@ -122,7 +153,7 @@ void TEditForm::makeCanvas() {
         const wxLogNull quiet;
         pbScreen_->SetDropTarget(
             new AnnotationDropTarget(pbScreen_, [this](std::vector<TBBShape> shapes, wxPoint place) {
-                return controller_.dropAnnotations(std::move(shapes), view_.toPicture(Point{place.x, place.y}));
+                return controller_->dropAnnotations(std::move(shapes), view_.toPicture(Point{place.x, place.y}));
             }));
     }
 
@@ -144,7 +175,7 @@ void TEditForm::makeCanvas() {
     pbScreen_->Bind(wxEVT_MOTION, &TEditForm::pbScreenMouseMove, this);
     pbScreen_->Bind(wxEVT_LEFT_UP, &TEditForm::pbScreenMouseUp, this);
     pbScreen_->Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
-        controller_.captureLost();
+        controller_->captureLost();
         captureEnded();
     });
 }
@@ -175,7 +206,7 @@ void TEditForm::updateScrollBars() {
 
 /// Everything on the canvas lies elsewhere now.
 void TEditForm::viewChanged() {
-    shownOverlay_ = controller_.overlay();
+    shownOverlay_ = controller_->overlay();
     pbScreen_->Refresh(false);
     placeFloating();
     stateDirty_ = true;
@@ -252,12 +283,12 @@ void TEditForm::reveal(const Rect& area) {
 
 void TEditForm::documentChanged(const DocumentChange& change) {
     if (change.size) {
-        view_.setPictureSize(document_.size());
-        working_.invalidateAll();
+        view_.setPictureSize(document_->size());
+        working_->invalidateAll();
         updateScrollBars();
         viewChanged();
     } else if (change.pixels || change.annotations) {
-        working_.invalidate(change.area);
+        working_->invalidate(change.area);
         invalidatePicture(change.area);
     }
     if (change.selection || change.size || change.annotations) overlayChanged();
@@ -265,7 +296,7 @@ void TEditForm::documentChanged(const DocumentChange& change) {
 }
 
 void TEditForm::overlayChanged() {
-    CanvasOverlay now = controller_.overlay();
+    CanvasOverlay now = controller_->overlay();
     if (now == shownOverlay_) return;
     invalidateView(overlayArea(shownOverlay_, view_, look_.dotsPerInch));
     shownOverlay_ = std::move(now);
@@ -276,22 +307,22 @@ void TEditForm::overlayChanged() {
 void TEditForm::stateChanged() {
     stateDirty_ = true;
     if (panels_ == nullptr) return;
-    const bool drawing = controller_.mode() == CanvasMode::FreeDrawing;
-    const TBitmap* ink = drawing ? &controller_.ink()->bitmap() : nullptr;
-    if (working_.ink != ink || working_.hidden != controller_.inkedId()) {
-        working_.ink = ink;
-        working_.hidden = controller_.inkedId();
-        working_.invalidateAll();
+    const bool drawing = controller_->mode() == CanvasMode::FreeDrawing;
+    const TBitmap* ink = drawing ? &controller_->ink()->bitmap() : nullptr;
+    if (working_->ink != ink || working_->hidden != controller_->inkedId()) {
+        working_->ink = ink;
+        working_->hidden = controller_->inkedId();
+        working_->invalidateAll();
         pbScreen_->Refresh(false);
     }
-    if (drawing) working_.inkAt = controller_.ink()->at();
+    if (drawing) working_->inkAt = controller_->ink()->at();
     panels_->showState();
     selectionToolbar_->place();
 }
 
 void TEditForm::inkChanged(const Rect& area) {
-    if (const InkLayer* ink = controller_.ink()) working_.inkAt = ink->at();
-    working_.invalidate(area);
+    if (const InkLayer* ink = controller_->ink()) working_->inkAt = ink->at();
+    working_->invalidate(area);
     invalidatePicture(area);
     stateDirty_ = true;
 }
@@ -308,18 +339,18 @@ void TEditForm::idle(wxIdleEvent& event) {
         pointerDirty_ = false;
         if (pointerMoved_) pointerMoved_();
     }
-    if (!controller_.dragging() && document_.compactSome()) event.RequestMore();
+    if (!controller_->dragging() && document_->compactSome()) event.RequestMore();
 }
 
 void TEditForm::setTool(EditTool tool) {
-    controller_.setTool(tool);
+    controller_->setTool(tool);
     pbScreen_->SetFocus();
 }
 
 void TEditForm::finishEditing() {
-    if (controller_.dragging()) controller_.captureLost();
+    if (controller_->dragging()) controller_->captureLost();
     finishTextEdit();
-    if (controller_.mode() == CanvasMode::FreeDrawing) controller_.endDrawing();
+    if (controller_->mode() == CanvasMode::FreeDrawing) controller_->endDrawing();
 }
 
 void TEditForm::failed(const std::string& message) { showError(message); }
@@ -328,9 +359,9 @@ TextPainter& TEditForm::textPainter() { return *text_; }
 
 void TEditForm::beginTextEdit(AnnotationId id) {
     labelEditor_->begin(id);
-    working_.options.editedId = id;
-    if (const TBBShape* shape = document_.annotations().find(id)) {
-        working_.invalidate(shape->bounds());
+    working_->options.editedId = id;
+    if (const TBBShape* shape = document_->annotations().find(id)) {
+        working_->invalidate(shape->bounds());
         invalidatePicture(shape->bounds());
     }
     tmrEditingAnnotation_.Start(editingAnnotationInterval);
@@ -341,30 +372,30 @@ void TEditForm::finishTextEdit() {
     if (id == noAnnotation) return;
     tmrEditingAnnotation_.Stop();
     labelEditor_->end();
-    working_.options.editedId = 0;
-    if (const TBBShape* shape = document_.annotations().find(id)) {
-        working_.invalidate(shape->bounds());
+    working_->options.editedId = 0;
+    if (const TBBShape* shape = document_->annotations().find(id)) {
+        working_->invalidate(shape->bounds());
         invalidatePicture(shape->bounds());
     }
-    controller_.endTextEdit(id);
+    controller_->endTextEdit(id);
 }
 
 void TEditForm::applyDisplayOptions() {
     const Options& options = OptionsHolder();
-    const AnnotationId edited = working_.options.editedId;
-    working_.options = paintOptions(options);
-    working_.options.editedId = edited;
-    controller_.blurIntensity = options.number("spnBlurIntensity");
-    controller_.inkColour = static_cast<Colour>(options.number("clrPenColor"));
-    controller_.inkWidth = options.number("spnPenSize");
+    const AnnotationId edited = working_->options.editedId;
+    working_->options = paintOptions(options);
+    working_->options.editedId = edited;
+    controller_->blurIntensity = options.number("spnBlurIntensity");
+    controller_->inkColour = static_cast<Colour>(options.number("clrPenColor"));
+    controller_->inkWidth = options.number("spnPenSize");
     look_.dotsPerInch = GetDPI().x;
-    controller_.dotsPerInch = look_.dotsPerInch;
+    controller_->dotsPerInch = look_.dotsPerInch;
     if (wxSystemSettings::GetAppearance().IsUsingDarkBackground()) {
         look_.desk = rgb(38, 42, 48);
         look_.border = rgb(84, 92, 102);
     }
     wxToolTip::Enable(options.on("chkDisplayHintsNew"));
-    working_.invalidateAll();
+    working_->invalidateAll();
     pbScreen_->Refresh(false);
 }
 
@@ -372,9 +403,9 @@ void TEditForm::applyDisplayOptions() {
 void TEditForm::optionsChanged() {
     const NewAnnotationOptions now = newAnnotationOptions(OptionsHolder());
     if (now != newAnnotations_) {
-        TShapeStyle style = controller_.toolSettings();
+        TShapeStyle style = controller_->toolSettings();
         followChange(style, newAnnotations_, now);
-        controller_.setToolSettings(std::move(style));
+        controller_->setToolSettings(std::move(style));
         newAnnotations_ = now;
     }
     applyDisplayOptions();
@@ -384,8 +415,8 @@ void TEditForm::optionsChanged() {
 
 /// The next canvas, and the next start, begin with the settings of this one.
 void TEditForm::keepSettings() {
-    if (controller_.toolSettings() == keptSettings_) return;
-    keptSettings_ = controller_.toolSettings();
+    if (controller_->toolSettings() == keptSettings_) return;
+    keptSettings_ = controller_->toolSettings();
     rememberLastUsedStyle(keptSettings_);
 }
 

@@ -38,11 +38,15 @@ public:
     TEditForm(wxWindow* parent, CaptureDocument& document);
     ~TEditForm() override;
 
-    [[nodiscard]] CaptureDocument& document() { return document_; }
-    [[nodiscard]] CanvasController& controller() { return controller_; }
+    /// Shows another capture from now on, from its top and with the first tool, as a new canvas would. Costs a tenth of
+    /// making one.
+    void show(CaptureDocument& document);
+
+    [[nodiscard]] CaptureDocument& document() { return *document_; }
+    [[nodiscard]] CanvasController& controller() { return *controller_; }
 
     // For the main window's toolbar and status bar.
-    [[nodiscard]] EditTool tool() const { return controller_.tool(); }
+    [[nodiscard]] EditTool tool() const { return controller_->tool(); }
     void setTool(EditTool tool);
     void undo() { executeCommand(EditCommand::Undo); }
     void redo() { executeCommand(EditCommand::Redo); }
@@ -51,10 +55,10 @@ public:
     void zoomTo(int32_t percent);
     [[nodiscard]] int32_t zoom() const { return view_.zoom(); }
     /// "Add Image": puts the picture on the canvas as an annotation.
-    bool insertPicture(TBitmap picture) { return controller_.insertPicture(std::move(picture)); }
+    bool insertPicture(TBitmap picture) { return controller_->insertPicture(std::move(picture)); }
     /// Picture pixel under the pointer; what is selected (empty: nothing).
     [[nodiscard]] Point pointerPosition() const { return pointer_; }
-    [[nodiscard]] Rect selectedArea() const { return document_.selection().bounds(document_.size()); }
+    [[nodiscard]] Rect selectedArea() const { return document_->selection().bounds(document_->size()); }
     /// A rectangle of the picture in the canvas's window coordinates.
     [[nodiscard]] Rect inView(const Rect& picture) const { return view_.toView(picture); }
     /// Called, when there is time, after the tool, the zoom, the selection or what can be undone has changed.
@@ -64,7 +68,7 @@ public:
     /// Ends what is being typed, dragged or drawn, keeping it; before saving, switching or closing.
     void finishEditing();
     /// Capture mode: the user picks an area; `finished` gets it, or an empty one when it was cancelled.
-    void beginCapture(std::function<void(Rect)> finished) { controller_.beginCapture(std::move(finished)); }
+    void beginCapture(std::function<void(Rect)> finished) { controller_->beginCapture(std::move(finished)); }
 
     /// Runs a command of a menu, button or shortcut, the clipboard's included; false when there is nothing to do.
     bool executeCommand(EditCommand command);
@@ -83,7 +87,7 @@ public:
     /// A swatch was pressed: picks the colour of the property that `name` stands for.
     void imgShapeForegroundMouseDown(const std::string& name, wxWindow& swatch);
     /// Stores the drawing in the annotation and returns to annotation mode.
-    void endPenDrawing() { controller_.endDrawing(); }
+    void endPenDrawing() { controller_->endDrawing(); }
 
     bool AcceptsFocus() const override { return false; }
 
@@ -101,6 +105,8 @@ private:
 
     // Layout and view
     void makeCanvas();
+    void attach(CaptureDocument& document);
+    void closePickers();
     void makeHiddenControls();
     void placePanels();
     void placeFloatingPanels();
@@ -141,12 +147,12 @@ private:
     void pickColourAt(wxWindow& owner, Colour initial, std::function<void(Colour)> picked);
     void idle(wxIdleEvent& event);
 
-    CaptureDocument& document_;
+    CaptureDocument* document_ = nullptr;
     CanvasView view_;
-    CanvasController controller_;
+    std::unique_ptr<CanvasController> controller_;
     wxTextCtrl* edtAnnotationForPainting_;
     std::unique_ptr<TextPainter> text_;
-    WorkingPicture working_;
+    std::unique_ptr<WorkingPicture> working_;
     CanvasSurface surface_;
     CanvasOverlay shownOverlay_;
     CanvasLook look_;

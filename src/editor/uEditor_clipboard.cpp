@@ -37,44 +37,44 @@ Result<TBitmap> selectedPixels(const CaptureDocument& document, TextPainter& tex
 /// One handler for Copy and Cut, in menus, toolbars and keys. With a selected annotation that is what is copied, not
 /// the pixels below it.
 bool TEditForm::copyOrCut(bool cut) {
-    if (const TBBShape* shape = document_.selectedAnnotation()) {
+    if (const TBBShape* shape = document_->selectedAnnotation()) {
         const TBBShape copy = *shape;
         if (!setClipboardBlock(annotationClipboardFormat, encodeAnnotations({copy}))) {
             failed(clipboardInUse);
             return false;
         }
         pastedHere_ = 0;
-        return !cut || controller_.execute(EditCommand::Cut);
+        return !cut || controller_->execute(EditCommand::Cut);
     }
-    if (document_.selection().empty() || !pictureClipboard().copy) return false;
-    Result<TBitmap> pixels = selectedPixels(document_, *text_);
+    if (document_->selection().empty() || !pictureClipboard().copy) return false;
+    Result<TBitmap> pixels = selectedPixels(*document_, *text_);
     const Status copied = pixels ? pictureClipboard().copy(*pixels) : Status(pixels.failure());
     if (!copied) failed(copied.message());
     pastedHere_ = 0;
-    return copied.ok() && (!cut || controller_.execute(EditCommand::Cut));
+    return copied.ok() && (!cut || controller_->execute(EditCommand::Cut));
 }
 
 bool TEditForm::canExecute(EditCommand command) const {
     if (command == EditCommand::Paste)
         return clipboardHasBlock(annotationClipboardFormat) ||
                (pictureClipboard().available && pictureClipboard().available());
-    return controller_.canExecute(command);
+    return controller_->canExecute(command);
 }
 
 bool TEditForm::paste() {
-    if (controller_.mode() != CanvasMode::Annotation) return false;
+    if (controller_->mode() != CanvasMode::Annotation) return false;
     finishEditing();
     if (const auto block = clipboardBlock(annotationClipboardFormat, maxClipboardBytes)) {
         std::vector<TBBShape> shapes = decodeAnnotations(*block);
         if (!shapes.empty()) {
             ++pastedHere_;
-            return controller_.insertAnnotations(std::move(shapes),
-                                                 {pasteShift * pastedHere_, pasteShift * pastedHere_});
+            return controller_->insertAnnotations(std::move(shapes),
+                                                  {pasteShift * pastedHere_, pasteShift * pastedHere_});
         }
     }
     if (!pictureClipboard().paste) return false;
     Result<TBitmap> picture = pictureClipboard().paste();
-    return picture && controller_.insertPicture(picture.take());
+    return picture && controller_->insertPicture(picture.take());
 }
 
 }  // namespace glimmer

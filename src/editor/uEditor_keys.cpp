@@ -98,10 +98,10 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         if (*key == letter('V')) return executeCommand(EditCommand::Paste);
     }
     if (*key == Key::Backspace && held == Modifiers{false, false, true}) {
-        if (!document_.annotations().empty()) mnuNumberSetClick();
+        if (!document_->annotations().empty()) mnuNumberSetClick();
         return true;
     }
-    if (controller_.key(*key, held)) return true;
+    if (controller_->key(*key, held)) return true;
     if (!onCanvas) return false;
     Point to = view_.scroll();
     switch (*key) {

@@ -34,17 +34,17 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
             pbScreen_->ReleaseMouse();
             captureEnded();
         }
-        if (!controller_.rightPress(at)) return;
+        if (!controller_->rightPress(at)) return;
         const std::unique_ptr<wxMenu> menu = makeShapeMenu();
         pbScreen_->PopupMenu(menu.get(), event.GetPosition());
         return;
     }
     if (event.AltDown() && carryAway(at)) return;
     if (event.LeftDClick())
-        controller_.doubleClick(at, heldKeys(event));
+        controller_->doubleClick(at, heldKeys(event));
     else
-        controller_.press(at, heldKeys(event));
-    if (!controller_.dragging()) return;
+        controller_->press(at, heldKeys(event));
+    if (!controller_->dragging()) return;
     if (!pbScreen_->HasCapture()) pbScreen_->CaptureMouse();
     tmrScrolling_.Start(scrollingInterval);
     selectionToolbar_->place();
@@ -52,12 +52,12 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
 
 /// With Alt held an annotation is dragged out of the canvas, as a copy.
 bool TEditForm::carryAway(Point at) {
-    if (controller_.mode() != CanvasMode::Annotation) return false;
-    const TBBShape* shape = document_.annotations().find(controller_.annotationAt(at));
+    if (controller_->mode() != CanvasMode::Annotation) return false;
+    const TBBShape* shape = document_->annotations().find(controller_->annotationAt(at));
     if (shape == nullptr) return false;
     finishEditing();
     const TBBShape copy = *shape;
-    document_.selectAnnotation(copy.id());
+    document_->selectAnnotation(copy.id());
     stateChanged();
     dragAnnotation(pbScreen_, copy);
     return true;
@@ -66,14 +66,14 @@ bool TEditForm::carryAway(Point at) {
 void TEditForm::pbScreenMouseMove(wxMouseEvent& event) {
     pointer_ = picturePoint(event);
     pointerDirty_ = true;
-    controller_.move(pointer_, heldKeys(event));
+    controller_->move(pointer_, heldKeys(event));
     showCursor(pointer_);
-    if (!tmrCanvasCursor_.IsRunning() && controller_.dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);
+    if (!tmrCanvasCursor_.IsRunning() && controller_->dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);
 }
 
 void TEditForm::pbScreenMouseUp(wxMouseEvent& event) {
     if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
-    controller_.release(picturePoint(event), heldKeys(event));
+    controller_->release(picturePoint(event), heldKeys(event));
     captureEnded();
 }
 
@@ -88,7 +88,7 @@ void TEditForm::captureEnded() {
 void TEditForm::tmrScrollingTimer() {
     if (!pbScreen_->HasCapture()) {
         tmrScrolling_.Stop();
-        if (controller_.dragging()) controller_.captureLost();
+        if (controller_->dragging()) controller_->captureLost();
         return;
     }
     const wxPoint at = pbScreen_->ScreenToClient(wxGetMousePosition());
@@ -103,12 +103,12 @@ void TEditForm::tmrScrollingTimer() {
     if (by.x != 0 || by.y != 0) scrollTo({view_.scroll().x + by.x, view_.scroll().y + by.y});
     pointer_ = view_.toPicture(Point{at.x, at.y});
     pointerDirty_ = true;
-    controller_.move(pointer_, heldKeys(wxGetMouseState()));
+    controller_->move(pointer_, heldKeys(wxGetMouseState()));
 }
 
 /// Keeps the cursor right during a drag, when a key or the picture under it changes without the mouse moving.
 void TEditForm::tmrCanvasCursorTimer() {
-    if (!controller_.dragging()) {
+    if (!controller_->dragging()) {
         tmrCanvasCursor_.Stop();
         return;
     }
@@ -139,7 +139,7 @@ void TEditForm::showCursor(Point at) {
         }
         return wxCURSOR_ARROW;
     };
-    const CanvasCursor cursor = controller_.cursorAt(at);
+    const CanvasCursor cursor = controller_->cursorAt(at);
     if (cursor == shownCursor_) return;
     shownCursor_ = cursor;
     pbScreen_->SetCursor(wxCursor(stock(cursor)));

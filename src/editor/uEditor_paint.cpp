@@ -22,8 +22,8 @@ void TEditForm::paintCanvas() {
         const Rect area = fromWx(piece.GetRect()).intersected({0, 0, size.x, size.y});
         if (area.empty()) continue;
         // Without memory for the working copy the canvas stays as it is; commands will say what is wrong.
-        if (!working_.refresh(view_.toPicture(area))) return;
-        paintView(surface_.bitmap(), area, view_, working_.bitmap(), shownOverlay_, look_);
+        if (!working_->refresh(view_.toPicture(area))) return;
+        paintView(surface_.bitmap(), area, view_, working_->bitmap(), shownOverlay_, look_);
         surface_.copyTo(dc.GetHDC(), area);
     }
 }

@@ -26,18 +26,18 @@ void TEditForm::placePanels() {
 }
 
 void TEditForm::placeFloatingPanels() {
-    if (floating_ == nullptr || controller_.dragging()) return;
+    if (floating_ == nullptr || controller_->dragging()) return;
     const wxPoint origin = pbScreen_->GetScreenPosition();
     const wxSize size = pbScreen_->GetClientSize();
     // Without an annotation: at the canvas's right edge, within it.
     wxRect owner(origin.x + size.x - floating_->GetSize().x - FromDIP(32), origin.y + FromDIP(12), 1, 1);
-    const TBBShape* shape = document_.selectedAnnotation();
+    const TBBShape* shape = document_->selectedAnnotation();
     const Rect seen{0, 0, size.x, size.y};
     if (shape != nullptr && !view_.toView(shape->bounds()).intersected(seen).empty()) {
         const Rect area = view_.toView(shape->bounds()).intersected(seen);
         owner = wxRect(origin.x + area.left, origin.y + area.top, area.width(), area.height());
     }
-    floating_->place(document_.selectedId(), owner, OptionsHolder().on("chkRepositionToolbar"));
+    floating_->place(document_->selectedId(), owner, OptionsHolder().on("chkRepositionToolbar"));
 }
 
 }  // namespace glimmer

@@ -33,8 +33,8 @@ void TEditForm::pickColourAt(wxWindow& owner, Colour initial, std::function<void
 
 void TEditForm::imgShapeForegroundMouseDown(const std::string& name, wxWindow& swatch) {
     if (name == "imgInkColor") {
-        pickColourAt(swatch, controller_.inkColour, [this](Colour colour) {
-            controller_.inkColour = colour;
+        pickColourAt(swatch, controller_->inkColour, [this](Colour colour) {
+            controller_->inkColour = colour;
             OptionsHolder().setNumber("clrPenColor", static_cast<int32_t>(colour));
         });
         return;
@@ -52,9 +52,9 @@ void TEditForm::imgShapeForegroundMouseDown(const std::string& name, wxWindow& s
     const auto found = fields.find(name);
     GLIMMER_ASSERT(found != fields.end(), "1 == 2", "uEditor");
     const Field field = found->second;
-    TShapeStyle now = controller_.shownSettings();
+    TShapeStyle now = controller_->shownSettings();
     pickColourAt(swatch, field(now), [this, field](Colour colour) {
-        controller_.changeSettings([&](TShapeStyle& style) { field(style) = colour; });
+        controller_->changeSettings([&](TShapeStyle& style) { field(style) = colour; });
     });
 }
 
@@ -63,24 +63,24 @@ void TEditForm::lblStyleClick() {
     const bool withVisibility = OptionsHolder().on("chkRememberVisibility");
     StyleActions actions;
     actions.picked = [this, withVisibility](const TShapeStyle& style) {
-        controller_.applyStyle(style, withVisibility);
+        controller_->applyStyle(style, withVisibility);
     };
-    actions.current = [this] { return controller_.shownSettings(); };
-    openStylePicker(this, owner->GetScreenRect(), controller_.shownSettings().name, std::move(actions));
+    actions.current = [this] { return controller_->shownSettings(); };
+    openStylePicker(this, owner->GetScreenRect(), controller_->shownSettings().name, std::move(actions));
 }
 
 void TEditForm::lblFontNameClick() {
-    openFontPicker(this, panels_->FindWindow("lblFontName")->GetScreenRect(), controller_.shownSettings().text.fontName,
-                   [this](const std::string& face) {
-                       controller_.changeSettings([&](TShapeStyle& style) { style.text.fontName = face; });
+    openFontPicker(this, panels_->FindWindow("lblFontName")->GetScreenRect(),
+                   controller_->shownSettings().text.fontName, [this](const std::string& face) {
+                       controller_->changeSettings([&](TShapeStyle& style) { style.text.fontName = face; });
                    });
 }
 
 void TEditForm::mnuNumberSetClick() {
-    if (document_.annotations().empty()) return;
+    if (document_->annotations().empty()) return;
     finishEditing();
-    const auto numbers = askForNumbers(wxGetTopLevelParent(this), document_.annotations(), document_.selectedId());
-    if (!numbers.empty()) controller_.setNumbers(numbers);
+    const auto numbers = askForNumbers(wxGetTopLevelParent(this), document_->annotations(), document_->selectedId());
+    if (!numbers.empty()) controller_->setNumbers(numbers);
     pbScreen_->SetFocus();
 }
 
@@ -95,7 +95,7 @@ bool TEditForm::executeCommand(EditCommand command) {
         case EditCommand::Paste:
             return paste();
         default:
-            return controller_.execute(command);
+            return controller_->execute(command);
     }
 }
 

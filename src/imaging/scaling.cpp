@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 namespace glimmer {
@@ -66,13 +67,31 @@ void addTwoRows(uint16_t* sums, const uint8_t* a, const uint8_t* b, size_t count
     for (; i < count; ++i) sums[i] = static_cast<uint16_t>(sums[i] + a[i] + b[i]);
 }
 
+/// Whether some pixel of the part is not opaque. Takes whole pixels, which the compiler handles several at a time.
+bool hasTransparency(const TBitmap& picture, const Rect& part) {
+    if (picture.format() == PixelFormat::Bgr24) return false;
+    for (int32_t y = part.top; y < part.bottom; ++y) {
+        const uint8_t* p = picture.row(y) + static_cast<size_t>(part.left) * 4;
+        uint32_t all = ~0U;
+        for (int32_t x = 0; x < part.width(); ++x) {
+            uint32_t pixel = 0;
+            std::memcpy(&pixel, p + static_cast<size_t>(x) * 4, 4);
+            all &= pixel;
+        }
+        if (all >> 24U != 255) return true;
+    }
+    return false;
+}
+
 /// Makes the weighted sums of source rows.
 class RowMixer {
 public:
-    explicit RowMixer(const TBitmap& picture)
+    RowMixer(const TBitmap& picture, const Rect& part)
         : picture_(picture),
-          transparent_(picture.hasTransparency()),
-          count_(static_cast<size_t>(picture.width()) * picture.bytesPerPixel()),
+          top_(part.top),
+          start_(static_cast<size_t>(part.left) * picture.bytesPerPixel()),
+          transparent_(hasTransparency(picture, part)),
+          count_(static_cast<size_t>(part.width()) * picture.bytesPerPixel()),
           row_(count_),
           sums_(count_) {}
 
@@ -97,8 +116,9 @@ public:
 private:
     static constexpr int32_t most = 256;  ///< rows of bytes that a 16-bit sum can hold, an even number
 
+    [[nodiscard]] const uint8_t* source(int32_t y) const { return picture_.row(top_ + y) + start_; }
     void add(int32_t y, float weight) {
-        const uint8_t* from = picture_.row(y);
+        const uint8_t* from = source(y);
         float* to = row_.data();
         if (transparent_) {
             for (size_t i = 0; i < count_; i += 4) {
@@ -114,12 +134,14 @@ private:
         for (int32_t start = from; start < to; start += most) {
             std::fill(sums_.begin(), sums_.end(), uint16_t{0});
             for (int32_t y = start; y < std::min(to, start + most); y += 2)
-                addTwoRows(sums_.data(), picture_.row(y), picture_.row(y + 1), count_);
+                addTwoRows(sums_.data(), source(y), source(y + 1), count_);
             for (size_t i = 0; i < count_; ++i) row_[i] += weight * sums_[i];
         }
     }
 
     const TBitmap& picture_;
+    int32_t top_;
+    size_t start_;  ///< bytes to the left of the part
     bool transparent_;
     size_t count_;
     std::vector<float> row_;
@@ -151,16 +173,21 @@ void mixAlong(const std::vector<float>& row, const std::vector<Share>& columns, 
 }  // namespace
 
 Result<TBitmap> resized(const TBitmap& picture, int32_t width, int32_t height) {
-    if (picture.empty()) return Failure{"There is no picture to resize."};
-    if (picture.size() == Size{width, height}) return picture.clone();
+    return resized(picture, picture.bounds(), width, height);
+}
+
+Result<TBitmap> resized(const TBitmap& picture, const Rect& area, int32_t width, int32_t height) {
+    const Rect part = area.intersected(picture.bounds());
+    if (part.empty()) return Failure{"There is no picture to resize."};
+    if (Size{part.width(), part.height()} == Size{width, height}) return picture.cropped(part);
     Result<TBitmap> result = TBitmap::create(width, height, picture.format());
     if (!result) return result;
-    const std::vector<Share> columns = shares(picture.width(), width);
-    RowMixer mixer(picture);
+    const std::vector<Share> columns = shares(part.width(), width);
+    RowMixer mixer(picture, part);
     for (int32_t y = 0; y < height; ++y) {
-        const bool grows = height >= picture.height();
+        const bool grows = height >= part.height();
         const std::vector<float>& row =
-            mixer.mix(grows ? linearShare(picture.height(), height, y) : areaShare(picture.height(), height, y));
+            mixer.mix(grows ? linearShare(part.height(), height, y) : areaShare(part.height(), height, y));
         if (picture.format() == PixelFormat::Bgr24)
             mixAlong<3, false>(row, columns, result->row(y));
         else if (mixer.transparent())

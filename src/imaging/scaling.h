@@ -9,6 +9,8 @@ namespace glimmer {
 /// Transparent pixels weigh by their alpha, so the colour below full transparency never shows. Fails on an empty
 /// picture, a size below 1 or beyond the limits, and when memory cannot be had.
 Result<TBitmap> resized(const TBitmap& picture, int32_t width, int32_t height);
+/// The same of a part of the picture.
+Result<TBitmap> resized(const TBitmap& picture, const Rect& part, int32_t width, int32_t height);
 
 /// The largest size with the picture's proportions that fits into `within` and is not larger than the picture; each
 /// side at least 1.

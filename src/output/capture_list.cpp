@@ -1,6 +1,7 @@
 #include "output/capture_list.h"
 
 #include <wx/dcclient.h>
+#include <wx/msw/wrapcctl.h>
 #include <wx/settings.h>
 #include <wx/textctrl.h>
 
@@ -14,6 +15,8 @@ namespace {
 
 constexpr int thumbnailWidth = 132;
 constexpr int thumbnailHeight = 99;
+constexpr int spaceBeside = 20;
+constexpr int spaceBelow = 42;
 
 }  // namespace
 
@@ -26,6 +29,9 @@ CaptureList::CaptureList(wxWindow* parent, Events events)
     const Size size = thumbnailSize();
     ilstThumbnails_ = std::make_unique<wxImageList>(size.width, size.height, false, 8);
     SetImageList(ilstThumbnails_.get(), wxIMAGE_LIST_NORMAL);
+    // One column in the panel's usual width, with room for two lines of a name.
+    SendMessageW(GetHWND(), LVM_SETICONSPACING, 0,
+                 MAKELPARAM(size.width + FromDIP(spaceBeside), size.height + FromDIP(spaceBelow)));
     bindEvents();
 }
 

@@ -85,13 +85,16 @@ TMainEditor::Documents TMainEditor::selectedEditors() const {
 void TMainEditor::show(size_t place) {
     CaptureDocument& document = *documents_.at(place).document;
     if (&document == current_ && canvas_ != nullptr) return;
-    unshow();
+    if (canvas_ == nullptr) {
+        canvas_ = new TEditForm(canvasHost_, document);
+        canvas_->onChanged([this] { stateStale_ = true; });
+        canvas_->onPointerMoved([this] { updateStatus(); });
+        canvasHost_->GetSizer()->Add(canvas_, 1, wxEXPAND);
+        canvasHost_->Layout();
+    } else {
+        canvas_->show(document);
+    }
     current_ = &document;
-    canvas_ = new TEditForm(canvasHost_, document);
-    canvas_->onChanged([this] { stateStale_ = true; });
-    canvas_->onPointerMoved([this] { updateStatus(); });
-    canvasHost_->GetSizer()->Add(canvas_, 1, wxEXPAND);
-    canvasHost_->Layout();
     parkOthers();
     stateStale_ = true;
 }
@@ -106,6 +109,15 @@ void TMainEditor::unshow() {
     current_ = nullptr;
 }
 
+/// The capture behind these places, or the one before them, or none, comes on the canvas before they go.
+void TMainEditor::showInsteadOf(const std::vector<size_t>& places) {
+    const auto stays = [&places](size_t place) { return !std::binary_search(places.begin(), places.end(), place); };
+    for (size_t place = places.front(); place < documents_.size(); ++place)
+        if (stays(place)) return show(place);
+    if (places.front() > 0) return show(places.front() - 1);
+    unshow();
+}
+
 void TMainEditor::parkOthers() {
     for (const Entry& entry : documents_)
         if (entry.document.get() != current_) entry.document->park();
@@ -115,10 +127,9 @@ void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
     if (places.empty()) return;
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
-    const size_t next = places.front();
     const bool currentGoes =
         current_ != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*current_));
-    if (currentGoes) unshow();
+    if (currentGoes) showInsteadOf(places);
     for (auto place = places.rbegin(); place != places.rend(); ++place) {
         CaptureDocument& document = *documents_[*place].document;
         document.forget(documents_[*place].observer);
@@ -129,11 +140,7 @@ void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
         list_->erase(*place);
         documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(*place));
     }
-    if (currentGoes && !documents_.empty()) {
-        const size_t place = std::min(next, documents_.size() - 1);
-        list_->setCurrent(place, true);
-        show(place);
-    }
+    if (currentGoes && current_ != nullptr) list_->setCurrent(placeOf(*current_), true);
     stateStale_ = true;
 }
 
@@ -281,7 +288,7 @@ void TMainEditor::refreshState() {
 void TMainEditor::updateStatus() {
     wxString fields[5];
     if (current_ == nullptr) {
-        fields[0] = "No capture. Open a file with Ctrl + O or drop one here.";
+        fields[0] = "No capture";
     } else {
         const auto selected = list_->selected().size();
         fields[0] = selected > 1 ? wxString::Format("%zu of %zu captures selected", selected, documents_.size())

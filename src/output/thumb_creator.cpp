@@ -16,6 +16,11 @@ constexpr int32_t stripRows = 64;
 constexpr Colour borderColour = rgb(176, 186, 196);
 constexpr Colour unsavedColour = rgb(235, 110, 20);
 
+bool annotated(const CaptureDocument& document, const Rect& area) {
+    return std::any_of(document.annotations().begin(), document.annotations().end(),
+                       [&area](const TBBShape& shape) { return !shape.bounds().intersected(area).empty(); });
+}
+
 /// The part with its annotations, reduced by the whole number `factor` in strips, so that a large capture never
 /// needs a second full-size picture.
 Result<TBitmap> reducedWithAnnotations(const CaptureDocument& document, const Rect& part, int32_t factor,
@@ -27,11 +32,15 @@ Result<TBitmap> reducedWithAnnotations(const CaptureDocument& document, const Re
         const Rect area =
             Rect{part.left, part.top + row * factor, part.right, part.top + (row + stripRows) * factor}.intersected(
                 part);
-        Result<TBitmap> strip = document.background().cropped(area);
-        if (!strip) return strip;
-        options.origin = {area.left, area.top};
-        paintAnnotations(*strip, strip->bounds(), document.annotations(), text, options);
-        const Result<TBitmap> small = resized(*strip, result->width(), reducedSide(area.height()));
+        const Size size{result->width(), reducedSide(area.height())};
+        const Result<TBitmap> small = [&]() -> Result<TBitmap> {
+            if (!annotated(document, area)) return resized(document.background(), area, size.width, size.height);
+            Result<TBitmap> strip = document.background().cropped(area);
+            if (!strip) return strip;
+            options.origin = {area.left, area.top};
+            paintAnnotations(*strip, strip->bounds(), document.annotations(), text, options);
+            return resized(*strip, size.width, size.height);
+        }();
         if (!small) return small.failure();
         copyPixels(*result, {0, row}, *small);
     }
@@ -69,8 +78,7 @@ Result<TBitmap> TThumbCreator::create(const CaptureDocument& document, TextPaint
     const Rect part = shownPart(document.size());
     const Size inner = fittedSize({part.width(), part.height()}, {frame_.width - 2, frame_.height - 2});
     Result<TBitmap> reduced = [&]() -> Result<TBitmap> {
-        if (document.annotations().empty() && part == document.background().bounds())
-            return thumbnail(document.background(), {frame_.width - 2, frame_.height - 2});
+        if (!annotated(document, part)) return resized(document.background(), part, inner.width, inner.height);
         const int32_t factor = std::max(1, part.width() / std::max(1, inner.width));
         Result<TBitmap> middle = reducedWithAnnotations(document, part, factor, text, options);
         if (!middle) return middle;

@@ -3,6 +3,7 @@
 #include "output/uMainEditor.h"
 
 #include <wx/accel.h>
+#include <wx/dcclient.h>
 #include <wx/menu.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -102,7 +103,10 @@ TMainEditor::~TMainEditor() {
 void TMainEditor::layOut() {
     auto* column = new wxBoxSizer(wxVERTICAL);
     toolbar_ = new TMainToolbar(this, [this](const MainCommand& command) { run(command); });
-    toolbar_->onHeightChange([this] { Layout(); });
+    toolbar_->onHeightChange([this] {
+        Layout();
+        Refresh();  // what moved is not always painted where it came to
+    });
     column->Add(toolbar_, 0, wxEXPAND);
 
     auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
@@ -127,6 +131,18 @@ void TMainEditor::layOut() {
     canvasHost_ = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlCanvas");
     canvasHost_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
     canvasHost_->SetSizer(new wxBoxSizer(wxVERTICAL));
+    canvasHost_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
+        wxPaintDC dc(canvasHost_);
+        if (current_ != nullptr) return;
+        dc.SetTextForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+        dc.SetFont(GetFont().Scaled(1.3F));
+        dc.DrawLabel("Open a picture or project with Ctrl + O, or drop one here.", canvasHost_->GetClientRect(),
+                     wxALIGN_CENTRE);
+    });
+    canvasHost_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
+        if (current_ == nullptr) canvasHost_->Refresh();
+        event.Skip();
+    });
     splitter->Initialize(canvasHost_);
     left->Hide();
     showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));

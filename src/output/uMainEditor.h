@@ -136,6 +136,7 @@ private:
     [[nodiscard]] size_t placeOf(const CaptureDocument& document) const;
     void show(size_t place);
     void unshow();
+    void showInsteadOf(const std::vector<size_t>& places);
     CaptureDocument& addDocument(std::unique_ptr<CaptureDocument> document,
                                  std::optional<RecoveryStore::Entry> former = {});
     void removePlaces(std::vector<size_t> places, bool kept = false);

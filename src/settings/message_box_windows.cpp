@@ -2,7 +2,6 @@
 // box or with captions of its own is a dialog that looks the same way.
 
 #include <wx/app.h>
-#include <wx/artprov.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/msw/wrapwin.h>
@@ -108,17 +107,22 @@ std::vector<Button> buttonsOf(const Message& message) {
 }
 
 wxBitmap iconOf(MessageIcon icon) {
+    const auto system = [](const wchar_t* name) {
+        wxIcon shared;
+        if (HICON copy = CopyIcon(LoadIconW(nullptr, name))) shared.CreateFromHICON(copy);
+        return wxBitmap(shared);
+    };
     switch (icon) {
         case MessageIcon::None:
             return {};
         case MessageIcon::Information:
-            return wxArtProvider::GetIcon(wxART_INFORMATION, wxART_MESSAGE_BOX);
+            return system(IDI_INFORMATION);
         case MessageIcon::Question:
-            return wxArtProvider::GetIcon(wxART_QUESTION, wxART_MESSAGE_BOX);
+            return system(IDI_QUESTION);
         case MessageIcon::Warning:
-            return wxArtProvider::GetIcon(wxART_WARNING, wxART_MESSAGE_BOX);
+            return system(IDI_WARNING);
         case MessageIcon::Error:
-            return wxArtProvider::GetIcon(wxART_ERROR, wxART_MESSAGE_BOX);
+            return system(IDI_ERROR);
     }
     return {};
 }

@@ -53,7 +53,11 @@ int main(int count, char** arguments) {
     const struct {
         const char* name;
         void (*take)(const std::string&);
-    } groups[] = {{"canvas", shots::canvas}, {"options", shots::options}, {"recovery", shots::recovery}};
+    } groups[] = {{"canvas", shots::canvas},
+                  {"dialogs", shots::dialogs},
+                  {"main", shots::mainWindow},
+                  {"options", shots::options},
+                  {"recovery", shots::recovery}};
     if (count < 3) return 1;
     SetProcessDPIAware();
     wxApp::SetInstance(new wxApp);

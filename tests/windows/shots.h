@@ -14,6 +14,8 @@ void shootAround(wxWindow& window, const std::string& path, int margin);
 
 // The groups of pictures; the names of the files begin with `prefix`. shots.cpp lists them.
 void canvas(const std::string& prefix);
+void dialogs(const std::string& prefix);
+void mainWindow(const std::string& prefix);
 void options(const std::string& prefix);
 void recovery(const std::string& prefix);
 

@@ -1,0 +1,96 @@
+// The main editor window: empty, with one, six and forty captures, narrow, with its tool bar in each size.
+
+#include <wx/msw/wrapwin.h>
+
+#include "common/tool_button.h"
+#include "editor/commands/add_annotation.h"
+#include "editor/document.h"
+#include "editor/styles.h"
+#include "output/capture_list.h"
+#include "output/main_toolbar.h"
+#include "output/uMainEditor.h"
+#include "settings/message_box.h"
+#include "support/windows/forms.h"
+#include "windows/shots.h"
+
+namespace glimmer::shots {
+
+namespace {
+
+constexpr const char* samples[] = {"article-1280x1024.png", "shop-1920x1080.png", "table-1280x10000.png"};
+constexpr const char* titles[] = {"Why small tools last", "Garden shop - spring catalogue",
+                                  "All orders, January to June"};
+
+void annotate(CaptureDocument& document, const char* style, const Rect& rect, const char* text, int number) {
+    TShapeStyle chosen = *predefinedStyle(style);
+    chosen.number.visible = number > 0;
+    TBBShape shape(chosen, rect);
+    shape.text.text = text;
+    shape.number.number = number;
+    shape.setLabelSize({210, 36});
+    shape.layOut();
+    document.run(std::make_unique<AddAnnotation>(shape));
+}
+
+void open(TMainEditor& editor, size_t index) {
+    const size_t sample = index % std::size(samples);
+    editor.openFile(std::string("samples/") + samples[sample]);
+    CaptureDocument& document = *editor.currentEditor();
+    if (index % 2 == 0) {
+        annotate(document, "Red Frame", {80, 130, 420, 200}, "The heading is too long", 1);
+        annotate(document, "Cold Glass", {520, 260, 760, 380}, "Please check this", 2);
+    } else {
+        annotate(document, "Green Frame (big text)", {100, 160, 460, 300}, "New price", 0);
+    }
+}
+
+/// Until every thumbnail has been made.
+void settle(TMainEditor& editor) {
+    for (size_t i = 0; i < 30 + editor.editorCount(); ++i) {
+        test::pump();
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, 30, QS_ALLINPUT);
+    }
+}
+
+}  // namespace
+
+void mainWindow(const std::string& prefix) {
+    setMessageBoxes(nullptr);
+    auto* editor = new TMainEditor;
+    pMainEditor = editor;
+    editor->SetSize(20, 20, editor->FromDIP(1180), editor->FromDIP(780));
+    editor->showRoutine();
+    const auto shot = [&](const char* name) {
+        settle(*editor);
+        shoot(*editor, prefix + name);
+    };
+    shot("empty");
+    open(*editor, 0);
+    shot("1");
+    for (size_t i = 1; i < 6; ++i) open(*editor, i);
+    auto* list = dynamic_cast<CaptureList*>(editor->FindWindow("lvAnnotations"));
+    list->editName(5);
+    shot("6-rename");
+    list->SetFocus();
+    list->setCurrent(0, true);
+    list->select([](size_t place) { return place < 3; });
+    shot("6");
+    editor->SetSize(editor->FromDIP(wxSize(640, 560)));
+    shot("narrow");
+    editor->SetSize(editor->FromDIP(wxSize(1180, 780)));
+    auto* toolbar = dynamic_cast<TMainToolbar*>(editor->FindWindow("tbMain"));
+    toolbar->setButtonSize(ToolbarSize::Small);
+    shot("small-buttons");
+    toolbar->setButtonSize(ToolbarSize::Large);
+    shot("large-buttons");
+    toolbar->setButtonSize(ToolbarSize::Medium);
+    toolbar->setFolded(true);
+    shot("folded");
+    toolbar->setPinned(true);
+    for (size_t i = 6; i < 40; ++i) open(*editor, i);
+    shot("40");
+    editor->Close(true);
+    test::pump();
+}
+
+}  // namespace glimmer::shots
