@@ -77,9 +77,10 @@ private:
 pid_t start(const std::string& command) {
     const pid_t child = fork();
     if (child != 0) return child;
-    std::freopen("/dev/null", "r", stdin);
-    std::freopen("/dev/null", "w", stdout);
-    std::freopen("/dev/null", "w", stderr);
+    const bool quiet = std::freopen("/dev/null", "r", stdin) != nullptr &&
+                       std::freopen("/dev/null", "w", stdout) != nullptr &&
+                       std::freopen("/dev/null", "w", stderr) != nullptr;
+    if (!quiet) _exit(127);
     execl("/bin/sh", "sh", "-c", ("exec " + command).c_str(), nullptr);
     _exit(127);
 }

@@ -14,6 +14,9 @@ namespace {
 /// A code of the compression stands for at most 4096 pixels and takes 9 bits or more.
 constexpr uint64_t maxPixelsPerByte = 4096;
 
+/// A file's area may have so many pixels more than its bytes can fill: room for a small frame on a large screen.
+constexpr uint64_t emptyPixels = uint64_t{16} * 1024 * 1024;
+
 /// One run of giflib's reader.
 class Decoder {
 public:
@@ -81,6 +84,9 @@ private:
         if (Status fits = TBitmap::check(frame.Width, frame.Height, PixelFormat::Bgra32); !fits) return fits.failure();
         if (static_cast<uint64_t>(frame.Width) * static_cast<uint64_t>(frame.Height) > file_.size() * maxPixelsPerByte)
             return Failure{"The GIF picture is cut short."};
+        const uint64_t area = static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
+        if (area > file_.size() * maxPixelsPerByte + emptyPixels)
+            return Failure{"The GIF picture is larger than its content."};
         Result<TBitmap> bitmap = TBitmap::create(width, height, PixelFormat::Bgra32);
         if (!bitmap) return bitmap;
 

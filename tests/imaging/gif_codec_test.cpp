@@ -110,6 +110,8 @@ TEST(GifReader, RefusesBombs) {
         break;
     }
     EXPECT_FALSE(readGif(file).ok());
+    EXPECT_TRUE(readGif(makeGif({{3000, 3000}, {0, 0, 8, 12}})).ok()) << "a small frame on a large screen";
+    EXPECT_FALSE(readGif(makeGif({{20000, 10000}, {0, 0, 8, 12}})).ok()) << "800 MB for a file of a few bytes";
     EXPECT_FALSE(readGif(Bytes{'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0, 0, 0, 0, ';'}).ok()) << "no frame";
 }
 
