@@ -1,0 +1,214 @@
+// What becomes of a capture, action by action, as somebody else reads it: libpng, the clipboard, a mail program, the
+// program that is started.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+// After windows.h, which it needs.
+#include <shellapi.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "support/scratch_folder.h"
+#include "support/windows/host_fixture.h"
+
+namespace glimmer::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+Bytes contentOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+class Actions : public HostTest {
+protected:
+    void SetUp() override {
+        HostTest::SetUp();
+        // The user saved there last.
+        const std::string folder = folder_.path().string();
+        host_.writeSettings(knownUser + "LastSaveFolder=" + folder + "\n");
+        host_.hostShutdown();
+    }
+    void take(int32_t action) const {
+        host_.hostCapture(L"http://example.com/a/b?c", L"Title: \x20AC / 1", L"", pngOf(picture_).data(), action, 0, 0);
+    }
+    [[nodiscard]] std::vector<fs::path> files() const {
+        std::vector<fs::path> all;
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder_.path())) all.push_back(entry.path());
+        return all;
+    }
+    void expectPicture(const fs::path& path) const {
+        EXPECT_EQ(path.extension(), ".png");
+        EXPECT_EQ(pictureOf(contentOf(path)), picture_) << path;
+    }
+
+    ScratchFolder folder_{"actions"};
+    const RgbPicture picture_ = patternPicture(123, 77, 3);
+};
+
+TEST_F(Actions, TenSavesWithoutAQuestion) {
+    take(GLIMMERPAD_SAVE_QUIETLY);
+    ASSERT_THAT(files(), SizeIs(1));
+    expectPicture(files()[0]);
+    take(GLIMMERPAD_SAVE_QUIETLY);
+    ASSERT_THAT(files(), SizeIs(2)) << "nothing is overwritten";
+    for (const fs::path& file : files()) expectPicture(file);
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Actions, OneSavesWithTheDialog) {
+    {
+        const DialogRobot robot([](HWND box) {
+            // The dialog with the name that is proposed, then the question about the folder.
+            if (!pressButton(box, L"Save")) refuse(box);
+        });
+        take(GLIMMERPAD_SAVE);
+        EXPECT_THAT(robot.seen(), SizeIs(2));
+    }
+    ASSERT_THAT(files(), SizeIs(1));
+    expectPicture(files()[0]);
+    take(GLIMMERPAD_SAVE);
+    EXPECT_THAT(files(), SizeIs(1)) << "the user wanted none of it";
+    EXPECT_THAT(takeDialogs(), SizeIs(1));
+}
+
+TEST_F(Actions, TwoCopies) {
+    take(GLIMMERPAD_COPY);
+    ASSERT_NE(OpenClipboard(nullptr), FALSE);
+    const auto bytesOf = [](UINT format) {
+        const HANDLE memory = GetClipboardData(format);
+        const auto* at = static_cast<const uint8_t*>(memory != nullptr ? GlobalLock(memory) : nullptr);
+        Bytes bytes;
+        if (at != nullptr) bytes.assign(at, at + GlobalSize(memory));
+        if (at != nullptr) GlobalUnlock(memory);
+        return bytes;
+    };
+    const Bytes png = bytesOf(RegisterClipboardFormatW(L"PNG"));
+    const Bytes dib = bytesOf(CF_DIB);
+    EmptyClipboard();
+    CloseClipboard();
+    EXPECT_EQ(pictureOf(png), picture_);
+    // The other form by its own rules: rows of whole words, from the bottom.
+    ASSERT_GT(dib.size(), sizeof(BITMAPINFOHEADER));
+    BITMAPINFOHEADER header{};
+    std::memcpy(&header, dib.data(), sizeof header);
+    ASSERT_EQ(header.biWidth, static_cast<LONG>(picture_.width));
+    ASSERT_EQ(header.biHeight, static_cast<LONG>(picture_.height));
+    ASSERT_TRUE(header.biBitCount == 24 || header.biBitCount == 32);
+    const size_t pixel = header.biBitCount / 8U;
+    const size_t row = (picture_.width * pixel + 3) / 4 * 4;
+    const size_t first = header.biSize + (header.biCompression == BI_BITFIELDS ? 12U : 0U);
+    ASSERT_GE(dib.size(), first + row * picture_.height);
+    const RgbPicture shown = makePicture(picture_.width, picture_.height, [&](uint32_t x, uint32_t y) {
+        const uint8_t* at = dib.data() + first + row * (picture_.height - 1 - y) + x * pixel;
+        return static_cast<uint32_t>(at[2]) << 16U | static_cast<uint32_t>(at[1]) << 8U | at[0];
+    });
+    EXPECT_EQ(shown, picture_);
+}
+
+/// What the mail program was handed: the layout of Simple MAPI with Unicode, as far as it is looked at.
+struct Mail {
+    struct File {
+        ULONG reserved, flags, position;
+        const wchar_t* path;
+        const wchar_t* name;
+        void* type;
+    };
+    struct Message {
+        ULONG reserved;
+        const wchar_t* subject;
+        const wchar_t* note;
+        const wchar_t *type, *date, *conversation;
+        ULONG flags;
+        void* originator;
+        ULONG recipientCount;
+        void* recipients;
+        ULONG fileCount;
+        const File* files;
+    };
+    static inline std::wstring subject;
+    static inline std::vector<Bytes> attachments;
+
+    static ULONG WINAPI send(ULONG_PTR, ULONG_PTR, const Message* message, ULONG, ULONG) {
+        subject = message->subject;
+        for (ULONG i = 0; i < message->fileCount; ++i) {
+            attachments.push_back(contentOf(message->files[i].path));
+            DeleteFileW(message->files[i].path);  // the program would keep it for a week
+        }
+        return 0;
+    }
+    static FARPROC WINAPI find(HMODULE module, LPCSTR name) {
+        const bool text = reinterpret_cast<uintptr_t>(name) > 0xFFFF;
+        if (text && std::strcmp(name, "MAPISendMailW") == 0)
+            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&Mail::send));
+        return GetProcAddress(module, name);
+    }
+};
+
+TEST_F(Actions, ThreeMails) {
+    const ImportPatch patch(host_.module, "kernel32.dll", "GetProcAddress", &Mail::find);
+    take(GLIMMERPAD_MAIL);
+    EXPECT_EQ(Mail::subject, L"Screenshots");
+    ASSERT_THAT(Mail::attachments, SizeIs(1));
+    EXPECT_EQ(pictureOf(Mail::attachments[0]), picture_);
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+struct Started {
+    static inline std::vector<std::pair<std::wstring, std::wstring>> programs;
+    static BOOL WINAPI start(SHELLEXECUTEINFOW* info) {
+        programs.emplace_back(info->lpFile, info->lpParameters != nullptr ? info->lpParameters : L"");
+        return TRUE;
+    }
+};
+
+TEST_F(Actions, FourStartsAnotherProgramWithTheFile) {
+    const ImportPatch patch(host_.module, "shell32.dll", "ShellExecuteExW", &Started::start);
+    take(GLIMMERPAD_EXTERNAL_VIEWER);
+    ASSERT_THAT(Started::programs, SizeIs(1));
+    std::wstring file = Started::programs[0].second;
+    ASSERT_TRUE(file.starts_with(L'"') && file.ends_with(L'"'));
+    file = file.substr(1, file.size() - 2);
+    expectPicture(file);
+    std::error_code ignored;
+    fs::remove(file, ignored);
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+}
+
+TEST_F(Actions, SixAndUnknownOnesLoadAndNoMore) {
+    for (const int32_t action : {GLIMMERPAD_LOAD, 11, 1000, -1}) {
+        take(action);
+        EXPECT_TRUE(host_.resumeAvailable()) << action;
+        EXPECT_THAT(host_.encodedContent(), IsEmpty()) << action;
+        EXPECT_THAT(files(), IsEmpty()) << action;
+        EXPECT_THAT(takeDialogs(), IsEmpty()) << action;
+        host_.hostShutdown();
+    }
+}
+
+TEST_F(Actions, NothingIsSavedWhereThereIsNoRoomForIt) {
+    // The folder goes between two captures; the next one finds another place and loses nothing.
+    take(GLIMMERPAD_SAVE_QUIETLY);
+    ASSERT_THAT(files(), SizeIs(1));
+    const fs::path taken = files()[0];
+    fs::remove(taken);
+    fs::create_directories(taken);  // a folder has the very name
+    take(GLIMMERPAD_SAVE_QUIETLY);
+    ASSERT_THAT(files(), SizeIs(2));
+    for (const fs::path& file : files())
+        if (!fs::is_directory(file)) expectPicture(file);
+}
+
+}  // namespace
+}  // namespace glimmer::test
