@@ -392,5 +392,35 @@ TEST_F(Captures, TheProgramsOwnWindowIsOnNoneOfItsPictures) {
     }
 }
 
+uint64_t freeMemory = 0;  // bytes
+
+BOOL WINAPI tellMemory(LPMEMORYSTATUSEX status) {
+    const BOOL told = GlobalMemoryStatusEx(status);
+    status->ullAvailPhys = freeMemory;
+    return told;
+}
+
+TEST_F(Captures, WithLittleMemoryACaptureIsRefusedAndNothingIsLost) {
+    const ImportPatch memory(host_.module, "kernel32.dll", "GlobalMemoryStatusEx", &tellMemory);
+    const Bytes png = pngOf(patternPicture(8, 8));
+    constexpr uint64_t least = 20000 * 1024;
+    freeMemory = least;
+    host_.capture(png, GLIMMERPAD_EDIT);
+    EXPECT_TRUE(host_.resumeAvailable());
+    EXPECT_THAT(takeDialogs(), IsEmpty());
+
+    freeMemory = least - 1024;
+    HostedLibrary::takeNotices();
+    host_.capture(png, GLIMMERPAD_ENCODE_IMAGE);
+    EXPECT_THAT(takeDialogs(),
+                ElementsAre(L"Warning: System works at low memory.\nYou need at least 19 MB, but you have "
+                            L"only 19 MB.\nTry minimizing some applications.",
+                            L"Warning: System works at low memory.\nIt`s impossible to make more "
+                            L"screenshots."));
+    EXPECT_THAT(host_.encodedContent(), IsEmpty());
+    EXPECT_TRUE(host_.resumeAvailable()) << "what was open stays";
+    EXPECT_THAT(HostedLibrary::takeNotices(), ElementsAre(L"enableResumeMenu enable"));
+}
+
 }  // namespace
 }  // namespace glimmer::test
