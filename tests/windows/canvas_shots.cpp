@@ -54,8 +54,16 @@ public:
     void shoot(const std::string& name) const { shots::shoot(*frame_, prefix_ + name); }
     /// With the windows that float beside it.
     void shootWide(const std::string& name) const { shootAround(*frame_, prefix_ + name, frame_->FromDIP(60)); }
+    /// Where a picture's pixel is on the canvas.
+    [[nodiscard]] Point at(Point picture) const {
+        const Rect area = form_->inView({picture.x, picture.y, picture.x + 1, picture.y + 1});
+        return {area.left, area.top};
+    }
+    void press(Point picture) const { mousePress(canvas(), at(picture).x, at(picture).y); }
+    void move(Point picture) const { mouseMove(canvas(), at(picture).x, at(picture).y); }
+    void release(Point picture) const { mouseRelease(canvas(), at(picture).x, at(picture).y); }
     void drag(Point from, Point to) const {
-        mouseDrag(canvas(), from.x, from.y, to.x, to.y);
+        mouseDrag(canvas(), at(from).x, at(from).y, at(to).x, at(to).y);
         test::pump();
     }
     AnnotationId draw(EditTool tool, const TShapeStyle& style, const Rect& rect, const char* text) const {
@@ -129,10 +137,10 @@ void areas(const std::string& prefix) {
     scene.controller().execute(EditCommand::NewSelection);
     scene.form().setTool(EditTool::TextShapePolygon);
     for (const Point corner : {Point{420, 140}, {600, 180}, {560, 330}, {430, 300}}) {
-        mousePress(scene.canvas(), corner.x, corner.y);
-        mouseRelease(scene.canvas(), corner.x, corner.y);
+        scene.press(corner);
+        scene.release(corner);
     }
-    mouseMove(scene.canvas(), 380, 220);
+    scene.move({380, 220});
     scene.shoot("polygon");
     scene.controller().key(Key::Escape, {});
     scene.form().setTool(EditTool::Pointer);
@@ -176,11 +184,11 @@ void annotations(const std::string& prefix) {
     const TBBShape& labelled = *scene.document().annotations().find(first);
     const Rect label = labelled.text.rectangle;
     const int to = label.left + 8 + labelled.shape.rectangle.left - label.left + 4;
-    mousePress(scene.canvas(), label.left + 8, label.top + 8);
-    mouseMove(scene.canvas(), to - 20, label.top + 20);
-    mouseMove(scene.canvas(), to, label.top + 10);
+    scene.press({label.left + 8, label.top + 8});
+    scene.move({to - 20, label.top + 20});
+    scene.move({to, label.top + 10});
     scene.shoot("label-dragged");
-    mouseRelease(scene.canvas(), to, label.top + 10);
+    scene.release({to, label.top + 10});
 
     scene.document().selectAnnotation(first);
     const std::unique_ptr<wxMenu> menu = scene.form().makeShapeMenu();
