@@ -116,10 +116,7 @@ bool CanvasController::execute(EditCommand command) {
                 done = annotate(document_.selection().bounds(document_.size()));
                 break;
             }
-            const Rect seen = view_.visible();
-            const Point at{middle(seen.left, seen.right) - keyboardSize.width / 2,
-                           middle(seen.top, seen.bottom) - keyboardSize.height / 2};
-            done = annotate({at.x, at.y, at.x + keyboardSize.width, at.y + keyboardSize.height});
+            done = annotate(keyboardArea());
             break;
         }
         case EditCommand::Cut:
@@ -280,12 +277,13 @@ bool CanvasController::setNumbers(const std::vector<std::pair<AnnotationId, int3
 // --- keys
 
 bool CanvasController::key(Key key, Modifiers held) {
+    const bool areaKey = key == letter('A') && held == Modifiers{true, true, false};
     if (mode_ == CanvasMode::Capture) {
         if (key == Key::Escape || key == Key::Enter) {
             endCapture(key == Key::Enter);
             return true;
         }
-        return moveByKey(key, held);
+        return areaKey ? selectByKey() : moveByKey(key, held);
     }
     if (key == Key::Escape) return escape();
     if (mode_ == CanvasMode::FreeDrawing) {
@@ -295,6 +293,7 @@ bool CanvasController::key(Key key, Modifiers held) {
         }
         return key == letter('Z') && held.ctrl && execute(EditCommand::Undo);
     }
+    if (areaKey) return selectByKey();
     if (key == Key::Enter && !polygon_.empty()) {
         finishPolygon();
         return true;
@@ -337,6 +336,23 @@ bool CanvasController::key(Key key, Modifiers held) {
                                                                  : EditCommand::NewSelection);
     if (key == Key::Tab && !held.ctrl && !held.alt) return walk(held.shift);
     return moveByKey(key, held);
+}
+
+/// What the keyboard makes an area or an annotation of: the middle of what is seen.
+Rect CanvasController::keyboardArea() const {
+    const Rect seen = view_.visible();
+    const Point at{middle(seen.left, seen.right) - keyboardSize.width / 2,
+                   middle(seen.top, seen.bottom) - keyboardSize.height / 2};
+    return {at.x, at.y, at.x + keyboardSize.width, at.y + keyboardSize.height};
+}
+
+bool CanvasController::selectByKey() {
+    host_.finishTextEdit();
+    document_.selectAnnotation(noAnnotation);
+    document_.select(Selection::rectangle(keyboardArea().intersected(document_.background().bounds())));
+    host_.overlayChanged();
+    host_.stateChanged();
+    return true;
 }
 
 bool CanvasController::moveByKey(Key key, Modifiers held) {

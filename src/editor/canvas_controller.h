@@ -169,6 +169,8 @@ private:
     bool toggle(Part part);
     bool renumber();
     bool moveByKey(Key key, Modifiers held);
+    bool selectByKey();
+    [[nodiscard]] Rect keyboardArea() const;
     bool escape();
     bool walk(bool back);
 

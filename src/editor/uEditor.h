@@ -134,6 +134,7 @@ private:
     void pbScreenMouseUp(wxMouseEvent& event);
     void scrollBoxMouseWheel(wxMouseEvent& event);
     void captureEnded();
+    void popUpShapeMenu(Point at);
     bool carryAway(Point at);
     void tmrScrollingTimer();
     void tmrCanvasCursorTimer();

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "editor/label_editor.h"
+#include "editor/property_panels.h"
 #include "editor/uEditor.h"
 
 namespace glimmer {
@@ -83,6 +84,19 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
             default:
                 break;
         }
+    }
+    if (code == WXK_F6) {
+        if (panels_->IsDescendant(const_cast<wxWindow*>(focus)))
+            pbScreen_->SetFocus();
+        else
+            panels_->SetFocus();
+        return true;
+    }
+    if (code == WXK_WINDOWS_MENU || (code == WXK_F10 && held.shift)) {
+        const TBBShape* shape = document_.selectedAnnotation();
+        const Rect place = shape == nullptr ? Rect{} : view_.toView(shape->handleRect().normalized());
+        popUpShapeMenu(shape == nullptr ? viewCentre() : Point{place.right, place.bottom});
+        return true;
     }
     const std::optional<Key> key = keyOf(code);
     if (!key) return false;

@@ -34,9 +34,7 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
             pbScreen_->ReleaseMouse();
             captureEnded();
         }
-        if (!controller_->rightPress(at)) return;
-        const std::unique_ptr<wxMenu> menu = makeShapeMenu();
-        pbScreen_->PopupMenu(menu.get(), event.GetPosition());
+        if (controller_->rightPress(at)) popUpShapeMenu({event.GetX(), event.GetY()});
         return;
     }
     if (event.AltDown() && carryAway(at)) return;
@@ -48,6 +46,13 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
     if (!pbScreen_->HasCapture()) pbScreen_->CaptureMouse();
     tmrScrolling_.Start(scrollingInterval);
     selectionToolbar_->place();
+}
+
+/// At a place of the canvas, in device pixels.
+void TEditForm::popUpShapeMenu(Point at) {
+    const Size window = view_.window();
+    const std::unique_ptr<wxMenu> menu = makeShapeMenu();
+    pbScreen_->PopupMenu(menu.get(), std::clamp(at.x, 0, window.width), std::clamp(at.y, 0, window.height));
 }
 
 /// With Alt held an annotation is dragged out of the canvas, as a copy.

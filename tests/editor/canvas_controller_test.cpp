@@ -383,6 +383,26 @@ TEST(Canvas, keysMoveResizeWalkToggleAndOrder) {
     EXPECT_NE(c.window.editing, noAnnotation);
 }
 
+TEST(Canvas, areasAreMadeMovedAndUsedWithTheKeyboardAlone) {
+    Canvas c;
+    const TBitmap before = c.document->background().clone().take();
+    ASSERT_TRUE(c.controller->key(letter('A'), {true, true, false}));
+    const Rect area = c.document->selection().rect;
+    EXPECT_EQ(area, (Rect{120, 105, 280, 195})) << "in the middle of what is seen";
+    c.controller->key(Key::Right, shift);
+    c.controller->key(Key::Down, ctrl);
+    EXPECT_EQ(c.document->selection().rect, (Rect{130, 105, 290, 196}));
+    ASSERT_TRUE(c.controller->key(letter('N'), ctrl));
+    EXPECT_NE(c.document->background().pixel(130, 105), before.pixel(130, 105));
+    EXPECT_EQ(c.document->background().pixel(129, 105), before.pixel(129, 105));
+    Rect captured;
+    c.controller->beginCapture([&](Rect taken) { captured = taken; });
+    c.controller->key(letter('A'), {true, true, false});
+    c.controller->key(Key::Left, none);
+    c.controller->key(Key::Enter, none);
+    EXPECT_EQ(captured, area.moved(-1, 0));
+}
+
 TEST(Canvas, settingsGoToTheSelectedAnnotationAndToTheNextOne) {
     Canvas c;
     const AnnotationId first = c.draw({50, 150, 100, 200});

@@ -197,6 +197,16 @@ TEST_F(CanvasKeys, zoomHasItsKeys) {
     EXPECT_EQ(form->zoom(), 100);
 }
 
+TEST_F(CanvasKeys, focusWalksToThePanelsAndBack) {
+    wxWindow* panels = test::findControl(*form, "pnlProperties");
+    pressKey(VK_F6);
+    EXPECT_TRUE(panels->IsDescendant(wxWindow::FindFocus()));
+    pressKey('A', ctrlKey | shiftKey);
+    EXPECT_FALSE(form->selectedArea().empty()) << "commands work there too";
+    pressKey(VK_F6);
+    EXPECT_EQ(wxWindow::FindFocus(), canvas());
+}
+
 TEST_F(CanvasKeys, theMenuHasItsItemsAndMarks) {
     draw({150, 150, 250, 200}, "one");
     const std::unique_ptr<wxMenu> menu = form->makeShapeMenu();

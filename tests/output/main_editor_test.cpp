@@ -4,6 +4,7 @@
 #include "editor/commands/set_info.h"
 #include "main_editor_fixture.h"
 #include "output/capture_list.h"
+#include "output/clipboard.h"
 #include "output/main_toolbar.h"
 
 namespace glimmer {
@@ -126,6 +127,36 @@ TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
     EXPECT_TRUE(more->IsShown());
     EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnVote")->IsShown());
     EXPECT_TRUE(find<ToolButton>(*editor_, "btnExit")->IsShown());
+}
+
+// The canvas's own copy and paste, by way of the system's clipboard.
+TEST_F(MainEditor, CopiesAndPastesPixelsAndAnnotationsOfTheCanvas) {
+    TBitmap picture = test::noise(200, 150, PixelFormat::Bgra32, 5);
+    for (int32_t y = 0; y < picture.height(); ++y)
+        for (int32_t x = 0; x < picture.width(); ++x) picture.row(y)[static_cast<size_t>(x) * 4 + 3] = 255;
+    CaptureDocument& document = editor_->addEditor(capture(picture.clone().take(), "noise"));
+    const Rect area{20, 30, 90, 70};
+    document.select(Selection::rectangle(area));
+    TEditForm& canvas = *editor_->canvas();
+    ASSERT_TRUE(canvas.executeCommand(EditCommand::Copy));
+    const Result<TBitmap> copied = pictureFromClipboard();
+    ASSERT_TRUE(copied) << copied.message();
+    const TBitmap expected = picture.cropped(area).take();
+    EXPECT_TRUE(samePixels(*copied, expected));
+    EXPECT_TRUE(canvas.canExecute(EditCommand::Paste));
+    ASSERT_TRUE(canvas.executeCommand(EditCommand::Cut));
+    EXPECT_EQ(document.background().pixel(20, 30), rgb(255, 255, 255));
+    EXPECT_EQ(document.background().pixel(19, 30), picture.pixel(19, 30));
+    ASSERT_TRUE(canvas.executeCommand(EditCommand::Paste));
+    ASSERT_EQ(document.annotations().size(), 1U);
+    EXPECT_TRUE(samePixels(*document.annotations()[0].shape.drawing, expected));
+
+    // An annotation goes to another capture with its ink.
+    ASSERT_TRUE(canvas.executeCommand(EditCommand::Copy));
+    CaptureDocument& other = editor_->addEditor(grey("other"));
+    ASSERT_TRUE(editor_->canvas()->executeCommand(EditCommand::Paste));
+    ASSERT_EQ(other.annotations().size(), 1U);
+    EXPECT_TRUE(samePixels(*other.annotations()[0].shape.drawing, expected));
 }
 
 // A host that shuts down asks nobody: what the user has worked on is there at the next start, the rest is not.
