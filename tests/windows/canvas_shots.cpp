@@ -60,7 +60,12 @@ public:
         return {area.left, area.top};
     }
     void press(Point picture) const { mousePress(canvas(), at(picture).x, at(picture).y); }
-    void move(Point picture) const { mouseMove(canvas(), at(picture).x, at(picture).y); }
+    /// The pointer itself goes there too: while something is dragged the canvas asks where it is.
+    void move(Point picture) const {
+        const wxPoint screen = canvas().ClientToScreen(wxPoint(at(picture).x, at(picture).y));
+        SetCursorPos(screen.x, screen.y);
+        mouseMove(canvas(), at(picture).x, at(picture).y);
+    }
     void release(Point picture) const { mouseRelease(canvas(), at(picture).x, at(picture).y); }
     void drag(Point from, Point to) const {
         mouseDrag(canvas(), at(from).x, at(from).y, at(to).x, at(to).y);
