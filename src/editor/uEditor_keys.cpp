@@ -93,7 +93,7 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         return true;
     }
     if (code == WXK_WINDOWS_MENU || (code == WXK_F10 && held.shift)) {
-        const TBBShape* shape = document_.selectedAnnotation();
+        const TBBShape* shape = document_->selectedAnnotation();
         const Rect place = shape == nullptr ? Rect{} : view_.toView(shape->handleRect().normalized());
         popUpShapeMenu(shape == nullptr ? viewCentre() : Point{place.right, place.bottom});
         return true;

@@ -160,6 +160,7 @@ void dim(TBitmap& target, const Rect& area) {
 
 std::vector<Point> inView(const std::vector<Point>& points, const CanvasView& view) {
     std::vector<Point> result;
+    result.reserve(points.size());
     for (const Point& p : points) result.push_back(view.toView(p));
     return result;
 }
