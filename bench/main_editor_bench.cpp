@@ -9,6 +9,8 @@
 #include <wx/log.h>
 #include <wx/msw/wrapwin.h>
 
+#include <stdexcept>
+
 #include "common/section_memory.h"
 #include "editor/cairo_text_painter.h"
 #include "editor/document.h"
@@ -44,7 +46,8 @@ void settle(wxWindow& window) {
 }
 
 /// As the user does it, who has chosen not to be asked.
-void removeLast(TMainEditor& editor) {
+void removeLast(TMainEditor& editor, CaptureList& list) {
+    list.select([&editor](size_t place) { return place + 1 == editor.editorCount(); });
     OptionsHolder().setNumber("cmbDeleteCaptures", 1);
     wxWindow* label = editor.FindWindow("lblDeleteSelected");
     wxHyperlinkEvent event(label, wxID_ANY, "");
@@ -77,6 +80,8 @@ void measure() {
          [&] {
              clickOn(*list, at);
              settle(*editor);
+             if (editor->currentEditor()->info().name != "page " + std::to_string(at))
+                 throw std::runtime_error("the click showed no other capture");
          },
          [&] {
              at = (at + 17) % pages;
@@ -98,7 +103,7 @@ void measure() {
              settle(*editor);
          },
          [&] {
-             while (editor->editorCount() > pages) removeLast(*editor);
+             while (editor->editorCount() > pages) removeLast(*editor, *list);
              next = newCapture(pages);
              settle(*editor);
          }},

@@ -4,6 +4,7 @@
 
 #include <wx/accel.h>
 #include <wx/dcclient.h>
+#include <wx/gdicmn.h>
 #include <wx/menu.h>
 #include <wx/settings.h>
 #include <wx/sizer.h>
@@ -254,7 +255,9 @@ bool TMainEditor::available(CommandNeeds needs) const {
 }
 
 void TMainEditor::restoreState() {
-    SetSize(FromDIP(wxSize(1180, 780)));
+    wxSize size = FromDIP(wxSize(1180, 780));
+    size.DecTo(wxGetClientDisplayRect().GetSize());
+    SetSize(size);
     Centre();
     const std::string name = settingsSection(section);
     restoreGeometry(settings(), name, *this);

@@ -67,7 +67,7 @@ constexpr Option table[] = {
     combo("Confirmations", "cmbOpenFolderAfterSaving", "Open the folder after saving", open, 0),
     combo("Confirmations", "cmbExitAfterSaving", "Exit the editor after saving, copying or printing", exit, 0),
     combo("Confirmations", "cmbDeleteCaptures", "Delete captures from the list", remove, 0),
-    combo("Confirmations", "cmbConfirmExit", "Exit with unsaved captures", exit, 0),
+    combo("Confirmations", "cmbConfirmExit", "Exit when all captures are saved", exit, 0),
     combo("Confirmations", "cmbShowWelcomeMessage", "Welcome message", display, 0),
 
     check("Associations", "chkPNGAssociation", "PNG pictures (*.png)", false),

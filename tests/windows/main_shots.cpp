@@ -58,7 +58,8 @@ void mainWindow(const std::string& prefix) {
     setMessageBoxes(nullptr);
     auto* editor = new TMainEditor;
     pMainEditor = editor;
-    editor->SetSize(20, 20, editor->FromDIP(1180), editor->FromDIP(780));
+    editor->SetPosition(wxPoint(0, 0));
+    const wxSize usual = editor->GetSize();
     editor->showRoutine();
     const auto shot = [&](const char* name) {
         settle(*editor);
@@ -77,7 +78,7 @@ void mainWindow(const std::string& prefix) {
     shot("6");
     editor->SetSize(editor->FromDIP(wxSize(640, 560)));
     shot("narrow");
-    editor->SetSize(editor->FromDIP(wxSize(1180, 780)));
+    editor->SetSize(usual);
     auto* toolbar = dynamic_cast<TMainToolbar*>(editor->FindWindow("tbMain"));
     toolbar->setButtonSize(ToolbarSize::Small);
     shot("small-buttons");
