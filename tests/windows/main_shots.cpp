@@ -27,7 +27,7 @@ void annotate(CaptureDocument& document, const char* style, const Rect& rect, co
     TBBShape shape(chosen, rect);
     shape.text.text = text;
     shape.number.number = number;
-    shape.setLabelSize({210, 36});
+    shape.setLabelSize({190, 28});
     shape.layOut();
     document.run(std::make_unique<AddAnnotation>(shape));
 }
@@ -37,8 +37,8 @@ void open(TMainEditor& editor, size_t index) {
     editor.openFile(std::string("samples/") + samples[sample]);
     CaptureDocument& document = *editor.currentEditor();
     if (index % 2 == 0) {
-        annotate(document, "Red Frame", {80, 130, 420, 200}, "The heading is too long", 1);
-        annotate(document, "Cold Glass", {520, 260, 760, 380}, "Please check this", 2);
+        annotate(document, "Red Frame", {60, 132, 690, 234}, "The heading is too long", 1);
+        annotate(document, "Cold Glass", {60, 330, 465, 362}, "Please add the date", 2);
     } else {
         annotate(document, "Green Frame (big text)", {100, 160, 460, 300}, "New price", 0);
     }
