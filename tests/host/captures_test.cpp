@@ -18,7 +18,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 const std::string captureOptions = "[\\Software\\Glimmerpad for Firefox\\IECaptureOptions]\n";
 
@@ -403,7 +402,7 @@ BOOL WINAPI tellMemory(LPMEMORYSTATUSEX status) {
 TEST_F(Captures, WithLittleMemoryACaptureIsRefusedAndNothingIsLost) {
     const ImportPatch memory(host_.module, "kernel32.dll", "GlobalMemoryStatusEx", &tellMemory);
     const Bytes png = pngOf(patternPicture(8, 8));
-    constexpr uint64_t least = 20000 * 1024;
+    constexpr uint64_t least = uint64_t{20000} * 1024;
     freeMemory = least;
     host_.capture(png, GLIMMERPAD_EDIT);
     EXPECT_TRUE(host_.resumeAvailable());

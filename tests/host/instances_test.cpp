@@ -45,7 +45,7 @@ protected:
         info.biPlanes = 1;
         info.biBitCount = 32;
         const std::vector<uint32_t> pixels(side * side, 0x00336699);
-        const auto bytes = static_cast<DWORD>(pixels.size() * sizeof(uint32_t));
+        constexpr DWORD bytes = DWORD{side} * DWORD{side} * 4;
         BITMAPFILEHEADER header{};
         header.bfType = 0x4D42;
         header.bfOffBits = sizeof header + sizeof info;
@@ -53,7 +53,7 @@ protected:
         std::ofstream(path, std::ios::binary)
             .write(reinterpret_cast<const char*>(&header), sizeof header)
             .write(reinterpret_cast<const char*>(&info), sizeof info)
-            .write(reinterpret_cast<const char*>(pixels.data()), static_cast<std::streamsize>(bytes));
+            .write(reinterpret_cast<const char*>(pixels.data()), std::streamsize{bytes});
     }
 
     /// Starts the program with this after its name on the command line.

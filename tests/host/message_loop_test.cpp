@@ -15,7 +15,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 constexpr WORD hostCopy = 101;  // Ctrl + F3, which the editor has too
 constexpr WORD hostFind = 102;  // Ctrl + K

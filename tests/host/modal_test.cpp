@@ -16,7 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::StartsWith;
 
 class Modal : public HostTest {
 protected:

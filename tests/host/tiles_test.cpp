@@ -13,7 +13,6 @@ namespace glimmer::test {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr int areaWidth = 120;
