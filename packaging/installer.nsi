@@ -18,8 +18,9 @@ RequestExecutionLevel user
 ManifestDPIAware true
 
 !define PRODUCT "Glimmerpad"
-!define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}"
-!define APP_PATHS "Software\Microsoft\Windows\CurrentVersion\App Paths\glimmerpad.exe"
+!define WINDOWS "Software\Microsoft\Windows\CurrentVersion"
+!define UNINSTALL "${WINDOWS}\Uninstall\${PRODUCT}"
+!define APP_PATHS "${WINDOWS}\App Paths\glimmerpad.exe"
 !define PROJECT_CLASS "Glimmerpad.Project"
 
 Name "${PRODUCT}"
@@ -199,6 +200,9 @@ Section "Uninstall"
     Delete "$SMPROGRAMS\${PRODUCT}.lnk"
     DeleteRegKey SHCTX "${APP_PATHS}"
     DeleteRegKey SHCTX "${UNINSTALL}"
+    ; A user's registry has these two only once a program was installed for that user.
+    DeleteRegKey /ifempty HKCU "${WINDOWS}\App Paths"
+    DeleteRegKey /ifempty HKCU "${WINDOWS}\Uninstall"
 
     !define UNINSTALL_FILES
     !include "${FILES}"

@@ -24,7 +24,10 @@ snapshot() {
     local key
     for key in CURRENT_USER LOCAL_MACHINE; do
         in_wine regedit /E "Z:${work//\//\\}\\$1.$key.reg" "HKEY_$key\\Software" >/dev/null
-        iconv -f UTF-16 -t UTF-8 "$work/$1.$key.reg" | tr -d '\r' | grep -v 'Software.Wine.Temporary' >"$work/$1.$key"
+        # Each line with its key before it, less what Wine itself notes down when its services find the time.
+        iconv -f UTF-16 -t UTF-8 "$work/$1.$key.reg" | tr -d '\r' |
+            awk '/^\[/ { key = $0 } NF { print key, $0 }' |
+            grep -vE '^\[HKEY_[A-Z_]+\\Software\\(Wine\\Temporary|Microsoft\\Windows NT\\)' >"$work/$1.$key"
     done
 }
 
