@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "common/debug_channel.h"
 #include "common/wide_text.h"
 #include "glimmerpad.h"
 #include "host/uProgram.h"
@@ -51,7 +52,9 @@ std::string CommandArguments::text1() const {
 int32_t executeCommand(std::string_view name, const CommandArguments& arguments) {
     for (const Command& command : commands) {
         if (command.name != name || (command.needsProgram && !pProgram)) continue;
-        return command.run(arguments);
+        const int32_t answer = command.run(arguments);
+        debugRemark("command " + std::string(name) + ": " + std::to_string(answer));
+        return answer;
     }
     showError("Unknown function: " + std::string(name));
     return 0;

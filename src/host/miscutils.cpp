@@ -13,6 +13,7 @@
 #include "common/wide_text.h"
 #include "host/start_rules.h"
 #include "settings/cached_mem_ini_file.h"
+#include "settings/debug_log.h"
 #include "settings/message_box.h"
 #include "settings/settings_path.h"
 #include "settings/system_text.h"
@@ -49,6 +50,7 @@ std::string userFolder(std::string_view name) {
 
 void connectSystem() {
     connectDebugger();
+    connectDebugLog();
     setMessageBoxes(&systemMessageBoxes());
     setSettingsFailureHandler(showError);
     setPixelAllocator(sectionPixelMemory);

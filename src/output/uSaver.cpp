@@ -6,6 +6,7 @@
 
 #include "common/assertion.h"
 #include "common/clock.h"
+#include "common/debug_channel.h"
 #include "common/files.h"
 #include "common/shell_start.h"
 #include "editor/document.h"
@@ -140,6 +141,7 @@ std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode 
             return std::nullopt;
     }
     document.markSaved();
+    debugRemark("saved " + utf8FromPath(target.path));
     if (mode == SaveMode::Interactive) {
         rememberSaveFolder(target.path.parent_path());
         settings().writeInteger(settingsSection(group::general), lastFormatKey, static_cast<int32_t>(target.format));

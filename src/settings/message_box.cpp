@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "common/debug_channel.h"
 #include "settings/options.h"
 
 namespace glimmer {
@@ -43,6 +44,7 @@ MessageAnswer closingAnswer(MessageButtons buttons) {
 }
 
 MessageAnswer showMessage(const Message& message, bool* checked) {
+    debugRemark("message \"" + message.text + '"');
     return current == nullptr ? closingAnswer(message.buttons) : current->show(message, checked);
 }
 
