@@ -193,13 +193,7 @@ bool CanvasController::insertPicture(TBitmap picture) {
     const Size size = picture.size();
     const Point at{std::max(0, middle(seen.left, seen.right) - size.width / 2),
                    std::max(0, middle(seen.top, seen.bottom) - size.height / 2)};
-    TShapeStyle style = settings_;
-    style.shape.kind = ShapeKind::Drawing;
-    style.shape.visible = true;
-    style.text.visible = style.line.visible = style.number.visible = false;
-    TBBShape shape(style, {at.x, at.y, at.x + size.width, at.y + size.height});
-    shape.shape.settings.kind = ShapeKind::Drawing;
-    shape.shape.drawing = std::make_shared<const TBitmap>(std::move(picture));
+    TBBShape shape = pictureAnnotation(settings_, std::move(picture), at);
     shape.number.number = document_.annotations().nextNumber();
     return insertAnnotations({std::move(shape)}, {});
 }

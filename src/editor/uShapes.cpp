@@ -1,5 +1,8 @@
 #include "editor/uShapes.h"
 
+#include <memory>
+#include <utility>
+
 #include "common/assertion.h"
 #include "common/text.h"
 
@@ -257,6 +260,16 @@ void TBBShape::applyStyle(const TShapeStyle& style, bool withVisibility) {
 
 TShapeStyle TBBShape::settings() const {
     return {styleName, shape.settings, text.settings, line.settings, number.settings};
+}
+
+TBBShape pictureAnnotation(TShapeStyle style, TBitmap picture, Point at) {
+    const Size size = picture.size();
+    style.shape.kind = ShapeKind::Drawing;
+    style.shape.visible = true;
+    style.text.visible = style.line.visible = style.number.visible = false;
+    TBBShape shape(style, {at.x, at.y, at.x + size.width, at.y + size.height});
+    shape.shape.drawing = std::make_shared<const TBitmap>(std::move(picture));
+    return shape;
 }
 
 }  // namespace glimmer

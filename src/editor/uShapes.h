@@ -131,6 +131,10 @@ private:
     Part activePart_ = Part::Shape;
 };
 
+/// An annotation that shows a picture (Bgra32, straight alpha) with its top left corner at that place, and nothing
+/// else. Its hidden parts have the style's settings.
+TBBShape pictureAnnotation(TShapeStyle style, TBitmap picture, Point at);
+
 /// Annotations in some order other than the painting order; owned by a list, valid until that list changes.
 using TShapesDeque = std::deque<TBBShape*>;
 

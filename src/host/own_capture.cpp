@@ -1,9 +1,8 @@
 #include "host/own_capture.h"
 
-#include "capture/capture_options.h"
 #include "common/sound.h"
 #include "output/uMainEditor.h"
-#include "settings/settings.h"
+#include "settings/options.h"
 // After the toolkit's headers, which do not stand its names.
 #include <windows.h>
 
@@ -51,6 +50,24 @@ private:
     TMainEditor* window_;
 };
 
+/// White light that fades within a sixth of a second. It takes neither the mouse nor the focus.
+void flash(const Rect& area) {
+    HWND light = CreateWindowExW(
+        WS_EX_LAYERED | WS_EX_TRANSPARENT | WS_EX_TOPMOST | WS_EX_TOOLWINDOW | WS_EX_NOACTIVATE, L"STATIC", L"",
+        WS_POPUP | SS_WHITERECT, area.left, area.top, area.width(), area.height(), nullptr, nullptr, nullptr, nullptr);
+    if (light == nullptr) return;
+    constexpr int steps = 8;
+    constexpr DWORD stepMilliseconds = 20;
+    constexpr int brightest = 200;
+    for (int step = 0; step < steps; ++step) {
+        SetLayeredWindowAttributes(light, 0, static_cast<BYTE>(brightest * (steps - step) / steps), LWA_ALPHA);
+        if (step == 0) ShowWindow(light, SW_SHOWNOACTIVATE);
+        UpdateWindow(light);
+        Sleep(stepMilliseconds);
+    }
+    DestroyWindow(light);
+}
+
 }  // namespace
 
 Result<TBitmap> takeWithMainWindowAside(const std::function<Result<TBitmap>()>& take) {
@@ -58,8 +75,9 @@ Result<TBitmap> takeWithMainWindowAside(const std::function<Result<TBitmap>()>& 
     return take();
 }
 
-void playCaptureSound() {
-    if (CaptureOptions::load(settings()).playSound) playSound(Sound::Capture);
+void announceCapture(const Rect& area) {
+    if (OptionsHolder().on("chkPlayPhotoSound")) playSound(Sound::Capture);
+    if (OptionsHolder().on("chkFlashlight")) flash(area);
 }
 
 }  // namespace glimmer

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "common/bitmap.h"
+#include "common/geometry.h"
 
 // Pictures that the program takes of the screen itself.
 
@@ -12,7 +13,8 @@ namespace glimmer {
 /// back when this returns.
 Result<TBitmap> takeWithMainWindowAside(const std::function<Result<TBitmap>()>& take);
 
-/// The capture sound, if the capture options want it. For after the picture was taken.
-void playCaptureSound();
+/// Lets the user notice that the screen was captured: a sound, a flash of light over `area`, each if the options want
+/// it. For after the picture was taken.
+void announceCapture(const Rect& area);
 
 }  // namespace glimmer

@@ -46,7 +46,7 @@ Rect captureArea(int32_t monitor) {
     return monitors[static_cast<size_t>(monitor)];
 }
 
-Result<TBitmap> grabScreen(const Rect& area) {
+Result<TBitmap> grabScreen(const Rect& area, bool layered) {
     const Failure cannotRead{"The screen cannot be read."};
     Result<TBitmap> picture = TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
     if (!picture) return picture;
@@ -56,8 +56,8 @@ Result<TBitmap> grabScreen(const Rect& area) {
         CreateCompatibleBitmap(screen.dc, area.width(), area.height()));
     if (!memory || !copy) return cannotRead;
     HGDIOBJ const before = SelectObject(memory.get(), copy.get());
-    const BOOL copied =
-        BitBlt(memory.get(), 0, 0, area.width(), area.height(), screen.dc, area.left, area.top, SRCCOPY | CAPTUREBLT);
+    const BOOL copied = BitBlt(memory.get(), 0, 0, area.width(), area.height(), screen.dc, area.left, area.top,
+                               layered ? SRCCOPY | CAPTUREBLT : SRCCOPY);
     SelectObject(memory.get(), before);
     BITMAPINFO format{};
     format.bmiHeader.biSize = sizeof format.bmiHeader;

@@ -14,7 +14,8 @@ Rect captureArea(int32_t monitor);
 /// The whole screen, all monitors together.
 Rect wholeScreen();
 
-/// What the screen shows in that area, windows with transparency included.
-Result<TBitmap> grabScreen(const Rect& area);
+/// What the screen shows in that area. `layered`: windows with transparency and video overlays as well, which takes
+/// longer on old systems.
+Result<TBitmap> grabScreen(const Rect& area, bool layered = true);
 
 }  // namespace glimmer

@@ -40,12 +40,18 @@ void captureScreen(CaptureAction action) {
 
 void captureTopWindow() {
     if (!ensureProgram()) return;
-    Result<TBitmap> picture = takeWithMainWindowAside([] { return grabWindow(GetForegroundWindow()); });
+    Rect area;
+    Result<TBitmap> picture = takeWithMainWindowAside([&area] {
+        HWND window = GetForegroundWindow();
+        RECT place{};
+        if (GetWindowRect(window, &place) != FALSE) area = {place.left, place.top, place.right, place.bottom};
+        return grabWindow(window);
+    });
     if (!picture) {
         showError(picture.message());
         return;
     }
-    playCaptureSound();
+    announceCapture(area);
     Delivery delivery = ownCapture(CaptureAction::Edit);
     delivery.bitmap = picture.take();
     deliver(std::move(delivery));

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <utility>
 
+#include "common/debug_channel.h"
 #include "common/files.h"
 #include "common/host_kind.h"
 #include "common/shell_start.h"
@@ -12,6 +13,7 @@
 #include "common/vendor.h"
 #include "editor/document.h"
 #include "host/memory_guard.h"
+#include "host/mouse_cursor.h"
 #include "host/options_services.h"
 #include "host/own_capture.h"
 #include "host/screen_area.h"
@@ -98,6 +100,7 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
     (void)tag;  // its content has no meaning
     if (!beginCapture()) return;
     Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
+    debugRemark("capture for action " + std::to_string(action) + ": " + url);
     Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
     emptyCapture_ = arrival.picture.empty();
     const auto chosen = static_cast<CaptureAction>(action);
@@ -157,6 +160,7 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
     const Rect area = captureArea(OptionsHolder().number("spnSelectedCaptureSource"));
     const Size screen{wholeScreen().width(), wholeScreen().height()};
     const bool empty = arrival.picture.empty();
+    std::optional<MouseCursor> cursor;
     const Size probe = empty ? Size{area.width(), area.height()} : probeSize(arrival.picture.size(), screen);
     if (!seams_.probeBitmap(probe)) {
         refuse(editorWarning());
@@ -165,9 +169,13 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
 
     if (empty) {
         const bool fromScreen = OptionsHolder().on("chkStartFromScreen");
-        Result<TBitmap> picture = fromScreen ? takeWithMainWindowAside([&area] { return grabScreen(area); })
+        const auto takeScreen = [&area, &cursor] {
+            if (OptionsHolder().on("chkAddMouseCursor")) cursor = visibleMouseCursor();
+            return grabScreen(area, !OptionsHolder().on("chkDontGrabOverlays"));
+        };
+        Result<TBitmap> picture = fromScreen ? takeWithMainWindowAside(takeScreen)
                                              : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
-        if (picture && fromScreen) playCaptureSound();
+        if (picture && fromScreen) announceCapture(area);
         if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
         if (!picture) {
             refuse(editorWarning());
@@ -179,6 +187,12 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
     TShapesList stamps = captureStamps(
         arrival.info.url, arrival.info.title,
         {options.on("chkAddURL"), options.on("chkAddTitle"), options.text("edtFontName")}, saver_->textPainter());
+    if (cursor) {
+        const Point at{cursor->at.x - area.left, cursor->at.y - area.top};
+        TBBShape shape = pictureAnnotation({}, std::move(cursor->picture), at);
+        shape.number.number = stamps.nextNumber();
+        if (!shape.bounds().intersected(arrival.picture.bounds()).empty()) stamps.add(std::move(shape));
+    }
     Result<std::unique_ptr<CaptureDocument>> document =
         CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info), std::move(stamps));
     if (!document) {
