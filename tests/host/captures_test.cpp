@@ -371,20 +371,33 @@ TEST_F(Captures, TheProgramsOwnWindowIsOnNoneOfItsPictures) {
     host_.capture(pngOf(patternPicture(300, 200)), GLIMMERPAD_EDIT);
     const HWND editor = mainWindow();
     ASSERT_TRUE(pumpUntil([editor] { return GetForegroundWindow() == editor; }, "the editor in front"));
+    // Where the mouse is, its pointer may be: as an object of the capture, not of the screen.
+    SetCursorPos(400, 300);
+    constexpr uint32_t pointerReach = 64;
     struct Way {
         const char* what;
         std::function<void()> take;
+        bool withPointer;
     };
     for (const Way& way :
-         {Way{"no picture", [this] { host_.hostCapture(L"", L"", L"", nullptr, GLIMMERPAD_ENCODE_IMAGE, 0, 0); }},
-          Way{"grabTB", [this] { EXPECT_EQ(host_.execute(L"grabTB", nullptr, L"{\"action\":9}"), 1); }}}) {
+         {Way{"no picture", [this] { host_.hostCapture(L"", L"", L"", nullptr, GLIMMERPAD_ENCODE_IMAGE, 0, 0); }, true},
+          Way{"grabTB", [this] { EXPECT_EQ(host_.execute(L"grabTB", nullptr, L"{\"action\":9}"), 1); }, false}}) {
         order.clear();
         way.take();
         EXPECT_THAT(order, ElementsAre("grab", "sound")) << way.what;
         const RgbPicture picture = encodedPicture();
         ASSERT_FALSE(picture.pixels.empty()) << way.what;
         size_t others = 0;
-        for (const uint32_t pixel : picture.pixels) others += pixel == GreenScreen::colour ? 0 : 1;
+        size_t ofPointer = 0;
+        for (uint32_t y = 0; y < picture.height; ++y) {
+            for (uint32_t x = 0; x < picture.width; ++x) {
+                if (picture.at(x, y) == GreenScreen::colour) continue;
+                const bool close = x > 400 - pointerReach && x < 400 + pointerReach && y > 300 - pointerReach &&
+                                   y < 300 + pointerReach;
+                ++(close ? ofPointer : others);
+            }
+        }
+        EXPECT_EQ(ofPointer > 0, way.withPointer) << way.what << ": " << ofPointer;
         EXPECT_EQ(others, 0U) << way.what << ", in the middle " << std::hex
                               << picture.at(picture.width / 2, picture.height / 2);
         EXPECT_NE(IsWindowVisible(editor), FALSE) << way.what << ": it comes back";

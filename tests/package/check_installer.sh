@@ -63,6 +63,10 @@ uninstall() {
 value() { in_wine reg query "$1" "${@:2}" 2>/dev/null | tr -d '\r' | sed -nE 's/^ +.* REG_SZ +//p'; }
 
 in_wine reg add 'HKLM\Software\Classes\.gmp' /ve /d Somebody.Else /f >/dev/null
+# As for a user who never installed anything.
+for key in 'App Paths' Uninstall; do
+    in_wine reg delete "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\$key" /f >/dev/null 2>&1 || true
+done
 mkdir -p "$prefix/drive_c/users/$(id -un)/AppData/Local/Programs"
 snapshot before
 
