@@ -18,8 +18,6 @@ namespace glimmer::shots {
 namespace {
 
 constexpr const char* samples[] = {"article-1280x1024.png", "shop-1920x1080.png", "table-1280x10000.png"};
-constexpr const char* titles[] = {"Why small tools last", "Garden shop - spring catalogue",
-                                  "All orders, January to June"};
 
 void annotate(CaptureDocument& document, const char* style, const Rect& rect, const char* text, int number) {
     TShapeStyle chosen = *predefinedStyle(style);
