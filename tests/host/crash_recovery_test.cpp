@@ -119,6 +119,14 @@ protected:
         mouse(window, 8, 8, WM_LBUTTONDOWN, MK_LBUTTON);
         mouse(window, 8, 8, WM_LBUTTONUP, 0);
     }
+    /// Selects an area from that corner on and makes it an annotation.
+    static void annotate(HWND mainWindow, int x, int y) {
+        const HWND canvas = child(mainWindow, L"Canvas");
+        mouse(canvas, x, y, WM_LBUTTONDOWN, MK_LBUTTON);
+        mouse(canvas, x + 100, y + 60, WM_MOUSEMOVE, MK_LBUTTON);
+        mouse(canvas, x + 160, y + 100, WM_LBUTTONUP, 0);
+        click(child(mainWindow, L" Annotate"));
+    }
     /// What is kept, once it has so many annotations.
     std::vector<RecoveryManifest> kept() const {
         std::vector<RecoveryManifest> all;
@@ -151,11 +159,7 @@ TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
         const HWND window = mainWindow(first, L"article");
         ASSERT_NE(window, nullptr);
         EXPECT_TRUE(kept().empty()) << "nothing has changed yet";
-        const HWND canvas = child(window, L"Canvas");
-        mouse(canvas, 100, 120, WM_LBUTTONDOWN, MK_LBUTTON);
-        mouse(canvas, 200, 180, WM_MOUSEMOVE, MK_LBUTTON);
-        mouse(canvas, 260, 220, WM_LBUTTONUP, 0);
-        click(child(window, L" Annotate"));
+        annotate(window, 100, 120);
         ASSERT_TRUE(waitUntilKept(1));
         first.kill();
     }
@@ -168,11 +172,7 @@ TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
         EXPECT_NE(textOf(window).find(L" * "), std::wstring::npos) << "it is not saved";
         // The run that died owns it no more; the one that lives does, and changes go on being kept.
         ASSERT_TRUE(waitUntilKept(1));
-        const HWND canvas = child(window, L"Canvas");
-        mouse(canvas, 400, 320, WM_LBUTTONDOWN, MK_LBUTTON);
-        mouse(canvas, 500, 380, WM_MOUSEMOVE, MK_LBUTTON);
-        mouse(canvas, 560, 420, WM_LBUTTONUP, 0);
-        click(child(window, L" Annotate"));
+        annotate(window, 400, 320);
         ASSERT_TRUE(waitUntilKept(2));
         second.kill();
     }
