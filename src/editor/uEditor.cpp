@@ -174,6 +174,10 @@ void TEditForm::makeCanvas() {
     pbScreen_->Bind(wxEVT_RIGHT_DOWN, &TEditForm::pbScreenMouseDown, this);
     pbScreen_->Bind(wxEVT_MOTION, &TEditForm::pbScreenMouseMove, this);
     pbScreen_->Bind(wxEVT_LEFT_UP, &TEditForm::pbScreenMouseUp, this);
+    // While the mouse is captured the toolkit leaves all keys to the window that has it.
+    pbScreen_->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
+        if (!pbScreen_->HasCapture() || !FormKeyDown(event)) event.Skip();
+    });
     pbScreen_->Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
         controller_->captureLost();
         captureEnded();
@@ -224,13 +228,12 @@ void TEditForm::scrollTo(Point position) {
     if (before == after) return;
     scrollBox_->SetScrollPos(wxHORIZONTAL, after.x);
     scrollBox_->SetScrollPos(wxVERTICAL, after.y);
-    // Floating windows over the canvas and lines across it must not be dragged along with its pixels.
-    const bool plain = !labelEditor_->IsShown() && !selectionToolbar_->IsShown() && shownOverlay_.guides.empty();
-    if (!plain) {
+    // Guides run across the view and stay where they are; all else moves with the picture.
+    if (!shownOverlay_.guides.empty()) {
         viewChanged();
         return;
     }
-    pbScreen_->ScrollWindow(before.x - after.x, before.y - after.y);
+    scrollPixels(before.x - after.x, before.y - after.y);
     placeFloating();
     stateDirty_ = true;
 }

@@ -124,6 +124,7 @@ private:
 
     // Painting
     void paintCanvas();
+    void scrollPixels(int32_t dx, int32_t dy);
     void invalidateView(const Rect& viewArea);
     void invalidatePicture(const Rect& pictureArea);
     void applyDisplayOptions();

@@ -91,6 +91,8 @@ void TEditForm::captureEnded() {
 
 /// While a drag is under way: as if the mouse had moved, and scrolls when it is outside the view.
 void TEditForm::tmrScrollingTimer() {
+    // Esc or a command may have ended the drag while the button is held.
+    if (!controller_->dragging() && pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
     if (!pbScreen_->HasCapture()) {
         tmrScrolling_.Stop();
         if (controller_->dragging()) controller_->captureLost();

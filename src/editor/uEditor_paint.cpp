@@ -1,6 +1,7 @@
 // Painting: only what is invalid, in one pass, from the working picture.
 
 #include <wx/dcclient.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/region.h>
 
 #include "editor/uEditor.h"
@@ -26,6 +27,12 @@ void TEditForm::paintCanvas() {
         paintView(surface_.bitmap(), area, view_, working_->bitmap(), shownOverlay_, look_);
         surface_.copyTo(dc.GetHDC(), area);
     }
+}
+
+/// Moves what is on the canvas. The windows over it, which are placed by themselves, stay; what they hid and what comes
+/// into view is painted.
+void TEditForm::scrollPixels(int32_t dx, int32_t dy) {
+    ScrollWindowEx(pbScreen_->GetHWND(), dx, dy, nullptr, nullptr, nullptr, nullptr, SW_INVALIDATE);
 }
 
 void TEditForm::invalidateView(const Rect& viewArea) {

@@ -1,5 +1,7 @@
 #include "editor/view_painter.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -66,6 +68,44 @@ std::vector<Share> sharesOf(int32_t first, int32_t end, int32_t zoom, int32_t le
     return shares;
 }
 
+/// Two shares of a device pixel, which are weighted together in one step; an odd last one goes with a weight of 0.
+struct Pair {
+    const uint16_t* first;
+    const uint16_t* second;
+    int32_t weights;  ///< the first one's in the lower half
+    bool last;        ///< of its device pixel
+};
+
+/// The pairs of `shares`, whose sources lie in `line`, a line of pixels that begins with the source `start`.
+std::vector<Pair> pairsOf(const std::vector<Share>& shares, const uint16_t* line, int32_t start) {
+    std::vector<Pair> pairs;
+    const auto pixel = [&](const Share& share) { return line + static_cast<size_t>(share.source - start) * 4; };
+    for (auto share = shares.begin(); share != shares.end();) {
+        uint32_t done = 0;
+        while (done < 100) {
+            Pair pair{pixel(*share), pixel(*share), static_cast<int32_t>(share->weight), false};
+            done += share++->weight;
+            if (done < 100) {
+                pair.second = pixel(*share);
+                pair.weights |= static_cast<int32_t>(share->weight << 16U);
+                done += share++->weight;
+            }
+            pair.last = done == 100;
+            pairs.push_back(pair);
+        }
+    }
+    return pairs;
+}
+
+/// Each of the four numbers, below 2^22, divided by 10000 as whole numbers are: (n / 16) * 214749 / 2^27.
+__m128i dividedByTenThousand(__m128i numbers) {
+    const __m128i factor = _mm_set1_epi32(214749);
+    const __m128i n = _mm_srli_epi32(numbers, 4);
+    const __m128i even = _mm_srli_epi64(_mm_mul_epu32(n, factor), 27);
+    const __m128i odd = _mm_srli_epi64(_mm_mul_epu32(_mm_srli_epi64(n, 32), factor), 27);
+    return _mm_or_si128(even, _mm_slli_epi64(odd, 32));
+}
+
 /// Below 200 %: each device pixel is the average of the picture it covers.
 void average(TBitmap& target, const Rect& clip, Point origin, int32_t zoom, const TBitmap& picture) {
     constexpr uint32_t whole = 100;
@@ -74,25 +114,31 @@ void average(TBitmap& target, const Rect& clip, Point origin, int32_t zoom, cons
     const int32_t firstSource = across.front().source;
     const auto count = static_cast<size_t>(across.back().source - firstSource + 1) * 4;
     std::vector<uint16_t> sums(count);
+    const std::vector<Pair> pairs = pairsOf(across, sums.data(), firstSource);
+    const __m128i half = _mm_set1_epi32(whole * whole / 2);
+    const auto four = [](const uint16_t* p) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)); };
     auto line = down.begin();
     for (int32_t y = clip.top; y < clip.bottom; ++y) {
         // The lines first: their sums are at most 255 times 100.
-        std::fill(sums.begin(), sums.end(), uint16_t{0});
         for (uint32_t done = 0; done < whole; done += line->weight, ++line) {
             const uint8_t* row = picture.row(line->source) + static_cast<size_t>(firstSource) * 4;
             const auto weight = static_cast<uint16_t>(line->weight);
-            for (size_t i = 0; i < count; ++i) sums[i] = static_cast<uint16_t>(sums[i] + row[i] * weight);
+            if (done == 0)
+                for (size_t i = 0; i < count; ++i) sums[i] = static_cast<uint16_t>(row[i] * weight);
+            else
+                for (size_t i = 0; i < count; ++i) sums[i] = static_cast<uint16_t>(sums[i] + row[i] * weight);
         }
         uint8_t* out = target.row(y) + static_cast<size_t>(clip.left) * 4;
-        auto share = across.begin();
-        for (int32_t x = clip.left; x < clip.right; ++x, out += 4) {
-            uint32_t sum[4] = {5000, 5000, 5000, 5000};
-            for (uint32_t done = 0; done < whole; done += share->weight, ++share) {
-                const uint16_t* p = sums.data() + static_cast<size_t>(share->source - firstSource) * 4;
-                for (size_t c = 0; c < 4; ++c) sum[c] += p[c] * share->weight;
-            }
-            for (size_t c = 0; c < 3; ++c) out[c] = static_cast<uint8_t>(sum[c] / (whole * whole));
-            out[3] = 255;
+        __m128i sum = half;
+        for (const Pair& pair : pairs) {
+            const __m128i both = _mm_unpacklo_epi16(four(pair.first), four(pair.second));
+            sum = _mm_add_epi32(sum, _mm_madd_epi16(both, _mm_set1_epi32(pair.weights)));
+            if (!pair.last) continue;
+            const __m128i words = _mm_packs_epi32(dividedByTenThousand(sum), _mm_setzero_si128());
+            const auto pixel = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(words, words))) | 0xFF000000U;
+            std::memcpy(out, &pixel, 4);
+            out += 4;
+            sum = half;
         }
     }
 }
