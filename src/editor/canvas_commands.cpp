@@ -150,20 +150,23 @@ bool CanvasController::execute(EditCommand command) {
             break;
         }
         case EditCommand::ToggleShape:
-            done = toggle(Part::Shape);
+            toggle(Part::Shape);
             break;
         case EditCommand::ToggleText:
-            done = toggle(Part::Text);
+            toggle(Part::Text);
             break;
         case EditCommand::ToggleLine:
-            done = toggle(Part::Line);
+            toggle(Part::Line);
             break;
         case EditCommand::ToggleNumber:
-            done = toggle(Part::Number);
+            toggle(Part::Number);
             break;
         case EditCommand::EditText: {
-            const TBBShape* shape = document_.selectedAnnotation();
-            if (!shape->text.isVisible()) toggle(Part::Text);
+            if (TBBShape shape = *document_.selectedAnnotation(); !shape.text.isVisible()) {
+                shape.text.setVisible(true);
+                fitLabel(shape, host_.textPainter());
+                change(std::move(shape));
+            }
             host_.beginTextEdit(selected);
             break;
         }
@@ -249,12 +252,7 @@ bool CanvasController::annotate(const Rect& area) {
     return true;
 }
 
-bool CanvasController::toggle(Part part) {
-    TBBShape shape = *document_.selectedAnnotation();
-    shape.part(part).setVisible(!shape.part(part).isVisible());
-    fitLabel(shape, host_.textPainter());
-    return change(std::move(shape));
-}
+void CanvasController::toggle(Part part) { showPart(part, !document_.selectedAnnotation()->part(part).isVisible()); }
 
 bool CanvasController::renumber() {
     TShapesList renumbered = document_.annotations();

@@ -69,6 +69,13 @@ void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& s
     host_.stateChanged();
 }
 
+void CanvasController::showPart(Part part, bool shown) {
+    changeSettings([&](TShapeStyle& style) {
+        bool* const visible[] = {&style.shape.visible, &style.text.visible, &style.line.visible, &style.number.visible};
+        *visible[static_cast<size_t>(part)] = shown;
+    });
+}
+
 void CanvasController::applyStyle(const TShapeStyle& style, bool withVisibility) {
     const TShapeStyle former = settings_;
     settings_ = style;

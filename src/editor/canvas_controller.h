@@ -94,6 +94,8 @@ public:
     void setToolSettings(TShapeStyle settings) { settings_ = std::move(settings); }
     /// Changes one setting of the tools and of the selected annotation. Changes with the same gesture merge.
     void changeSettings(const std::function<void(TShapeStyle&)>& change, Gesture gesture = 0);
+    /// Shows or hides a part: a setting like others.
+    void showPart(Part part, bool shown);
     /// Makes a style the current one.
     void applyStyle(const TShapeStyle& style, bool withVisibility);
     /// The shape kind by tag; Drawing enters free drawing.
@@ -166,7 +168,7 @@ private:
     bool pixelOperation(EditCommand command, Colour colour = 0);
     bool crop();
     bool annotate(const Rect& area);
-    bool toggle(Part part);
+    void toggle(Part part);
     bool renumber();
     bool moveByKey(Key key, Modifiers held);
     bool selectByKey();

@@ -289,13 +289,7 @@ wxPanel* PropertyPanels::makeDelete() {
 }
 
 void PropertyPanels::chkShowObjectClick(int tag) {
-    const bool shown = shows_[tag]->GetValue();
-    form_.controller().changeSettings([&](TShapeStyle& style) {
-        if (tag == 1) style.shape.visible = shown;
-        if (tag == 2) style.text.visible = shown;
-        if (tag == 3) style.line.visible = shown;
-        if (tag == 4) style.number.visible = shown;
-    });
+    form_.controller().showPart(static_cast<Part>(tag - 1), shows_[tag]->GetValue());
 }
 
 // --- free drawing and capturing
