@@ -38,6 +38,12 @@ void inkPixel(uint8_t* p, Colour colour, double cover) {
     p[3] = static_cast<uint8_t>(std::lround(alpha * 255));
 }
 
+/// What is gone leaves no colour behind its transparency: a saved file would hold it.
+void erasePixel(uint8_t* p, double cover) {
+    p[3] = std::min(p[3], static_cast<uint8_t>(std::lround((1 - cover) * 255)));
+    if (p[3] == 0) p[0] = p[1] = p[2] = 0;
+}
+
 }  // namespace
 
 Status InkLayer::load(const TBitmap& drawing, Point at) {
@@ -82,7 +88,7 @@ Rect InkLayer::draw(const Stroke& stroke, size_t first) {
                 const double cover = coverage(distanceToSegment(x + 0.5, y + 0.5, a, b), radius);
                 if (cover <= 0) continue;
                 if (stroke.eraser)
-                    p[3] = std::min(p[3], static_cast<uint8_t>(std::lround((1 - cover) * 255)));
+                    erasePixel(p, cover);
                 else
                     inkPixel(p, stroke.colour, cover);
             }

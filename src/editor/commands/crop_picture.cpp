@@ -6,6 +6,16 @@
 
 namespace glimmer {
 
+namespace {
+
+/// Whether nothing of the annotation lies in the area. One of which nothing is shown is where its shape would be.
+bool liesOutside(const TBBShape& shape, const Rect& area) {
+    const Rect bounds = shape.anyVisible() ? shape.bounds() : shape.shape.rectangle.normalized();
+    return bounds.intersected(area).empty();
+}
+
+}  // namespace
+
 Status CropPicture::apply(CaptureContent& content) {
     const TBitmap& picture = content.picture();
     const Size size = picture.size();
@@ -26,6 +36,8 @@ Status CropPicture::apply(CaptureContent& content) {
     annotations_ = content.annotations();
     strips_ = std::move(strips);
     content.setPicture(inside.take(), {-area_.left, -area_.top});
+    for (const TBBShape& shape : annotations_)
+        if (liesOutside(shape, area_)) content.removeAnnotation(shape.id());
     return {};
 }
 

@@ -8,8 +8,9 @@
 
 namespace glimmer {
 
-/// The picture becomes the part inside `area`; annotations keep their place over the pixels. What is cut off is kept
-/// as up to four strips (above, below, left, right), deflated.
+/// The picture becomes the part inside `area`; annotations keep their place over the pixels. Those that lie wholly
+/// outside go, since a saved file would still hold what nobody sees any more. What is cut off is kept as up to four
+/// strips (above, below, left, right), deflated.
 class CropPicture final : public UndoCommand {
 public:
     /// `area` must lie inside the picture and not be empty.
@@ -27,7 +28,7 @@ private:
     };
     Rect area_;
     Size former_;
-    TShapesList annotations_;  ///< as they stood before: moving may have met a limit
+    TShapesList annotations_;  ///< as they stood before; moving may have met a limit, too
     std::vector<Strip> strips_;
 };
 
