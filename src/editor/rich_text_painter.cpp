@@ -22,9 +22,12 @@ using SectionBitmap = std::unique_ptr<std::remove_pointer_t<HBITMAP>, GdiDeleter
 /// Lines beyond are not asked for their width: each question costs time in proportion to the text before it.
 constexpr LONG maxMeasuredLines = 500;
 
-/// Units of a text that are laid out; what is beyond is not painted. A rich edit's time grows faster than the text
-/// (Wine's: 0.2 s for a word of 1000 letters that must be broken, 16 s for one of 4000).
+/// Units of a text that are laid out; what is beyond is not painted.
 constexpr size_t maxLaidOutUnits = 8192;
+
+/// Words of more units are broken before the control sees them: Wine's takes time that grows with the third power of a
+/// word's length (0.2 s for 1000 letters that need several lines, 16 s for 4000).
+constexpr size_t maxControlWord = 400;
 
 /// Dots per inch that the control's fonts are scaled by.
 int screenDotsPerInch() {
@@ -40,6 +43,10 @@ std::wstring wide(const std::string& text) {
     // The control ends a text at the first 0.
     std::replace(result.begin(), result.end(), L'\0', L' ');
     return result;
+}
+
+std::wstring laidOutUnits(const std::string& text) {
+    return wide(text.size() > maxLaidOutUnits ? firstUnits(text, maxLaidOutUnits) : text);
 }
 
 /// Where a character stands, in the control's pixels.
@@ -67,7 +74,7 @@ HWND createControl() {
 void prepareLabelControl(HWND richEdit) {
     SendMessageW(richEdit, EM_SETTEXTMODE, TM_PLAINTEXT | TM_SINGLELEVELUNDO, 0);
     SendMessageW(richEdit, EM_SETUNDOLIMIT, 0, 0);
-    SendMessageW(richEdit, EM_EXLIMITTEXT, 0, 0x7FFFFFFE);
+    SendMessageW(richEdit, EM_EXLIMITTEXT, 0, maxTextUnits);
     SendMessageW(richEdit, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
 }
 
@@ -106,16 +113,21 @@ bool labelControlIsAligned(HWND richEdit, TextAlignment alignment) {
     return paragraph.wAlignment == paragraphAlignment(alignment);
 }
 
-void setLabelControlText(HWND richEdit, const std::string& text) {
+namespace {
+
+void setControlText(HWND richEdit, std::wstring lines) {
     // Replacing the selection puts the characters in as they are; setting the text would obey "{\rtf".
     CHARRANGE all = {0, -1};
     SendMessageW(richEdit, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&all));
-    std::wstring lines = wide(text);
     std::replace(lines.begin(), lines.end(), L'\n', L'\r');
     SendMessageW(richEdit, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(lines.c_str()));
     CHARRANGE start = {0, 0};
     SendMessageW(richEdit, EM_EXSETSEL, 0, reinterpret_cast<LPARAM>(&start));
 }
+
+}  // namespace
+
+void setLabelControlText(HWND richEdit, const std::string& text) { setControlText(richEdit, wide(text)); }
 
 std::string labelControlText(HWND richEdit) {
     GETTEXTLENGTHEX lengthOf = {GTL_NUMCHARS | GTL_PRECISE, 1200};
@@ -143,16 +155,47 @@ RichTextPainter::~RichTextPainter() {
     if (owned_ && control_ != nullptr) DestroyWindow(control_);
 }
 
-void RichTextPainter::layOut(const TTextSettings& font, const std::string& text, Size area) {
+void RichTextPainter::layOut(const TTextSettings& font, const std::wstring& text, Size area) {
     SetWindowPos(control_, nullptr, 0, 0, area.width, area.height,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
     RECT all = {0, 0, area.width, area.height};
     SendMessageW(control_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&all));
-    setLabelControlText(control_, text.size() > maxLaidOutUnits ? firstUnits(text, maxLaidOutUnits) : text);
     TTextSettings black = font;
     black.textColour = RGB(0, 0, 0);
     black.backgroundColour = RGB(255, 255, 255);
     formatLabelControl(control_, black);
+    setControlText(control_, withLongWordsBroken(text));
+    formatLabelControl(control_, black);
+}
+
+/// The text with a line break wherever the control, as it is sized and formatted, breaks one of its very long words.
+std::wstring RichTextPainter::withLongWordsBroken(const std::wstring& text) {
+    std::wstring result;
+    for (size_t at = 0; at < text.size(); ++at) {
+        const size_t end = std::min(text.find_first_of(L" \t\r\n", at), text.size());
+        // Such a word begins on a line of its own.
+        if (end - at > maxControlWord && !result.empty() && result.back() != L'\n') result += L'\n';
+        for (size_t length = maxControlWord; end - at > maxControlWord && at + length < end;) {
+            setControlText(control_, text.substr(at, length));
+            const auto lines = SendMessageW(control_, EM_GETLINECOUNT, 0, 0);
+            if (lines < 2) {
+                length *= 2;
+                continue;
+            }
+            const auto whole = static_cast<size_t>(
+                SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(lines) - 1, 0));  // in all lines but the last
+            for (WPARAM line = 1; line < static_cast<WPARAM>(lines); ++line) {
+                const auto from = static_cast<size_t>(SendMessageW(control_, EM_LINEINDEX, line - 1, 0));
+                const auto to = static_cast<size_t>(SendMessageW(control_, EM_LINEINDEX, line, 0));
+                result.append(text, at + from, to - from) += L'\n';
+            }
+            at += whole;
+        }
+        result.append(text, at, end - at);
+        if (end < text.size()) result += text[end];
+        at = end;
+    }
+    return result;
 }
 
 Size RichTextPainter::measure(const TTextSettings& font, const std::string& text, int32_t width) {
@@ -160,7 +203,8 @@ Size RichTextPainter::measure(const TTextSettings& font, const std::string& text
     TTextSettings left = font;
     left.alignment = TextAlignment::Left;
     // One empty line more: where it begins is the height of the others.
-    layOut(left, text + "\n", {width > 0 ? std::min(width, maxSide) : maxSide, maxSide});
+    const std::wstring units = laidOutUnits(text);
+    layOut(left, units + L"\n", {width > 0 ? std::min(width, maxSide) : maxSide, maxSide});
     const auto lines = static_cast<LONG>(SendMessageW(control_, EM_GETLINECOUNT, 0, 0)) - 1;
     const auto startOf = [this](LONG line) {
         return static_cast<LONG>(SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
@@ -168,7 +212,7 @@ Size RichTextPainter::measure(const TTextSettings& font, const std::string& text
     const POINTL origin = positionOf(control_, 0);
     Size size;
     size.height = std::max(1, static_cast<int32_t>(positionOf(control_, startOf(lines)).y - origin.y));
-    if (lines > std::count(text.begin(), text.end(), '\n') + 1) {
+    if (lines > std::count(units.begin(), units.end(), L'\n') + 1) {
         // Some line was broken: the text takes all the width there is.
         size.width = width > 0 ? width : maxSide;
         return size;
@@ -195,7 +239,7 @@ TextMask RichTextPainter::render(const TTextSettings& font, const std::string& t
     void* bits = nullptr;
     const SectionBitmap bitmap(CreateDIBSection(dc.get(), &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     if (bitmap == nullptr) return mask;
-    layOut(font, text, area);
+    layOut(font, laidOutUnits(text), area);
     const HGDIOBJ before = SelectObject(dc.get(), bitmap.get());
     RECT all = {0, 0, area.width, area.height};
     FillRect(dc.get(), &all, static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));

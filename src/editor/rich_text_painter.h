@@ -12,8 +12,8 @@ namespace glimmer {
 // (class RICHEDIT50W) with the same format and the same width. These functions give any such control a label's form;
 // the in-place editor uses them, and so does the painter below.
 
-/// Makes a rich edit ready for labels: plain text, no blank margins, no undo of its own, no length limit. Once,
-/// after it was created.
+/// Makes a rich edit ready for labels: plain text, no blank margins, no undo of its own, as much text as a label may
+/// have. Once, after it was created.
 void prepareLabelControl(HWND richEdit);
 /// Font, colours and alignment of the whole text, for a label shown at `zoom` times its size. Keeps the selection.
 void formatLabelControl(HWND richEdit, const TTextSettings& settings, double zoom = 1);
@@ -40,7 +40,8 @@ protected:
     TextMask render(const TTextSettings& font, const std::string& text, Size area) override;
 
 private:
-    void layOut(const TTextSettings& font, const std::string& text, Size area);
+    void layOut(const TTextSettings& font, const std::wstring& text, Size area);
+    std::wstring withLongWordsBroken(const std::wstring& text);
 
     HWND control_ = nullptr;
     bool owned_ = false;

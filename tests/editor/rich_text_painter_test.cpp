@@ -146,9 +146,29 @@ TEST(RichTextPainter, MeasuresTheLinesOfTheEditor) {
     }
 }
 
+// Very long words are broken by the painter: where the editor would, and without its time, which would be minutes.
+TEST(RichTextPainter, BreaksLongWordsWhereTheEditorDoes) {
+    RichTextPainter painter;
+    const EditorWindow editor({180, 900});
+    for (const std::string& text : {std::string(500, 'w'), "so it begins " + std::string(450, 'i') + " and ends\nso",
+                                    std::string(401, 'x') + " " + std::string(401, 'y')}) {
+        setLabelControlText(editor.control(), text);
+        formatLabelControl(editor.control(), {});
+        const int32_t line = painter.measure({}, "x", 0).height;
+        const Size size = painter.measure({}, text, 180);
+        EXPECT_NEAR(size.height, line * static_cast<double>(editor.lineCount()),
+                    static_cast<double>(editor.lineCount()))
+            << text;
+        EXPECT_EQ(size.width, 180);
+    }
+}
+
 TEST(RichTextPainter, TakesAnyText) {
     RichTextPainter painter;
-    const std::string awkward[] = {"", std::string("a\0b", 3), "\xED\xA0\x80", "\xFF", std::string(600, 'w'), "\r\n\r"};
+    std::string pairs;
+    while (pairs.size() < 4000) pairs += "\xF0\x9F\x98\x80";
+    const std::string awkward[] = {"",       std::string("a\0b", 3), "\xED\xA0\x80",          "\xFF",
+                                   "\r\n\r", std::string(600, 'w'),  std::string(60000, 'w'), pairs};
     for (const std::string& text : awkward) {
         const Size size = painter.measure({}, text, 100);
         EXPECT_GT(size.height, 0);
