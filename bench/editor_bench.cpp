@@ -24,34 +24,7 @@ namespace glimmer::bench {
 namespace {
 
 constexpr Size window{1280, 900};
-constexpr int annotationCount = 200;
 constexpr int32_t blurIntensity = 25;  // a radius of 2.5 pixels
-
-/// Of all styles and kinds, spread over a page of 10000 lines, with the sizes that their labels' texts need.
-TShapesList annotations() {
-    CairoTextPainter text;
-    std::mt19937 random(5);
-    const auto any = [&](int32_t low, int32_t high) {
-        return low + static_cast<int32_t>(random() % static_cast<uint32_t>(high - low));
-    };
-    constexpr ShapeKind kinds[] = {ShapeKind::FilledRectangle, ShapeKind::Rectangle, ShapeKind::FilledEllipse,
-                                   ShapeKind::Ellipse};
-    TShapesList list;
-    for (int i = 0; i < annotationCount; ++i) {
-        TShapeStyle style = predefinedStyles()[static_cast<size_t>(i) % predefinedStyles().size()];
-        style.shape.kind = kinds[i % 4];
-        style.number.visible = i % 2 == 0;
-        style.text.position = 1 + i % 12;
-        const int32_t x = any(60, 900);
-        const int32_t y = 60 + i * 49;
-        TBBShape shape(style, {x, y, x + any(60, 280), y + any(30, 160)});
-        shape.text.text = "Annotation " + std::to_string(i) + " says what is to be seen here";
-        shape.number.number = i + 1;
-        fitLabel(shape, text);
-        list.insert(list.size(), std::move(shape));
-    }
-    return list;
-}
 
 /// A page with annotations of all styles and kinds, spread over it, on a canvas: everything but the last copy to the
 /// screen.
@@ -146,7 +119,7 @@ TBitmap decodedByLibpng(const std::vector<uint8_t>& file) {
 }
 
 void canvasTable(const TBitmap& page) {
-    const TShapesList shapes = annotations();
+    const TShapesList shapes = pageAnnotations();
     Canvas canvas(page.clone().take(), shapes);
     const AnnotationId moved = canvas.document().annotations()[5].id();
     std::mt19937 random(1);
@@ -191,7 +164,7 @@ void canvasTable(const TBitmap& page) {
 void openingTable(const TBitmap& page) {
     Result<std::vector<uint8_t>> read = readFile("samples/table-1280x10000.png", uint64_t{1} << 28U);
     const std::vector<uint8_t> file = read ? read.take() : encodePng(page).take();
-    const TShapesList shapes = annotations();
+    const TShapesList shapes = pageAnnotations();
     const std::vector<double> times =
         compare({{"libpng", [&] { decodedByLibpng(file); }},
                  {"product", [&] { const Canvas opened(std::move(readPng(file).take().bitmap), shapes); }},

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "common/bitmap.h"
+#include "editor/shapes_list.h"
 
 // What every benchmark uses: times that can be compared, and Markdown tables.
 
@@ -33,6 +34,10 @@ std::string ratio(double value);
 TBitmap pagePicture(const std::string& name, Size size, PixelFormat format);
 /// Every channel random.
 TBitmap noisePicture(Size size, PixelFormat format);
+
+/// Two hundred annotations of all styles and kinds, spread over a page of 10000 lines, with the sizes that their
+/// labels' texts need.
+TShapesList pageAnnotations();
 
 /// Notes what is to be reached, for the table at the end: a ratio that is at most, or at least, `limit`.
 void goalAtMost(const std::string& what, double reached, double limit);

@@ -50,20 +50,27 @@ void RecoveryKeeper::piece(Kept& kept) {
 }
 
 void RecoveryKeeper::work(std::chrono::milliseconds budget) {
-    const Clock::time_point start = Clock::now();
-    for (Kept& kept : kept_) {
-        // What was saved in the meantime goes at once.
-        const bool rests = kept.document->modified() && !kept.more;
-        if (rests && Clock::now() < kept.notBefore) continue;
-        while (kept.more || kept.writer->pending()) {
-            piece(kept);
-            const Clock::time_point now = Clock::now();
-            if (!kept.more && kept.notBefore < now + rest_) kept.notBefore = now + rest_;
-            if (now - start >= budget) return;
-            if (!kept.more) break;
-        }
+    const Clock::time_point end = Clock::now() + budget;
+    // The user's work comes before captures that are just as they arrived, however many of those there are.
+    for (const bool touched : {true, false})
+        for (Kept& kept : kept_)
+            if (kept.document->touched() == touched && !work(kept, end)) return;
+    store_.tidy();
+}
+
+/// Keeps one capture; false when the time is over.
+bool RecoveryKeeper::work(Kept& kept, Clock::time_point end) {
+    // What was saved in the meantime goes at once.
+    const bool rests = kept.document->modified() && !kept.more;
+    if (rests && Clock::now() < kept.notBefore) return true;
+    while (kept.more || kept.writer->pending()) {
+        piece(kept);
+        const Clock::time_point now = Clock::now();
+        if (!kept.more && kept.notBefore < now + rest_) kept.notBefore = now + rest_;
+        if (now >= end) return false;
+        if (!kept.more) break;
     }
-    if (Clock::now() - start < budget) store_.tidy();
+    return true;
 }
 
 bool RecoveryKeeper::complete() const {

@@ -47,6 +47,7 @@ private:
         bool more = false;
     };
     std::vector<Kept>::iterator find(CaptureDocument& document);
+    bool work(Kept& kept, Clock::time_point end);
     static void piece(Kept& kept);
 
     RecoveryStore store_;

@@ -17,9 +17,9 @@ namespace glimmer {
 
 namespace {
 
-constexpr int recoveryPeriod = 50;  // milliseconds
+constexpr int recoveryPeriod = 30;  // milliseconds
 /// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
-constexpr std::chrono::milliseconds recoveryBudget{12};
+constexpr std::chrono::milliseconds recoveryBudget{8};
 /// More names than this would not fit on a message box.
 constexpr size_t mostNames = 10;
 
