@@ -62,35 +62,17 @@ TEST_F(CanvasKeys, pixelsOfAnAreaAreCopiedCutAndPasted) {
     pictureClipboard() = {};
 }
 
-TEST_F(CanvasKeys, pixelOperationsChangeTheAreaAndNothingElse) {
-    const Rect area{400, 110, 560, 300};
-    for (const char key : {'B', 'G', 'N', 'T'}) {
+TEST_F(CanvasKeys, eachPixelOperationHasItsKey) {
+    drag({400, 110}, {559, 299});
+    const TBitmap before = background();
+    for (const char key : {'B', 'G', 'N', 'T', 'F', 'L'}) {
         SCOPED_TRACE(key);
-        pressKey(VK_ESCAPE);
-        drag({area.left, area.top}, {area.right - 1, area.bottom - 1});
-        const TBitmap before = background();
         pressKey(static_cast<uint8_t>(key), ctrlKey);
-        size_t changedInside = 0;
-        for (int32_t y = 0; y < before.height(); ++y)
-            for (int32_t x = 0; x < before.width(); ++x) {
-                if (before.pixel(x, y) == document->background().pixel(x, y)) continue;
-                ASSERT_TRUE(area.contains({x, y})) << x << ", " << y;
-                ++changedInside;
-            }
-        EXPECT_GT(changedInside, 1000U);
-        pressKey('Z', ctrlKey);
-        EXPECT_TRUE(samePixels(before, document->background()));
-    }
-    // Fill and glow wait for their colour.
-    for (const char key : {'F', 'L'}) {
-        SCOPED_TRACE(key);
-        pressKey(VK_ESCAPE);
-        drag({area.left, area.top}, {area.right - 1, area.bottom - 1});
-        const TBitmap before = background();
-        pressKey(static_cast<uint8_t>(key), ctrlKey);
-        EXPECT_TRUE(samePixels(before, document->background()));
-        ASSERT_NE(floating("ColorPicker"), nullptr);
-        pressKey(VK_RETURN);  // the colour that has the focus
+        if (key == 'F' || key == 'L') {
+            EXPECT_TRUE(samePixels(before, document->background())) << "waits for its colour";
+            ASSERT_NE(floating("ColorPicker"), nullptr);
+            pressKey(VK_RETURN);  // the colour that has the focus
+        }
         EXPECT_FALSE(samePixels(before, document->background()));
         pressKey('Z', ctrlKey);
         EXPECT_TRUE(samePixels(before, document->background()));
@@ -135,6 +117,10 @@ TEST_F(CanvasKeys, annotationsAreMovedResizedOrderedAndToggled) {
     EXPECT_EQ(selected().shape.rectangle, (Rect{353, 160, 453, 210}));
     EXPECT_EQ(document->history().depth(), steps + 1) << "moves in a row are one step";
     pressKey(VK_LEFT, ctrlKey);
+    EXPECT_EQ(selected().shape.rectangle, (Rect{353, 160, 452, 210}));
+    const Rect label = selected().text.rectangle;
+    pressKey(VK_LEFT, altKey);
+    EXPECT_EQ(selected().text.rectangle, label.moved(-1, 0)) << "the label alone";
     EXPECT_EQ(selected().shape.rectangle, (Rect{353, 160, 452, 210}));
     pressKey(VK_DOWN, ctrlKey | altKey);
     EXPECT_EQ(document->annotations().indexOf(second), 0U);

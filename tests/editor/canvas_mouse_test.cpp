@@ -78,9 +78,25 @@ TEST_F(CanvasMouse, eachToolMakesWhatItsNameSays) {
         EXPECT_EQ(shapes()[0].text.isVisible(), expected.text);
         EXPECT_EQ(shapes()[0].line.isVisible(), expected.line);
         EXPECT_EQ(shapes()[0].text.text, expected.text ? "words" : "");
-        test::pressKey(VK_DELETE);
-        ASSERT_TRUE(shapes().empty());
+        EXPECT_EQ(shapes()[0].number.number, 1);
+        const TBBShape made = shapes()[0];
+        form->undo();
+        ASSERT_TRUE(shapes().empty()) << "drawing and its text are one step";
+        form->redo();
+        EXPECT_EQ(shapes()[0], made);
+        test::pressKey(VK_ESCAPE);
+        form->setTool(expected.tool);
+        clickAt({60, 500});
+        form->finishEditing();
+        ASSERT_EQ(shapes().size(), 1U) << "a click makes nothing that stays";
+        while (document->history().canUndo()) form->undo();
     }
+    form->setTool(EditTool::TextPen);
+    drag({200, 200}, {300, 240});
+    form->finishEditing();
+    ASSERT_EQ(shapes().size(), 1U);
+    EXPECT_EQ(shapes()[0].shape.settings.kind, ShapeKind::Drawing);
+    form->undo();
     for (const EditTool tool : {EditTool::WindowSelector, EditTool::TextShapeEllipse}) {
         form->setTool(tool);
         drag({820, 150}, {900, 250});
@@ -128,6 +144,21 @@ TEST_F(CanvasMouse, aDragOutOfTheViewScrollsOnAndOn) {
         pump();
     }
     EXPECT_EQ(-form->inView({0, 0, 1, 1}).top, rest) << "the timer has ended with the drag";
+}
+
+TEST_F(CanvasMouse, escTakesADragBackAndNothingScrollsAnyMore) {
+    draw({300, 250, 400, 320});
+    const int32_t height = canvas()->GetClientSize().y;
+    mousePress(*canvas(), 350, 285);
+    const wxPoint outside = canvas()->ClientToScreen(wxPoint(350, height + 40));
+    SetCursorPos(outside.x, outside.y);
+    mouseMove(*canvas(), 350, height + 40);
+    ASSERT_TRUE(pumpUntil([this] { return form->inView({0, 0, 1, 1}).top < 0; }, "scrolling"));
+    test::pressKey(VK_ESCAPE);
+    EXPECT_EQ(selected().shape.rectangle, (Rect{300, 250, 400, 320}));
+    ASSERT_TRUE(pumpUntil([this] { return !canvas()->HasCapture(); }, "the end of the timer"));
+    mouseRelease(*canvas(), 350, 100);
+    EXPECT_EQ(selected().shape.rectangle, (Rect{300, 250, 400, 320}));
 }
 
 TEST_F(CanvasMouse, aDragThatLosesTheMouseKeepsWhatItDid) {
@@ -190,7 +221,9 @@ TEST_F(CanvasMouse, panelsShowTheSelectedAnnotationAndChangeIt) {
         event.SetEventObject(&slider);
         slider.ProcessWindowEvent(event);
     };
-    slide(*opacity, 30);
+    const size_t steps = document->history().depth();
+    for (const int value : {80, 50, 30}) slide(*opacity, value);
+    EXPECT_EQ(document->history().depth(), steps + 1) << "one pull";
     slide(*width, 7);
     EXPECT_EQ(selected().shape.settings.opacity, 30);
     EXPECT_EQ(selected().line.settings.width, 7);
@@ -282,8 +315,10 @@ TEST_F(CanvasMouse, tenThousandRandomEventsRaiseNoAssertion) {
         return low + static_cast<int>(random() % static_cast<unsigned>(high - low + 1));
     };
     HWND window = canvas()->GetHWND();
-    constexpr WPARAM keys[] = {VK_ESCAPE, VK_TAB,    VK_INSERT, VK_DELETE, VK_LEFT, VK_RIGHT, VK_UP,
-                               VK_DOWN,   VK_RETURN, '1',       '2',       '3',     '4'};
+    constexpr uint8_t keys[] = {VK_ESCAPE, VK_TAB,    VK_INSERT, VK_DELETE, VK_LEFT, VK_RIGHT, VK_UP,
+                                VK_DOWN,   VK_RETURN, '1',       '2',       '3',     '4'};
+    // None that opens a window of its own.
+    constexpr uint8_t controlKeys[] = {'A', 'B', 'C', 'G', 'I', 'N', 'R', 'T', 'V', 'X', 'Y', 'Z', VK_LEFT, VK_DOWN};
     for (int i = 0; i < 10000; ++i) {
         const LPARAM at = MAKELPARAM(any(-20, 800), any(-20, 700));
         switch (any(0, 9)) {
@@ -295,7 +330,13 @@ TEST_F(CanvasMouse, tenThousandRandomEventsRaiseNoAssertion) {
                 SendMessageW(window, WM_LBUTTONUP, 0, at);
                 break;
             case 3:
-                SendMessageW(window, WM_KEYDOWN, keys[random() % std::size(keys)], 1);
+                // A real key costs as much as a hundred messages.
+                if (any(0, 3) != 0)
+                    SendMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, at);
+                else if (any(0, 2) == 0)
+                    test::pressKey(controlKeys[random() % std::size(controlKeys)], test::ctrlKey);
+                else
+                    test::pressKey(keys[random() % std::size(keys)], any(0, 3) == 0 ? test::shiftKey : 0);
                 break;
             case 4:
                 form->setTool(static_cast<EditTool>(any(0, 9)));
@@ -305,7 +346,7 @@ TEST_F(CanvasMouse, tenThousandRandomEventsRaiseNoAssertion) {
                              MAKEWPARAM(any(0, 9) == 0 ? MK_CONTROL : 0, any(0, 1) == 0 ? 120 : -120), at);
                 break;
             case 6:
-                form->executeCommand(static_cast<EditCommand>(any(2, 25)));
+                form->executeCommand(static_cast<EditCommand>(any(8, 25)));
                 break;
             default:
                 SendMessageW(window, WM_MOUSEMOVE, MK_LBUTTON, at);

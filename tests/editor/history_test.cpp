@@ -79,16 +79,28 @@ AnnotationId anyAnnotation(const CaptureDocument& capture, Random& random) {
     return capture.annotations()[static_cast<size_t>(between(random, 0, last))].id();
 }
 
+/// Any operation on a rectangle, an ellipse or a free-form area, also at the picture's edges.
 std::unique_ptr<UndoCommand> randomPixels(const CaptureDocument& capture, Random& random) {
     const Size size = capture.size();
     const int32_t left = between(random, 0, size.width - 1);
     const int32_t top = between(random, 0, size.height - 1);
-    TBitmap pixels =
-        capture.background()
-            .cropped({left, top, between(random, left + 1, size.width), between(random, top + 1, size.height)})
-            .take();
-    for (uint8_t& byte : pixels.bytes()) byte = static_cast<uint8_t>(byte * 3 + 1);
-    return pixelsAt({left, top}, std::move(pixels));
+    PixelSelection framed;
+    framed.rectangle = {left, top, between(random, left, size.width - 1), between(random, top, size.height - 1)};
+    if (between(random, 0, 2) == 0) framed.outline = PixelSelection::Outline::ellipse;
+    const Rect inside{left, top, framed.rectangle.right + 1, framed.rectangle.bottom + 1};
+    const Region around = Region::rectangle(inside).invertedWithin(capture.background().bounds());
+    const Region* free = between(random, 0, 2) == 0 && !around.empty() ? &around : nullptr;
+    const TBitmap& image = capture.background();
+    const auto colour = static_cast<Colour>(between(random, 0, 0xFFFFFF));
+    const auto kind = static_cast<PixelOperationKind>(between(random, 1, 6));
+    Result<TPixelOperation> operation = kind == PixelOperationKind::fill ? makeFill(image, free, &framed, colour)
+                                        : kind == PixelOperationKind::glow
+                                            ? makeGlow(image, free, &framed, colour)
+                                            : applyEffect(static_cast<int32_t>(kind), image, free, &framed, 25);
+    // An ellipse of a few pixels may be empty.
+    if (!operation) operation = makeFill(image, nullptr, &framed, colour);
+    if (!operation) return pixelsAt({left, top}, page(1, 1, 1));
+    return std::make_unique<DrawOperation>(operation.take());
 }
 
 std::unique_ptr<UndoCommand> randomCrop(const CaptureDocument& capture, Random& random) {
@@ -157,14 +169,16 @@ TEST(History, everyStepBringsBackExactlyTheStateBeforeAndAfterIt) {
         SCOPED_TRACE(seed);
         Random random(seed);
         const auto capture = document(160, 120);
+        const Gesture dragging = capture->newGesture();
         std::vector<State> states;
         states.push_back(stateOf(*capture));
         for (int step = 0; step < 120; ++step) {
-            const size_t at = capture->history().depth();
             const int32_t choice = between(random, 0, 9);
             if (choice < 6) {
-                ASSERT_TRUE(capture->run(randomCommand(*capture, random)));
-                states.resize(at + 1);
+                const Gesture gesture = between(random, 0, 1) == 0 ? dragging : 0;
+                ASSERT_TRUE(capture->run(randomCommand(*capture, random), gesture));
+                // A step of its own, or a longer last one.
+                states.resize(capture->history().depth());
                 states.push_back(stateOf(*capture));
             } else if (choice < 8) {
                 ASSERT_TRUE(capture->undo());
