@@ -29,7 +29,12 @@ int32_t grabForeground(const CommandArguments& arguments) {
         return 0;
     }
     prepareMainEditor();
-    deliverPixels(std::move(payload->url), std::move(payload->title), picture.take(), payload->action);
+    Delivery delivery;
+    delivery.url = std::move(payload->url);
+    delivery.title = std::move(payload->title);
+    delivery.bitmap = picture.take();
+    delivery.action = playDeliverySound(payload->action);
+    deliverPixels(std::move(delivery));
     return 1;
 }
 

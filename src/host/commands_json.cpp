@@ -6,11 +6,9 @@
 #include <optional>
 #include <string>
 
-#include "capture/capture_options.h"
 #include "capture/tile_join.h"
 #include "capture/window_grab.h"
 #include "common/json.h"
-#include "common/sound.h"
 #include "glimmerpad.h"
 #include "host/delivery.h"
 #include "host/host_commands.h"
@@ -20,7 +18,6 @@
 #include "host/start_rules.h"
 #include "host/uProgram.h"
 #include "settings/message_box.h"
-#include "settings/settings.h"
 
 namespace glimmer {
 
@@ -59,23 +56,19 @@ int32_t captureDone(const JsonObject& parameters) {
     hostState().captureTiles.clear();
     if (!page.joinable() || tiles.empty() || !ensureProgram()) return 0;
     prepareMainEditor();
-    const CaptureOptions options = CaptureOptions::load(settings());
-    if (options.playSound) playSound(Sound::Capture);
+    playDeliverySound();
     Result<TBitmap> joined = joinTiles(page, std::move(tiles), GetSystemMetrics(SM_CXVSCROLL));
     if (!joined) {
         showError(joined.message());
         return 0;
     }
-    const Size output = options.outputFor(joined->size());
     Delivery delivery;
     delivery.url = std::move(page.url);
     delivery.title = std::move(page.title);
     delivery.tag = std::move(page.key);
     delivery.bitmap = joined.take();
     delivery.action = splitCaptureCode(page.action).action;
-    delivery.width = output.width;
-    delivery.height = output.height;
-    deliver(std::move(delivery));
+    deliverPixels(std::move(delivery));
     return 1;
 }
 
@@ -84,13 +77,11 @@ int32_t captureFromPayload(std::string_view json) {
     std::optional<CapturePayload> payload = readCapturePayload(json);
     if (!payload || payload->image.empty() || !ensureProgram()) return 0;
     prepareMainEditor();
-    const CaptureCode code = splitCaptureCode(payload->action);
-    if (!code.silent && CaptureOptions::load(settings()).playSound) playSound(Sound::Capture);
     Delivery delivery;
     delivery.url = std::move(payload->url);
     delivery.title = std::move(payload->title);
     delivery.png = payload->image;
-    delivery.action = code.action;
+    delivery.action = playDeliverySound(payload->action);
     delivery.width = payload->width;
     delivery.height = payload->height;
     deliver(std::move(delivery));

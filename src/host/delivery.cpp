@@ -17,19 +17,21 @@ void deliver(Delivery delivery) {
                             static_cast<uint32_t>(delivery.action), delivery.width, delivery.height);
 }
 
-void deliverPixels(std::string url, std::string title, TBitmap bitmap, int32_t code) {
-    const CaptureOptions options = CaptureOptions::load(settings());
-    const Size output = options.outputFor(bitmap.size());
-    const CaptureCode parts = splitCaptureCode(code);
-    if (options.playSound && !parts.silent) playSound(Sound::Capture);
-    Delivery delivery;
-    delivery.url = std::move(url);
-    delivery.title = std::move(title);
-    delivery.bitmap = std::move(bitmap);
-    delivery.action = parts.action;
+void deliverPixels(Delivery delivery) {
+    const Size output = CaptureOptions::load(settings()).outputFor(delivery.bitmap->size());
     delivery.width = output.width;
     delivery.height = output.height;
     deliver(std::move(delivery));
+}
+
+void playDeliverySound() {
+    if (CaptureOptions::load(settings()).playSound) playSound(Sound::Capture);
+}
+
+int32_t playDeliverySound(int32_t code) {
+    const CaptureCode parts = splitCaptureCode(code);
+    if (!parts.silent) playDeliverySound();
+    return parts.action;
 }
 
 void prepareMainEditor() {

@@ -25,9 +25,13 @@ struct Delivery {
 /// Hands a capture over.
 void deliver(Delivery delivery);
 
-/// Hands over pixels that were just taken: they are brought to the output size of the capture options, the capture
-/// sound plays if the options want it and `code` has no 100 in it, and the action is the code modulo 100.
-void deliverPixels(std::string url, std::string title, TBitmap bitmap, int32_t code);
+/// The same for pixels, which are brought to the output size of the capture options.
+void deliverPixels(Delivery delivery);
+
+/// Plays the capture sound if the capture options want it for what hosts deliver.
+void playDeliverySound();
+/// The same for a capture code, which may ask for silence; answers the action in it.
+int32_t playDeliverySound(int32_t code);
 
 /// Makes the main editor window unless the application is hidden.
 void prepareMainEditor();

@@ -92,9 +92,13 @@ void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title,
         if (shutdownWaits()) return;
         std::optional<DrawingSurface>& pending = hostState().pendingBitmap;
         if (!pProgram || !pending) return;
-        TBitmap bitmap = std::move(*pending).takeBitmap();
+        Delivery delivery;
+        delivery.url = hostText(url);
+        delivery.title = hostText(title);
+        delivery.bitmap = std::move(*pending).takeBitmap();
+        delivery.action = playDeliverySound(code);
         pending.reset();
-        deliverPixels(hostText(url), hostText(title), std::move(bitmap), code);
+        deliverPixels(std::move(delivery));
     });
 }
 

@@ -192,15 +192,32 @@ TEST_F(Captures, CodesFromAHundredOnAreSilent) {
         int32_t code;
         int sounds;
         bool encoded;
+        std::vector<std::wstring> dialogs;
     };
-    for (const Case& c : {Case{6, 1, false}, Case{9, 1, true}, Case{99, 1, false}, Case{100 + 6, 0, false},
-                          Case{109, 0, true}, Case{209, 0, true}, Case{111, 0, false}, Case{-9, 1, false}}) {
+    const std::wstring noUpload = L"Information: Uploading is not part of this version yet.";
+    const std::wstring noPrint = L"Information: Printing is not part of this version yet.";
+    const std::vector<Case> cases = {
+        {6, 1, false, {}},
+        {9, 1, true, {}},
+        {99, 1, false, {}},
+        {100 + 6, 0, false, {}},
+        {109, 0, true, {}},
+        {209, 0, true, {}},
+        {111, 0, false, {}},
+        {-9, 1, false, {}},
+        {GLIMMERPAD_UPLOAD, 1, false, {noUpload}},
+        {105, 0, false, {noUpload}},
+        {GLIMMERPAD_PRINT, 1, false, {noPrint}},
+        {107, 0, false, {noPrint}},
+    };
+    for (const Case& c : cases) {
         startController();
         ASSERT_NE(lendSurface(4, 4), nullptr);
         host_.hostFinishCapture(L"http://a/", L"T", c.code);
         EXPECT_EQ(takeSounds(), c.sounds) << c.code;
         EXPECT_EQ(!host_.encodedContent().empty(), c.encoded) << c.code;
-        EXPECT_TRUE(host_.resumeAvailable());
+        EXPECT_EQ(takeDialogs(), c.dialogs) << c.code;
+        EXPECT_TRUE(host_.resumeAvailable()) << c.code;
         host_.hostShutdown();
     }
     setCaptureOptions("chkPlaySound=0\n");

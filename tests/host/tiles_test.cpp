@@ -111,8 +111,9 @@ protected:
         }
     }
     /// "captureDone" with encoding as its action; the picture of it.
-    [[nodiscard]] RgbPicture join(const std::string& members) const {
-        EXPECT_EQ(host_.json(L"captureDone", "{\"action\":9," + members + "}"), 1) << members;
+    [[nodiscard]] RgbPicture join(const std::string& members, int32_t code = GLIMMERPAD_ENCODE_IMAGE) const {
+        EXPECT_EQ(host_.json(L"captureDone", "{\"action\":" + std::to_string(code) + "," + members + "}"), 1)
+            << members;
         return encodedPicture();
     }
     static RgbPicture page(uint32_t left, uint32_t top, uint32_t width, uint32_t height) {
@@ -165,8 +166,10 @@ TEST_F(Tiles, APageOfTwoByTwoPiecesIsJoinedAtItsEdges) {
 
     grab(browser, {{0, 0}, {80, 0}, {0, 60}, {80, 60}});
     EXPECT_EQ(join(R"("width":200,"height":150,"cw":120,"ch":90,"rows":2,"cols":2,"crop":1,"cropLeft":30,)"
-                   R"("cropTop":20,"cropRight":190,"cropBottom":100)"),
+                   R"("cropTop":20,"cropRight":190,"cropBottom":100)",
+                   GLIMMERPAD_ENCODE_IMAGE + GLIMMERPAD_SILENT),
               page(30, 20, 160, 80));
+    EXPECT_EQ(takeSounds(), 1) << "on this way the hundred asks for nothing";
 }
 
 TEST_F(Tiles, AZoomedPageIsCountedInPixels) {
