@@ -82,7 +82,10 @@ void TProgram::closeWindows() {
 void TProgram::prepareMainEditor() {
     if (pMainEditor != nullptr) return;
     pMainEditor = new TMainEditor();
-    pMainEditor->setCommands({{}, [this] { showOptions(); }, [this] { tellResumeState(); }});
+    pMainEditor->setCommands({{},
+                              [this] { showOptions(); },
+                              [this] { tellResumeState(); },
+                              [this](const std::string& url) { openPage(url); }});
 }
 
 void TProgram::offerRecovered() {
@@ -213,6 +216,7 @@ void TProgram::warnInFront(const std::string& text) {
 void TProgram::refuse(const std::string& text) {
     warnInFront(text);
     ++refusedCount_;
+    debugRemark("refused, number " + std::to_string(refusedCount_));
 }
 
 void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
@@ -270,6 +274,7 @@ void TProgram::followUp(CaptureAction action) {
     if (edit && hidden_ && pMainEditor->displayState() == DisplayState::Away) {
         pMainEditor->setDisplayState(DisplayState::Shown);
         pMainEditor->applyDisplayState();
+        hidden_ = false;
     }
     const bool mayShow = !hidden_ && !isStandalone();
     if (pMainEditor->displayState() == DisplayState::Held || (edit && !mayShow)) return;
@@ -290,7 +295,7 @@ void TProgram::offerIntegration() {
     if (showMessage(question) == MessageAnswer::Yes) integrateIntoIE();
 }
 
-void TProgram::integrateIntoIE() { notifyHost("openURL", std::string(vendorSite) + "/internet-explorer.htm"); }
+void TProgram::integrateIntoIE() { openPage(std::string(vendorSite) + "/internet-explorer.htm"); }
 
 bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && pMainEditor->editorCount() > 0; }
 
@@ -349,14 +354,21 @@ bool TProgram::storeEncodedContent(const std::string& base64Text) {
     return refusedCount_ == refusedBefore;
 }
 
-void TProgram::hideApplication() {
-    Message question{"The windows of the program will be hidden. Its icon in the notification area brings them back.",
-                     "Hiding Vistrane", MessageIcon::Information, MessageButtons::OkCancel};
-    if (showRemembered("cmbHideBeforeNavigation", std::move(question)) == MessageAnswer::Cancel) return;
+void TProgram::openPage(const std::string& url) {
+    if (!isStandalone() && pMainEditor != nullptr && pMainEditor->IsShown()) offerHiding();
+    notifyHost("openURL", url);
+}
+
+void TProgram::offerHiding() {
+    const Message question{
+        "The page will be opened in the browser, which the editor may cover.\nWould you like to hide "
+        "the editor? Its captures stay open, and the browser brings it back.",
+        "Hiding Vistrane", MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::Yes};
+    if (showRemembered("cmbHideBeforeNavigation", question) != MessageAnswer::Yes || pMainEditor == nullptr) return;
     hidden_ = true;
-    if (pMainEditor == nullptr) return;
     pMainEditor->setDisplayState(DisplayState::Away);
     pMainEditor->applyDisplayState();
+    tellResumeState();
 }
 
 void TProgram::restoreApplication() {

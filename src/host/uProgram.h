@@ -90,8 +90,9 @@ public:
     /// Opens the picture in a base64 text as a capture; whether that worked.
     bool storeEncodedContent(const std::string& base64Text);
 
-    /// Hides all windows, after a question that the user can switch off; captures then stay in the background.
-    void hideApplication();
+    /// Opens a web page in the browser. One that is the host is asked to, and the main window hides before if the user,
+    /// who is asked, wants to see the page; captures then stay in the background until one is to be edited.
+    void openPage(const std::string& url);
     /// Shows everything again (`mnuContinue`).
     void restoreApplication();
 
@@ -109,7 +110,6 @@ public:
     [[nodiscard]] int32_t refusedCount() const { return refusedCount_; }  ///< refused for lack of memory
     [[nodiscard]] bool captureWasEmpty() const { return emptyCapture_; }
     [[nodiscard]] bool hidden() const { return hidden_; }
-    void setHidden(bool hidden) { hidden_ = hidden; }
     void skipNextCapture() { skipNext_ = true; }
     [[nodiscard]] const std::string& addonVersion() const { return addonVersion_; }
 
@@ -124,6 +124,7 @@ private:
     void refuse(const std::string& text);
     void runAction(CaptureDocument& document, CaptureAction action);
     void followUp(CaptureAction action);
+    void offerHiding();
 
     std::string addonVersion_;
     ProgramSeams seams_;

@@ -201,9 +201,12 @@ void TMainEditor::tbtnAboutClick() {
     showMessage(about);
 }
 
-void TMainEditor::tbtnTweetClick() { notifyHost("openURL", std::string(vendorSite) + "/tweet.htm"); }
+void TMainEditor::openPage(const std::string& page) {
+    if (commands_.openPage) commands_.openPage(vendorSite + page);
+}
 
-void TMainEditor::tbtnVoteClick() { notifyHost("openURL", std::string(vendorSite) + "/vote-" + hostCode() + ".htm"); }
+void TMainEditor::tbtnTweetClick() { openPage("/tweet.htm"); }
+void TMainEditor::tbtnVoteClick() { openPage("/vote-" + hostCode() + ".htm"); }
 
 // --- leaving ------------------------------------------------------------------------------------------------------
 

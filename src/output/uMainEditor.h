@@ -116,6 +116,7 @@ public:
         std::function<void(const Documents&)> upload;
         std::function<void()> options;
         std::function<void()> hidden;  ///< after the window was put away by the user
+        std::function<void(const std::string& url)> openPage;
     };
     void setCommands(Commands commands) { commands_ = std::move(commands); }
 
@@ -159,6 +160,7 @@ private:
     // Commands (main_editor_commands.cpp)
     void setTool(EditTool tool, const char* button);
     void afterOutput(const char* done);
+    void openPage(const std::string& page);  ///< of the vendor's site
     bool leave(bool confirmed);
     [[nodiscard]] bool confirmUnsaved(const Documents& documents);
     bool saveProject(bool askForName);

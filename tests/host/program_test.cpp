@@ -1,0 +1,210 @@
+// The program controller by itself: what it refuses, what it counts, how it stands towards its window.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/host_kind.h"
+#include "host/screen_area.h"
+#include "host/uProgram.h"
+#include "output/saver_fixture.h"
+#include "output/uMainEditor.h"
+
+namespace glimmer {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+std::vector<std::string> asked;  // of the host
+
+class Program : public SaverTest {
+protected:
+    void SetUp() override {
+        SaverTest::SetUp();
+        OptionsHolder().setOn("chkFirstPromotionIEIntegration", false);
+        start(HostKind::Firefox);
+    }
+    void TearDown() override {
+        end();
+        setNotifyHandler(nullptr);
+        setHostKind(HostKind::Standalone);
+        SaverTest::TearDown();
+    }
+    void start(HostKind kind) {
+        asked.clear();
+        setHostKind(kind);
+        setNotifyHandler(
+            [](const std::string& name, const std::string& value) { asked.push_back(name + " " + value); });
+        pProgram = std::make_unique<TProgram>("1.0", ProgramSeams{[this] { return memory_; },
+                                                                  [this](Size size) {
+                                                                      probed_ = size;
+                                                                      return room_;
+                                                                  }});
+        ASSERT_TRUE(pProgram->initialize());
+    }
+    static void end() {
+        if (!pProgram) return;
+        pProgram->closeWindows();
+        pProgram.reset();
+        EXPECT_TRUE(test::pumpUntil([] { return pMainEditor == nullptr; }));
+    }
+    /// A page of that size comes from the host.
+    static void take(CaptureAction action, Size size = {40, 30}, const std::string& url = "http://a/",
+                     const std::string& title = "Page") {
+        TBitmap picture = TBitmap::create(size.width, size.height, PixelFormat::Bgra32).take();
+        picture.fill(picture.bounds(), rgb(1, 2, 3));
+        pProgram->HandleCapture(url, title, "", std::nullopt, std::move(picture), static_cast<uint32_t>(action), 0, 0);
+    }
+    /// No picture comes, so that the program takes the screen.
+    static void takeNothing() {
+        pProgram->HandleCapture("", "", "", std::nullopt, std::nullopt, static_cast<uint32_t>(CaptureAction::Load), 0,
+                                0);
+    }
+    static size_t editors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
+    std::vector<std::string> takeTexts() {
+        std::vector<std::string> texts;
+        for (const Message& message : messages_.messages) texts.push_back(message.caption + ": " + message.text);
+        messages_.messages.clear();
+        return texts;
+    }
+
+    uint64_t memory_ = uint64_t{20000} * 1024;
+    bool room_ = true;
+    Size probed_;
+};
+
+TEST_F(Program, WithoutRoomForAnEditorTheCaptureIsRefusedAndTheRestStays) {
+    const std::string noRoom = "Warning: There is not enough memory to open this screenshot in the editor.";
+    const Rect screen = wholeScreen();
+    take(CaptureAction::Load, {40, screen.height() + 10});
+    EXPECT_EQ(probed_, (Size{screen.width(), screen.height() + 10}));
+    EXPECT_THAT(takeTexts(), IsEmpty());
+
+    room_ = false;
+    take(CaptureAction::EncodeImage);
+    EXPECT_THAT(takeTexts(), ElementsAre(noRoom));
+    takeNothing();
+    EXPECT_THAT(takeTexts(), ElementsAre(noRoom));
+    EXPECT_EQ(probed_, (Size{screen.width(), screen.height()})) << "the one monitor";
+    EXPECT_TRUE(pProgram->captureWasEmpty());
+    room_ = true;
+    memory_ -= 1;
+    take(CaptureAction::Save);
+    EXPECT_EQ(takeTexts().size(), 2U) << "of the guard";
+
+    EXPECT_EQ(pProgram->captureCount(), 4);
+    EXPECT_EQ(pProgram->refusedCount(), 3);
+    EXPECT_THAT(pProgram->encodedImage(), IsEmpty());
+    EXPECT_EQ(pProgram->savedPath(), "");
+    ASSERT_EQ(editors(), 1U);
+    EXPECT_EQ(pMainEditor->currentEditor()->background().pixel(39, 20), rgb(1, 2, 3));
+    EXPECT_THAT(asked, testing::Each("enableResumeMenu enable"));
+    EXPECT_EQ(asked.size(), 4U);
+}
+
+TEST_F(Program, TheNextCaptureIsSkippedOnce) {
+    pProgram->skipNextCapture();
+    take(CaptureAction::Load);
+    EXPECT_EQ(pProgram->captureCount(), 0);
+    EXPECT_THAT(asked, IsEmpty());
+    take(CaptureAction::Load);
+    EXPECT_EQ(editors(), 1U);
+}
+
+TEST_F(Program, ACaptureIsNamedAndStampedByItsPage) {
+    OptionsHolder().setOn("chkAddURL", true);
+    take(CaptureAction::Load);
+    OptionsHolder().setOn("chkAddURL", false);
+    OptionsHolder().setOn("chkAddTitle", true);
+    take(CaptureAction::Load, {40, 30}, "http://b/", "");
+    take(CaptureAction::Load, {40, 30}, "", "No address");
+    std::vector<std::string> seen;
+    for (const CaptureDocument* document : pMainEditor->allEditors()) {
+        seen.push_back(document->info().name);
+        for (const TBBShape& stamp : document->annotations()) seen.back() += ", stamped " + stamp.text.text;
+    }
+    EXPECT_THAT(seen, ElementsAre("Page, stamped http://a/", "Untitled, stamped ", "No address"));
+}
+
+TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
+    OptionsHolder().setOn("chkPlayPhotoSound", false);
+    OptionsHolder().setOn("chkAddMouseCursor", false);
+    OptionsHolder().setOn("chkStartFromScreen", false);
+    takeNothing();
+    EXPECT_FALSE(pProgram->captureWasEmpty()) << "there is an editor";
+    const TBitmap white = pMainEditor->currentEditor()->background().clone().take();
+    const Rect screen = wholeScreen();
+    EXPECT_EQ(white.size(), (Size{screen.width(), screen.height()}));
+    for (const Point at : {Point{0, 0}, Point{screen.width() - 1, screen.height() / 2}})
+        EXPECT_EQ(white.pixel(at.x, at.y), rgb(255, 255, 255));
+    // No such monitor: all of them.
+    OptionsHolder().setOn("chkStartFromScreen", true);
+    OptionsHolder().setNumber("spnSelectedCaptureSource", 1000);
+    takeNothing();
+    EXPECT_EQ(pMainEditor->currentEditor()->size(), white.size());
+}
+
+// In a browser: before a page opens in it, the editor may step aside.
+TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
+    pProgram->integrateIntoIE();
+    EXPECT_THAT(takeTexts(), IsEmpty()) << "there is nothing to hide";
+    take(CaptureAction::Edit);
+    ASSERT_TRUE(pMainEditor->IsShown());
+    const auto open = [this](test::RecordedMessages::Answer answer) {
+        asked.clear();
+        messages_.answers = {answer};
+        pMainEditor->tbtnTweetClick();
+        return asked;
+    };
+    const std::string page = "openURL https://www.glimmerpad.example/tweet.htm";
+    EXPECT_THAT(open({MessageAnswer::No}), ElementsAre(page));
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].caption, "Hiding Vistrane");
+    EXPECT_TRUE(pMainEditor->IsShown());
+    EXPECT_THAT(open({MessageAnswer::Yes, true}), ElementsAre("enableResumeMenu enable", page));
+    EXPECT_FALSE(pMainEditor->IsShown());
+    EXPECT_TRUE(pProgram->hidden());
+
+    take(CaptureAction::Load);
+    EXPECT_FALSE(pMainEditor->IsShown());
+    take(CaptureAction::Edit);
+    EXPECT_TRUE(pMainEditor->IsShown());
+    EXPECT_EQ(editors(), 3U);
+    messages_.messages.clear();
+    open({MessageAnswer::No});
+    EXPECT_THAT(takeTexts(), IsEmpty()) << "the answer was kept";
+    EXPECT_FALSE(pMainEditor->IsShown());
+    pProgram->resumeEditing();
+    EXPECT_TRUE(pMainEditor->IsShown());
+    take(CaptureAction::Load);
+    EXPECT_FALSE(pProgram->hidden());
+
+    // While a command of the window runs, it is left alone.
+    pMainEditor->Hide();
+    pMainEditor->setDisplayState(DisplayState::Held);
+    take(CaptureAction::Edit);
+    EXPECT_FALSE(pMainEditor->IsShown());
+    EXPECT_EQ(editors(), 5U);
+}
+
+TEST_F(Program, OnItsOwnItOpensPagesItselfAndStaysInTheBackground) {
+    end();
+    start(HostKind::Standalone);
+    take(CaptureAction::Load);
+    EXPECT_FALSE(pMainEditor->IsShown());
+    take(CaptureAction::Edit);
+    EXPECT_TRUE(pMainEditor->IsShown());
+    pMainEditor->tbtnVoteClick();
+    EXPECT_TRUE(pMainEditor->IsShown());
+    EXPECT_THAT(starts_.started,
+                ElementsAre(std::pair<std::string, std::string>("https://www.glimmerpad.example/vote-fx.htm", "")));
+    EXPECT_THAT(takeTexts(), IsEmpty());
+    EXPECT_THAT(asked, IsEmpty());
+}
+
+}  // namespace
+}  // namespace glimmer
