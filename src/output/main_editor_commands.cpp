@@ -126,7 +126,7 @@ void TMainEditor::btnUploadClick() {
 }
 
 void TMainEditor::btnPublishClick() {
-    if (TSaver().savePictures(selectedEditors(), SaveMode::Interactive)) afterOutput("Created successfully");
+    if (TSaver().savePictures(selectedEditors())) afterOutput("Created successfully");
 }
 
 void TMainEditor::btnCopyClick() {

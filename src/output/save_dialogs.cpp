@@ -95,9 +95,10 @@ struct Filter {
 };
 
 struct Question {
+    enum Kind { File, Folder } kind;
     const wchar_t* title;
     std::filesystem::path folder;
-    std::string name;  ///< with extension
+    std::string name;  ///< of the file, with extension
     std::string extension;
     std::span<const Filter> filters;
     UINT filter = 0;                        ///< from 0
@@ -109,6 +110,43 @@ struct Answer {
     UINT filter = 0;  ///< from 0
 };
 
+constexpr DWORD filterBox = 1;    // the dialog's own controls
+constexpr DWORD filterGroup = 2;  // with the label
+
+/// A dialog that asks for a file's name has a box for the filters; one that asks for a folder gets one.
+void offerFilters(IFileDialog& dialog, const Question& question) {
+    if (question.kind == Question::File) {
+        std::vector<COMDLG_FILTERSPEC> types;
+        for (const Filter& filter : question.filters) types.push_back({filter.text.c_str(), filter.pattern.c_str()});
+        dialog.SetFileTypes(static_cast<UINT>(types.size()), types.data());
+        dialog.SetFileTypeIndex(question.filter + 1);
+        dialog.SetDefaultExtension(toWide(question.extension.substr(1)).c_str());
+        dialog.SetFileName(toWide(question.name).c_str());
+        return;
+    }
+    ComObject<IFileDialogCustomize> customize;
+    if (FAILED(dialog.QueryInterface(__uuidof(IFileDialogCustomize), reinterpret_cast<void**>(customize.out()))))
+        return;
+    customize->StartVisualGroup(filterGroup, L"Save as type:");
+    customize->AddComboBox(filterBox);
+    for (UINT i = 0; i < question.filters.size(); ++i)
+        customize->AddControlItem(filterBox, i, question.filters[i].text.c_str());
+    customize->SetSelectedControlItem(filterBox, question.filter);
+    customize->EndVisualGroup();
+}
+
+UINT chosenFilter(IFileDialog& dialog, const Question& question) {
+    if (question.kind == Question::File) {
+        UINT index = 0;
+        return SUCCEEDED(dialog.GetFileTypeIndex(&index)) && index > 0 ? index - 1 : question.filter;
+    }
+    ComObject<IFileDialogCustomize> customize;
+    DWORD item = question.filter;
+    if (SUCCEEDED(dialog.QueryInterface(__uuidof(IFileDialogCustomize), reinterpret_cast<void**>(customize.out()))))
+        customize->GetSelectedControlItem(filterBox, &item);
+    return item < question.filters.size() ? item : question.filter;
+}
+
 std::optional<Answer> ask(const Question& question) {
     // Counted by the system; fails harmlessly in a thread that a host has made its own kind of.
     const bool initialized = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED));
@@ -119,20 +157,19 @@ std::optional<Answer> ask(const Question& question) {
         }
     } const leave{initialized};
 
-    ComObject<IFileSaveDialog> dialog;
-    if (FAILED(CoCreateInstance(__uuidof(FileSaveDialog), nullptr, CLSCTX_INPROC_SERVER, __uuidof(IFileSaveDialog),
-                                reinterpret_cast<void**>(dialog.out()))))
+    const bool file = question.kind == Question::File;
+    ComObject<IFileDialog> dialog;
+    if (FAILED(CoCreateInstance(file ? __uuidof(FileSaveDialog) : __uuidof(FileOpenDialog), nullptr,
+                                CLSCTX_INPROC_SERVER, __uuidof(IFileDialog), reinterpret_cast<void**>(dialog.out()))))
         return std::nullopt;
-    std::vector<COMDLG_FILTERSPEC> types;
-    for (const Filter& filter : question.filters) types.push_back({filter.text.c_str(), filter.pattern.c_str()});
-    dialog->SetTitle(question.title);
-    dialog->SetFileTypes(static_cast<UINT>(types.size()), types.data());
-    dialog->SetFileTypeIndex(question.filter + 1);
-    dialog->SetDefaultExtension(toWide(question.extension.substr(1)).c_str());
-    dialog->SetFileName(toWide(question.name).c_str());
+    offerFilters(*dialog.get(), question);
     DWORD flags = 0;
     dialog->GetOptions(&flags);
-    dialog->SetOptions(flags | FOS_OVERWRITEPROMPT | FOS_PATHMUSTEXIST | FOS_FORCEFILESYSTEM | FOS_NOREADONLYRETURN);
+    dialog->SetOptions(flags | FOS_PATHMUSTEXIST | FOS_FORCEFILESYSTEM |
+                       (file ? FOS_OVERWRITEPROMPT | FOS_NOREADONLYRETURN : FOS_PICKFOLDERS));
+    // After the options, which bring a title and a caption of their own.
+    dialog->SetTitle(question.title);
+    dialog->SetOkButtonLabel(L"&Save");
     ComObject<IShellItem> folder;
     if (SUCCEEDED(SHCreateItemFromParsingName(question.folder.c_str(), nullptr, __uuidof(IShellItem),
                                               reinterpret_cast<void**>(folder.out()))))
@@ -148,9 +185,8 @@ std::optional<Answer> ask(const Question& question) {
     if (FAILED(shown) || FAILED(dialog->GetResult(item.out())) ||
         FAILED(item->GetDisplayName(SIGDN_FILESYSPATH, &path)))
         return std::nullopt;
-    Answer answer{path, question.filter};
+    const Answer answer{path, chosenFilter(*dialog.get(), question)};
     CoTaskMemFree(path);
-    if (UINT index = 0; SUCCEEDED(dialog->GetFileTypeIndex(&index)) && index > 0) answer.filter = index - 1;
     return answer;
 }
 
@@ -158,14 +194,11 @@ class SystemSaveDialogs : public SaveDialogs {
 public:
     std::optional<PictureTarget> askPicture(const std::filesystem::path& folder, const std::string& name,
                                             PictureFormat format) override {
-        std::vector<Filter> filters;
-        for (const PictureFormatInfo& info : pictureFormats()) {
-            filters.push_back({toWide(info.filterText), L"*" + toWide(info.extension)});
-        }
+        const std::vector<Filter> filters = pictureFilters();
         PictureDialogEvents events;
         const std::string extension(extensionOf(format));
-        const auto answer = ask(
-            {L"Save Screenshot...", folder, name + extension, extension, filters, static_cast<UINT>(format), &events});
+        const auto answer = ask({Question::File, L"Save Screenshot...", folder, name + extension, extension, filters,
+                                 static_cast<UINT>(format), &events});
         if (!answer) return std::nullopt;
         // The filter decides the format, whatever the user typed behind the last dot.
         PictureTarget target{answer->path, static_cast<PictureFormat>(answer->filter)};
@@ -174,19 +207,34 @@ public:
         return target;
     }
 
+    std::optional<PictureTarget> askFolder(const std::filesystem::path& folder, PictureFormat format) override {
+        const std::vector<Filter> filters = pictureFilters();
+        const auto answer =
+            ask({Question::Folder, L"Save Screenshots to Disk", folder, {}, {}, filters, static_cast<UINT>(format)});
+        if (!answer) return std::nullopt;
+        return PictureTarget{answer->path, static_cast<PictureFormat>(answer->filter)};
+    }
+
     std::optional<std::filesystem::path> askProject(const std::filesystem::path& folder,
                                                     const std::string& name) override {
         const std::array<Filter, 1> filters{{{L"Glimmerpad Project file (*.gmp)", L"*.gmp"}}};
-        return withExtension(ask({L"Save Project as", folder, name + ".gmp", ".gmp", filters}), ".gmp");
+        return withExtension(ask({Question::File, L"Save Project as", folder, name + ".gmp", ".gmp", filters}), ".gmp");
     }
 
     std::optional<std::filesystem::path> askPage(const std::filesystem::path& folder,
                                                  const std::string& name) override {
         const std::array<Filter, 1> filters{{{L"Web page (*.html)", L"*.html"}}};
-        return withExtension(ask({L"Save HTML page as", folder, name + ".html", ".html", filters}), ".html");
+        return withExtension(ask({Question::File, L"Save HTML page as", folder, name + ".html", ".html", filters}),
+                             ".html");
     }
 
 private:
+    static std::vector<Filter> pictureFilters() {
+        std::vector<Filter> filters;
+        for (const PictureFormatInfo& info : pictureFormats())
+            filters.push_back({toWide(info.filterText), L"*" + toWide(info.extension)});
+        return filters;
+    }
     static std::optional<std::filesystem::path> withExtension(const std::optional<Answer>& answer,
                                                               std::string_view extension) {
         if (!answer) return std::nullopt;

@@ -8,9 +8,9 @@
 
 namespace glimmer {
 
-/// Where a picture shall be saved, and how.
+/// Where a picture, or several, shall be saved, and how.
 struct PictureTarget {
-    std::filesystem::path path;  ///< with the format's extension
+    std::filesystem::path path;  ///< of a file, with the format's extension, or of a folder
     PictureFormat format = PictureFormat::Png;
 };
 
@@ -21,6 +21,8 @@ public:
     virtual ~SaveDialogs() = default;
     virtual std::optional<PictureTarget> askPicture(const std::filesystem::path& folder, const std::string& name,
                                                     PictureFormat format) = 0;
+    /// One folder and format for several pictures; the target's path is the folder.
+    virtual std::optional<PictureTarget> askFolder(const std::filesystem::path& folder, PictureFormat format) = 0;
     virtual std::optional<std::filesystem::path> askProject(const std::filesystem::path& folder,
                                                             const std::string& name) = 0;
     virtual std::optional<std::filesystem::path> askPage(const std::filesystem::path& folder,

@@ -50,10 +50,20 @@ void checkDocuments(TSaver::Documents documents) {
     for (const CaptureDocument* pEditor : documents) GLIMMER_ASSERT(pEditor != nullptr, "pEditor!=NULL", "uSaver");
 }
 
-/// Asks for the JPEG quality; false when the user gives up.
-bool askJpegQuality() {
+/// What the user answered, once the quality is known that JPEG needs; nothing when the user gives up there.
+std::optional<PictureTarget> withQuality(std::optional<PictureTarget> answer) {
+    if (!answer || answer->format != PictureFormat::Jpeg) return answer;
     TJPEGSettings dialog(wxWindow::FindFocus() != nullptr ? wxGetTopLevelParent(wxWindow::FindFocus()) : nullptr);
-    return dialog.ShowModal() == wxID_OK;
+    return dialog.ShowModal() == wxID_OK ? answer : std::nullopt;
+}
+
+/// After a save that the user was asked about: folder and format are those of the next one, and the folder is offered.
+void finishSaving(const fs::path& saved, PictureFormat format) {
+    rememberSaveFolder(saved.parent_path());
+    settings().writeInteger(settingsSection(group::general), lastFormatKey, static_cast<int32_t>(format));
+    const Message question{"Would you like to open the target folder?\r\n", "Saved successfully", MessageIcon::Question,
+                           MessageButtons::YesNo, MessageAnswer::Yes};
+    if (showRemembered("cmbOpenFolderAfterSaving", question) == MessageAnswer::Yes) showInFolder(utf8FromPath(saved));
 }
 
 }  // namespace
@@ -127,8 +137,8 @@ std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode 
     const std::string name = nextDefaultName(document);
     PictureTarget target;
     if (mode == SaveMode::Interactive) {
-        const std::optional<PictureTarget> answer = saveDialogs().askPicture(lastSaveFolder(), name, lastFormat());
-        if (!answer || (answer->format == PictureFormat::Jpeg && !askJpegQuality())) return std::nullopt;
+        const auto answer = withQuality(saveDialogs().askPicture(lastSaveFolder(), name, lastFormat()));
+        if (!answer) return std::nullopt;
         target = *answer;
     } else {
         target.path = freePath(lastSaveFolder(), name, extensionOf(target.format));
@@ -142,21 +152,20 @@ std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode 
     }
     document.markSaved();
     debugRemark("saved " + utf8FromPath(target.path));
-    if (mode == SaveMode::Interactive) {
-        rememberSaveFolder(target.path.parent_path());
-        settings().writeInteger(settingsSection(group::general), lastFormatKey, static_cast<int32_t>(target.format));
-        const Message question{"Would you like to open the target folder?\r\n", "Saved successfully",
-                               MessageIcon::Question, MessageButtons::YesNo, MessageAnswer::Yes};
-        if (showRemembered("cmbOpenFolderAfterSaving", question) == MessageAnswer::Yes)
-            showInFolder(utf8FromPath(target.path));
-    }
+    if (mode == SaveMode::Interactive) finishSaving(target.path, target.format);
     return target.path;
 }
 
-bool TSaver::savePictures(Documents documents, SaveMode mode) {
-    for (CaptureDocument* document : documents)
-        if (!savePicture(*document, mode)) return false;
-    return !documents.empty();
+bool TSaver::savePictures(Documents documents) {
+    if (documents.empty()) return false;
+    if (documents.size() == 1) return savePicture(*documents.front(), SaveMode::Interactive).has_value();
+    const auto target = withQuality(saveDialogs().askFolder(lastSaveFolder(), lastFormat()));
+    if (!target) return false;
+    const std::optional<Paths> files = saveInto(target->path, documents, target->format);
+    if (!files) return false;
+    for (CaptureDocument* document : documents) document->markSaved();
+    finishSaving(files->front(), target->format);
+    return true;
 }
 
 std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents documents, PictureFormat format) {

@@ -39,8 +39,9 @@ public:
 
     /// The file written, or nothing when the user gave up or it failed.
     std::optional<std::filesystem::path> savePicture(CaptureDocument& document, SaveMode mode);
-    /// Each of them; false when the user gave up or one failed.
-    bool savePictures(Documents documents, SaveMode mode);
+    /// Interactively: one as above, several into one folder under their default names. Whether all were saved; of
+    /// several none is when the user gave up or one failed.
+    bool savePictures(Documents documents);
     /// One file each under its default name, never over an existing one; nothing when any of them failed, and then
     /// none is left.
     std::optional<Paths> saveInto(const std::filesystem::path& folder, Documents documents, PictureFormat format);

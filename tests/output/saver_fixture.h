@@ -38,6 +38,10 @@ public:
         if (path.empty()) return std::nullopt;
         return PictureTarget{path, format};
     }
+    std::optional<PictureTarget> askFolder(const std::filesystem::path& /*folder*/, PictureFormat /*format*/) override {
+        if (path.empty()) return std::nullopt;
+        return PictureTarget{path.parent_path(), format};
+    }
     std::optional<std::filesystem::path> askProject(const std::filesystem::path& /*folder*/,
                                                     const std::string& name) override {
         return given(name);

@@ -75,6 +75,16 @@ TEST_F(SavedPicture, EveryFormatIsReadByAnotherProgram) {
     ASSERT_TRUE(opened.ok()) << opened.message();
     EXPECT_EQ((*opened)[0]->annotations().size(), 2U);
     EXPECT_EQ((*opened)[0]->info().notes, "notes on see here");
+    // Without them, if the option says so: then the picture is all there is.
+    OptionsHolder().setOn("chkEmbedNativeInfo", false);
+    dialogs_.path = folder() / "plain.png";
+    dialogs_.format = PictureFormat::Png;
+    ASSERT_TRUE(saver_.savePicture(*document, SaveMode::Interactive));
+    const auto plain = openCaptures(dialogs_.path);
+    ASSERT_TRUE(plain.ok()) << plain.message();
+    EXPECT_EQ((*plain)[0]->annotations().size(), 0U);
+    EXPECT_EQ((*plain)[0]->info().notes, "");
+    EXPECT_TRUE(samePixels(flattenedOnWhite((*plain)[0]->background()).take(), expected));
 }
 
 TEST_F(SavedPicture, AfterwardsTheFolderIsOfferedAndTheAnswerKept) {
@@ -225,6 +235,44 @@ TEST_F(SaveDialogsTest, TheFilterChangesTheExtensionAndTheAnswerIsRemembered) {
     EXPECT_EQ(entriesOf(folder()), 1U);
 }
 
+// Several captures: one folder and format for all, names as in automatic saves, one question at the end.
+TEST_F(SaveDialogsTest, SeveralCapturesGoIntoOneFolder) {
+    std::vector<std::unique_ptr<CaptureDocument>> captures;
+    std::vector<CaptureDocument*> all;
+    for (const char* name : {"page", "page", "other"}) {
+        captures.push_back(capture(test::page(40, 30, PixelFormat::Bgr24, 4), name));
+        all.push_back(captures.back().get());
+    }
+    const fs::path start = folder() / "start";
+    fs::create_directories(start / "here");
+    settings().writeString(settingsSection(group::general), "LastSaveFolder", utf8FromPath(start));
+    const auto choose = [](const wchar_t* button) {
+        return DialogDriver::Step{L"Save Screenshots to Disk", [button](HWND dialog) {
+                                      if (filterBox(dialog) == nullptr) return false;
+                                      EXPECT_EQ(filterText(dialog, 0), L"Portable Network Graphics (*.png)");
+                                      chooseFilter(dialog, 3);
+                                      SendMessageW(nameField(dialog), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"here"));
+                                      return test::clickButton(dialog, button);
+                                  }};
+    };
+    {
+        const DialogDriver driver({choose(L"Cancel")});
+        EXPECT_FALSE(saver_.savePictures(all));
+    }
+    EXPECT_EQ(entriesOf(start / "here"), 0U);
+    EXPECT_TRUE(all[0]->modified());
+    messages_.answers = {{MessageAnswer::Yes}};
+    const DialogDriver driver({choose(L"Save")});
+    EXPECT_TRUE(saver_.savePictures(all));
+    for (const char* name : {"page.bmp", "page (2).bmp", "other.bmp"}) EXPECT_TRUE(fs::exists(start / "here" / name));
+    EXPECT_EQ(entriesOf(start / "here"), 3U);
+    for (const CaptureDocument* document : all) EXPECT_FALSE(document->modified());
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].caption, "Saved successfully");
+    ASSERT_EQ(starts_.started.size(), 1U);
+    EXPECT_EQ(starts_.started[0].second, "/select,\"" + utf8FromPath(start / "here" / "page.bmp") + "\"");
+}
+
 TEST_F(SaveDialogsTest, AsksBeforeItOverwrites) {
     const auto document = capture(test::page(40, 30, PixelFormat::Bgr24, 4), "page");
     settings().writeString(settingsSection(group::general), "LastSaveFolder", utf8FromPath(folder()));
@@ -292,6 +340,7 @@ protected:
 
 TEST_F(Project, TwentyCapturesComeBackAsTheyWere) {
     make(20);
+    OptionsHolder().setOn("chkEmbedNativeInfo", false);  // that is for pictures
     fs::path path = folder() / pathFromUtf8("project \xC3\xA9.gmp");
     ASSERT_TRUE(saver_.saveProject(all(), path, false));
     EXPECT_EQ(test::runTool("unzip -t " + test::quotedForTool(path)).code, 0);
