@@ -16,11 +16,13 @@
 
 #include "support/scratch_folder.h"
 #include "support/windows/host_fixture.h"
+#include "support/windows/mail_program.h"
 
 namespace glimmer::test {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
@@ -35,7 +37,8 @@ protected:
         HostTest::SetUp();
         // The user saved there last.
         const std::string folder = folder_.path().string();
-        host_.writeSettings(knownUser + "LastSaveFolder=" + folder + "\n");
+        host_.writeSettings(knownUser + "LastSaveFolder=" + folder + "\nedtWorkingFolderPath=" + work_.path().string() +
+                            "\n");
         host_.hostShutdown();
     }
     void take(int32_t action) const {
@@ -52,6 +55,7 @@ protected:
     }
 
     ScratchFolder folder_{"actions"};
+    ScratchFolder work_{"work"};
     const RgbPicture picture_ = patternPicture(123, 77, 3);
 };
 
@@ -115,51 +119,13 @@ TEST_F(Actions, TwoCopies) {
     EXPECT_EQ(shown, picture_);
 }
 
-/// What the mail program was handed: the layout of Simple MAPI with Unicode, as far as it is looked at.
-struct Mail {
-    struct File {
-        ULONG reserved, flags, position;
-        const wchar_t* path;
-        const wchar_t* name;
-        void* type;
-    };
-    struct Message {
-        ULONG reserved;
-        const wchar_t* subject;
-        const wchar_t* note;
-        const wchar_t *type, *date, *conversation;
-        ULONG flags;
-        void* originator;
-        ULONG recipientCount;
-        void* recipients;
-        ULONG fileCount;
-        const File* files;
-    };
-    static inline std::wstring subject;
-    static inline std::vector<Bytes> attachments;
-
-    static ULONG WINAPI send(ULONG_PTR, ULONG_PTR, const Message* message, ULONG, ULONG) {
-        subject = message->subject;
-        for (ULONG i = 0; i < message->fileCount; ++i) {
-            attachments.push_back(contentOf(message->files[i].path));
-            DeleteFileW(message->files[i].path);  // the program would keep it for a week
-        }
-        return 0;
-    }
-    static FARPROC WINAPI find(HMODULE module, LPCSTR name) {
-        const bool text = reinterpret_cast<uintptr_t>(name) > 0xFFFF;
-        if (text && std::strcmp(name, "MAPISendMailW") == 0)
-            return reinterpret_cast<FARPROC>(reinterpret_cast<void*>(&Mail::send));
-        return GetProcAddress(module, name);
-    }
-};
-
 TEST_F(Actions, ThreeMails) {
-    const ImportPatch patch(host_.module, "kernel32.dll", "GetProcAddress", &Mail::find);
+    const ScratchFolder sent("sent");
+    const MailProgram program(L"mail_recorder", sent.path());
     take(GLIMMERPAD_MAIL);
-    EXPECT_EQ(Mail::subject, L"Screenshots");
-    ASSERT_THAT(Mail::attachments, SizeIs(1));
-    EXPECT_EQ(pictureOf(Mail::attachments[0]), picture_);
+    const Bytes record = contentOf(sent.path() / "record");
+    EXPECT_THAT(std::string(record.begin(), record.end()), HasSubstr("subject Screenshots\n"));
+    EXPECT_EQ(pictureOf(contentOf(sent.path() / "1.attachment")), picture_);
     EXPECT_THAT(takeDialogs(), IsEmpty());
 }
 

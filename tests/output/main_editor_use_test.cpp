@@ -5,12 +5,12 @@
 #include <shlobj.h>
 
 #include "common/wide_text.h"
-#include "mail_program.h"
 #include "main_editor_fixture.h"
 #include "output/clipboard.h"
 #include "output/editable_png.h"
 #include "output/output_folders.h"
 #include "support/windows/dialog_driver.h"
+#include "support/windows/mail_program.h"
 
 // The main editor as it is used: mouse, keys, files dropped on it, and the ways to leave it.
 
@@ -205,9 +205,7 @@ protected:
 
 TEST_P(EveryWay, LeadsToTheSame) {
     const OutputCommand& command = GetParam();
-    const MailProgram program(L"mail_recorder");
-    SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder().c_str());
-    SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", L"0");
+    const test::MailProgram program(L"mail_recorder", folder());
     OptionsHolder().setNumber("cmbExitAfterSaving", 2);  // "Don't Exit"
     dialogs_.path = folder() / "picture.png";
     TMainEditor::Commands commands;

@@ -3,7 +3,6 @@
 
 #include "common/wide_text.h"
 #include "imaging/picture_file.h"
-#include "mail_program.h"
 #include "output/clipboard.h"
 #include "output/clipboard_formats.h"
 #include "output/mail.h"
@@ -11,6 +10,7 @@
 #include "output/working_folder.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
+#include "support/windows/mail_program.h"
 #include "support/windows/native_tool.h"
 
 // What the saver hands to other programs: the clipboard, the mail program, a web page.
@@ -19,6 +19,7 @@ namespace glimmer {
 namespace {
 
 namespace fs = std::filesystem;
+using test::MailProgram;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -120,14 +121,11 @@ class Mailing : public SaverTest {
 protected:
     void SetUp() override {
         SaverTest::SetUp();
-        SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder().c_str());
-        answer(0);
         for (const char* name : {"first", "zweite \xC3\xA4 \xE6\x97\xA5"}) {
             documents_.push_back(capture(test::page(40, 30, PixelFormat::Bgr24, 5), name));
             all_.push_back(documents_.back().get());
         }
     }
-    static void answer(int code) { SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", std::to_wstring(code).c_str()); }
     [[nodiscard]] std::string record() const {
         const auto bytes = readFile(folder() / "record", 1U << 20U);
         return bytes ? std::string(bytes->begin(), bytes->end()) : "nothing was sent";
@@ -139,7 +137,7 @@ protected:
 };
 
 TEST_F(Mailing, TheMailProgramGetsTheFilesWithTheirNames) {
-    const MailProgram program(L"mail_recorder");
+    const MailProgram program(L"mail_recorder", folder());
     ASSERT_TRUE(saver_.sendByMail(all_));
     EXPECT_EQ(record(), "MAPISendMailW\nsubject Screenshots\nnote " + mailFooter() +
                             "\nflags 9\nfile first.png\nfile zweite "
@@ -155,7 +153,7 @@ TEST_F(Mailing, TheMailProgramGetsTheFilesWithTheirNames) {
 
 // One that knows only the old entry point finds the files by names that its code page has.
 TEST_F(Mailing, AnOldMailProgramGetsTheFilesToo) {
-    const MailProgram program(L"mail_recorder_ansi");
+    const MailProgram program(L"mail_recorder_ansi", folder());
     ASSERT_TRUE(saver_.sendByMail(all_));
     EXPECT_THAT(record(), HasSubstr("MAPISendMail\nsubject Screenshots\n"));
     EXPECT_THAT(record(), HasSubstr("file first.png\n"));
@@ -163,8 +161,7 @@ TEST_F(Mailing, AnOldMailProgramGetsTheFilesToo) {
 }
 
 TEST_F(Mailing, AUserWhoGivesUpIsNotTroubled) {
-    const MailProgram program(L"mail_recorder");
-    answer(1);  // MAPI_E_USER_ABORT
+    const MailProgram program(L"mail_recorder", folder(), 1);  // MAPI_E_USER_ABORT
     EXPECT_FALSE(saver_.sendByMail(all_));
     EXPECT_TRUE(messages_.messages.empty());
     EXPECT_TRUE(starts_.started.empty());
@@ -179,8 +176,7 @@ TEST_F(Mailing, WithoutAMailProgramTheFilesAreShown) {
     for (const auto& one : cases) {
         messages_.messages.clear();
         starts_.started.clear();
-        const MailProgram program(one.library);
-        answer(one.answer);
+        const MailProgram program(one.library, folder(), one.answer);
         EXPECT_FALSE(saver_.sendByMail(all_));
         ASSERT_EQ(messages_.messages.size(), 1U);
         EXPECT_EQ(messages_.messages[0].caption, "Error");
@@ -194,7 +190,7 @@ TEST_F(Mailing, WithoutAMailProgramTheFilesAreShown) {
 
 // A week later the next e-mail removes what the last ones left, and nothing that is somebody else's.
 TEST_F(Mailing, OldFilesOfTheProgramGoAtTheNextMail) {
-    const MailProgram program(L"mail_recorder");
+    const MailProgram program(L"mail_recorder", folder());
     ASSERT_TRUE(saver_.sendByMail(all_));
     const auto makeOld = [](const fs::path& path) {
         fs::last_write_time(path, fs::last_write_time(path) - std::chrono::hours(24 * 8));

@@ -1,22 +1,27 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <wx/msw/wrapwin.h>
+#include <windows.h>
 
+#include <filesystem>
 #include <string>
 
 #include "support/child_process.h"
 
-namespace glimmer {
+namespace glimmer::test {
 
-/// A mail program registered for this user's system while the object lives.
+/// A mail program registered for this user's system while the object lives: one of the recorders built of
+/// mail_recorder.cpp, or with an empty name none at all.
 class MailProgram {
 public:
-    explicit MailProgram(const std::wstring& library) {
+    /// It writes what it is handed into the folder and answers that number.
+    MailProgram(const std::wstring& library, const std::filesystem::path& folder, int answer = 0) {
+        SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder.c_str());
+        SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", std::to_wstring(answer).c_str());
         DWORD size = sizeof before_;
         hadOne_ =
             RegGetValueW(HKEY_LOCAL_MACHINE, clients, nullptr, RRF_RT_REG_SZ, nullptr, before_, &size) == ERROR_SUCCESS;
-        const std::wstring path = test::testProgram("").parent_path().wstring() + L"\\" + library + L".dll";
+        const std::wstring path = testProgram("").parent_path().wstring() + L"\\" + library + L".dll";
         if (!library.empty()) set(own, L"DLLPath", path);
         set(clients, L"", library.empty() ? L"" : L"Glimmerpad test");
     }
@@ -41,4 +46,4 @@ private:
     bool hadOne_ = false;
 };
 
-}  // namespace glimmer
+}  // namespace glimmer::test
