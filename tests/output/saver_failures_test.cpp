@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 
 #include "output/open_captures.h"
+#include "output/output_folders.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
 #include "support/windows/dialog_driver.h"
+#include "support/windows/native_tool.h"
 
 // What is left, and what is said, when a file cannot be written or the user stops it.
 
@@ -48,8 +50,6 @@ TEST_F(SaverFailure, PlacesThatCannotBeWritten) {
 
     const fs::path removed = scratch_.path() / "removed" / "a.png";  // the folder went while the dialog was up
     expectRefused(removed, cannotCreate(removed));
-    const fs::path drive = "Q:\\a.png";  // no such drive
-    expectRefused(drive, cannotCreate(drive));
 
     fs::path deep = folder();
     while (utf8FromPath(deep).size() < 220) deep /= "a folder of some length";
@@ -85,6 +85,16 @@ TEST_F(SaverFailure, ATargetThatAnotherProgramHasOpen) {
     EXPECT_TRUE(saver_.savePicture(*document_, SaveMode::Interactive)) << "the way is free now";
 }
 
+/// What files are written with while the object lives.
+struct WrittenBy {
+    explicit WrittenBy(FileWriter writer) { setFileWriter(writer); }
+    ~WrittenBy() { setFileWriter(nullptr); }
+    WrittenBy(const WrittenBy&) = delete;
+    WrittenBy& operator=(const WrittenBy&) = delete;
+    WrittenBy(WrittenBy&&) = delete;
+    WrittenBy& operator=(WrittenBy&&) = delete;
+};
+
 /// A disk with room for so many bytes.
 size_t roomLeft = 0;
 size_t writeUntilFull(const void* data, size_t size, size_t count, std::FILE* file) {
@@ -95,14 +105,10 @@ size_t writeUntilFull(const void* data, size_t size, size_t count, std::FILE* fi
 
 // Every kind of file, with room for its beginning: the old file stays as it was, nothing is left beside it.
 TEST_F(SaverFailure, AFullDisk) {
-    struct FullDisk {
-        FullDisk() { setFileWriter(writeUntilFull); }
-        ~FullDisk() { setFileWriter(nullptr); }
-    };
     const fs::path path = folder() / "a.png";
     const std::vector<uint8_t> old{4, 5, 6};
     ASSERT_TRUE(writeFile(path, old).ok());
-    const FullDisk full;
+    const WrittenBy fullDisk(writeUntilFull);
     for (const PictureFormat format :
          {PictureFormat::Png, PictureFormat::Gif, PictureFormat::Bmp, PictureFormat::Pdf}) {
         roomLeft = 1000;
@@ -132,6 +138,52 @@ TEST_F(SaverFailure, AFullDisk) {
     EXPECT_TRUE(document_->modified());
 }
 
+/// A drive letter of the Wine prefix for a folder, that can be taken away like a drive that is pulled out.
+class Drive {
+public:
+    explicit Drive(const fs::path& folder) {
+        inserted = this;
+        while (((GetLogicalDrives() >> static_cast<unsigned>(letter_ - 'A')) & 1U) != 0) --letter_;
+        EXPECT_EQ(test::runTool("ln -s " + test::quotedForTool(folder) + " " + link()).code, 0);
+    }
+    ~Drive() { pull(); }
+    Drive(const Drive&) = delete;
+    Drive& operator=(const Drive&) = delete;
+    Drive(Drive&&) = delete;
+    Drive& operator=(Drive&&) = delete;
+
+    [[nodiscard]] fs::path path() const { return std::string(1, letter_) + ":\\"; }
+    void pull() const { EXPECT_EQ(test::runTool("rm -f " + link()).code, 0); }
+    /// Pulls the drive out under a file that is being written.
+    static size_t pullAndWrite(const void* data, size_t size, size_t count, std::FILE* file) {
+        setFileWriter(nullptr);
+        inserted->pull();
+        return std::fwrite(data, size, count, file);
+    }
+
+private:
+    /// Beside that of drive C.
+    [[nodiscard]] std::string link() const {
+        return "\"$(dirname " + test::quotedForTool("C:\\") + ")/" + static_cast<char>(letter_ - 'A' + 'a') + ":\"";
+    }
+    static inline const Drive* inserted = nullptr;
+    char letter_ = 'Y';
+};
+
+TEST_F(SaverFailure, ADriveThatIsPulledOut) {
+    const std::vector<uint8_t> old{7, 8, 9};
+    const Drive drive(folder());
+    const fs::path path = drive.path() / "a.png";
+    ASSERT_TRUE(writeFile(path, old).ok());
+    EXPECT_TRUE(fs::exists(folder() / "a.png"));
+    {
+        const WrittenBy pulling(&Drive::pullAndWrite);
+        expectRefused(path, cannotCreate(path));
+    }
+    expectRefused(path, cannotCreate(path));
+    EXPECT_EQ(*readFile(folder() / "a.png", 10), old) << "what was there is whole when the drive comes back";
+}
+
 TEST_F(SaverFailure, FoldersThatCannotBeMade) {
     ASSERT_TRUE(writeFile(work(), std::vector<uint8_t>(1)).ok());  // a file stands in the way
     const auto refused = [this](char number, const char* name) {
@@ -142,6 +194,13 @@ TEST_F(SaverFailure, FoldersThatCannotBeMade) {
     messages_.messages.clear();
     EXPECT_FALSE(saver_.publish(all()));
     expectMessage(refused('2', "publish"));
+    messages_.messages.clear();
+    const fs::path copies = picturesFolder() / "Vistrane";
+    fs::remove_all(copies);
+    ASSERT_TRUE(writeFile(copies, std::vector<uint8_t>(1)).ok());
+    EXPECT_FALSE(saver_.saveForExternalEditor(all()));
+    fs::remove(copies);
+    expectMessage("[4] Failed to get access to folder \"" + utf8FromPath(copies) + "\"");
 }
 
 TEST_F(SaverFailure, AnExternalEditorThatDoesNotStart) {
