@@ -124,7 +124,13 @@ TEST_F(Commands, AByteIsAllThatIsWrittenForAFlag) {
         EXPECT_EQ(host_.execute(command, &bytes[1]), 1);
         EXPECT_THAT(bytes, ElementsAre(7, 0, 7));
     }
-    host_.writeSettings("[\\Software\\Glimmerpad for Firefox\\IECaptureOptions]\nchkPerformUpdateCheck=1\n");
+    {
+        const DialogRobot robot([](HWND form) {
+            EXPECT_TRUE(pressButton(form, L"Check for updates"));
+            EXPECT_TRUE(pressButton(form, L"OK"));
+        });
+        EXPECT_EQ(host_.execute(L"ieCaptureOptions"), 1);
+    }
     host_.hostShutdown();
     uint8_t flag = 0;
     EXPECT_EQ(host_.execute(L"getCheckForIEUpdates", &flag), 1);

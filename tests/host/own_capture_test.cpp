@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+#include <vector>
 
 #include "host/mouse_cursor.h"
 #include "host/own_capture.h"
@@ -60,15 +62,55 @@ TEST_F(OwnCapture, ThePointerComesWithItsTransparencyAndItsPlace) {
     EXPECT_EQ(pixel(27), (std::array<uint8_t, 2>{0, 255}));
 }
 
-TEST_F(OwnCapture, TheFlashOfLightLeavesTheScreenAsItWas) {
+/// Looks at the flash's window at its faintest, when it is about to go: where it is, and what the screen shows there.
+class FlashWatch {
+public:
+    FlashWatch() : hook_(SetWindowsHookExW(WH_CALLWNDPROC, &FlashWatch::look, nullptr, GetCurrentThreadId())) {
+        seen.clear();
+    }
+    ~FlashWatch() { UnhookWindowsHookEx(hook_); }
+    FlashWatch(const FlashWatch&) = delete;
+    FlashWatch& operator=(const FlashWatch&) = delete;
+    FlashWatch(FlashWatch&&) = delete;
+    FlashWatch& operator=(FlashWatch&&) = delete;
+
+    static inline std::vector<std::pair<Rect, TBitmap>> seen;
+
+private:
+    static LRESULT CALLBACK look(int code, WPARAM wParam, LPARAM lParam) {
+        const auto& call = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (code == HC_ACTION && call.message == WM_WINDOWPOSCHANGING &&
+            (reinterpret_cast<const WINDOWPOS*>(call.lParam)->flags & SWP_HIDEWINDOW) != 0 &&
+            (GetWindowLongW(call.hwnd, GWL_EXSTYLE) & WS_EX_LAYERED) != 0) {
+            RECT place{};
+            GetWindowRect(call.hwnd, &place);
+            const Rect area{place.left, place.top, place.right, place.bottom};
+            seen.emplace_back(area, grabScreen(area).take());
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+    HHOOK hook_;
+};
+
+TEST_F(OwnCapture, TheFlashOfLightIsSeenAndLeavesTheScreenAsItWas) {
     OptionsHolder().setOn("chkPlayPhotoSound", false);
-    OptionsHolder().setOn("chkFlashlight", true);
+    window_->SetBackgroundColour(*wxBLACK);
+    window_->Refresh();
+    test::pump();
     const Rect area{120, 130, 320, 240};
     const TBitmap before = grabScreen(area).take();
+    ASSERT_EQ(before.pixel(150, 90), rgb(0, 0, 0));
+    const FlashWatch watch;
     announceCapture(area);
-    test::pump();
-    const TBitmap after = grabScreen(area).take();
-    EXPECT_TRUE(std::ranges::equal(after.bytes(), before.bytes()));
+    EXPECT_TRUE(FlashWatch::seen.empty()) << "not asked for";
+    OptionsHolder().setOn("chkFlashlight", true);
+    announceCapture(area);
+    ASSERT_EQ(FlashWatch::seen.size(), 1U);
+    const auto& [place, lit] = FlashWatch::seen[0];
+    EXPECT_EQ(place, area);
+    for (const Point at : {Point{0, 0}, Point{150, 90}, Point{199, 109}})
+        EXPECT_GT(lit.pixel(at.x, at.y) & 0xFFU, 0U) << at.x;
+    EXPECT_TRUE(test::pumpUntil([&] { return std::ranges::equal(grabScreen(area)->bytes(), before.bytes()); }));
     OptionsHolder() = Options();
 }
 
