@@ -199,9 +199,12 @@ bool TSaver::copyToClipboard(Documents documents) {
             picture = outputPicture(*documents.front(), *text_);
         } else {
             wait.setText("Please wait: concatenating images");
+            wait.setPart(0, 2);
             std::vector<TBitmap> pictures;
             std::vector<const TBitmap*> parts;
             for (CaptureDocument* document : documents) {
+                const double done = static_cast<double>(pictures.size()) / static_cast<double>(documents.size());
+                if (!wait.progress(done)) return false;
                 const BackToRest rest(*document);
                 Result<TBitmap> one = outputPicture(*document, *text_);
                 if (!one) {
@@ -212,6 +215,7 @@ bool TSaver::copyToClipboard(Documents documents) {
             }
             for (const TBitmap& one : pictures) parts.push_back(&one);
             picture = joinPictures(parts);
+            wait.setPart(1, 2);
         }
         if (picture) wait.setText("Please wait: copying data to clipboard...");
         copied = picture ? copyPictureToClipboard(*picture, wait.asProgress()) : Status(picture.failure());

@@ -161,18 +161,5 @@ TEST_F(Actions, SixAndUnknownOnesLoadAndNoMore) {
     }
 }
 
-TEST_F(Actions, NothingIsSavedWhereThereIsNoRoomForIt) {
-    // The folder goes between two captures; the next one finds another place and loses nothing.
-    take(GLIMMERPAD_SAVE_QUIETLY);
-    ASSERT_THAT(files(), SizeIs(1));
-    const fs::path taken = files()[0];
-    fs::remove(taken);
-    fs::create_directories(taken);  // a folder has the very name
-    take(GLIMMERPAD_SAVE_QUIETLY);
-    ASSERT_THAT(files(), SizeIs(2));
-    for (const fs::path& file : files())
-        if (!fs::is_directory(file)) expectPicture(file);
-}
-
 }  // namespace
 }  // namespace glimmer::test

@@ -95,7 +95,7 @@ TEST(FreePath, NeverNamesAFileThatExistsNorAPathThatIsTooLong) {
     EXPECT_EQ(freePath(folder, "a", ".png"), folder / "a.png");
     make(folder / "a.png");
     EXPECT_EQ(freePath(folder, "a", ".png"), folder / "a (2).png");
-    make(folder / "a (2).png");
+    std::filesystem::create_directory(folder / "a (2).png");
     EXPECT_EQ(freePath(folder, "a", ".png"), folder / "a (3).png");
 
     const std::string name(250, 'n');

@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "output/clipboard.h"
 #include "output/open_captures.h"
 #include "output/output_folders.h"
 #include "saver_fixture.h"
@@ -252,6 +253,11 @@ TEST_F(Cancelling, LeavesNoFileAndNothingSaved) {
         const DialogDriver driver({cancel(creating)});
         EXPECT_FALSE(saver_.publish(all_));
     }
+    {
+        const DialogDriver driver({cancel(L"Please wait: copying data to clipboard...")});
+        EXPECT_FALSE(saver_.copyToClipboard(std::span(all_).first(1)));
+    }
+    EXPECT_FALSE(clipboardHasPicture());
     EXPECT_EQ(entriesOf(folder()), 0U);
     EXPECT_EQ(entriesOf(work() / "publish"), 0U);
     EXPECT_TRUE(messages_.messages.empty()) << messages_.messages[0].text;
