@@ -201,6 +201,7 @@ bool TSaver::copyToClipboard(Documents documents) {
             wait.setText("Please wait: concatenating images");
             wait.setPart(0, 2);
             std::vector<TBitmap> pictures;
+            pictures.reserve(documents.size());
             std::vector<const TBitmap*> parts;
             for (CaptureDocument* document : documents) {
                 const double done = static_cast<double>(pictures.size()) / static_cast<double>(documents.size());

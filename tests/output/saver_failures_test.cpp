@@ -15,7 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using test::DialogDriver;
-using testing::HasSubstr;
 
 class SaverFailure : public SaverTest {
 protected:

@@ -61,9 +61,11 @@ void dialogs(const std::string& prefix) {
         if (wxWindow* window = wxWindow::FindWindowByName("WaitWindow")) shoot(*window, prefix + "wait");
     }
     {
-        const test::DialogDriver driver(
-            {step(L"Save Screenshot...", prefix + "save-picture"), step(L"Save Project as", prefix + "save-project")});
+        const test::DialogDriver driver({step(L"Save Screenshot...", prefix + "save-picture"),
+                                         step(L"Save Screenshots to Disk", prefix + "save-folder"),
+                                         step(L"Save Project as", prefix + "save-project")});
         saveDialogs().askPicture("samples", "Why small tools last", PictureFormat::Png);
+        saveDialogs().askFolder("samples", PictureFormat::Png);
         saveDialogs().askProject("samples", "Why small tools last");
     }
     setMessageBoxes(&systemMessageBoxes());
