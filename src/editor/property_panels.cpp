@@ -37,6 +37,17 @@ constexpr Kind kinds[] = {
     {"tbtnShowDrawing", "pen", "Drawing"},
 };
 
+/// A slider with its caption before it; all sliders begin at the same place.
+wxSizer* captioned(wxWindow* panel, const char* caption, wxSlider* slider) {
+    auto* label = new wxStaticText(panel, wxID_ANY, caption);
+    label->MoveBeforeInTabOrder(slider);  // whoever has the screen read hears it as the slider's name
+    label->SetMinSize({panel->GetTextExtent("Opacity").x + panel->FromDIP(2), -1});
+    auto* row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(label, 0, wxALIGN_CENTRE_VERTICAL);
+    row->Add(slider, 1, wxALIGN_CENTRE_VERTICAL);
+    return row;
+}
+
 constexpr const char* lineEnds[] = {"None", "Arrow", "Bullet"};
 constexpr const char* lineEndIcons[] = {"line-end-none", "line-end-arrow", "line-end-bullet"};
 
@@ -49,7 +60,7 @@ PropertyPanels::PropertyPanels(TEditForm& form)
     annotation_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlAnnotation");
     auto* groups = new wxBoxSizer(wxVERTICAL);
     for (wxPanel* panel : {makeStyle(), makeShape(), makeText(), makeLine(), makeNumber(), makeDelete()})
-        groups->Add(panel, 0, wxEXPAND | wxBOTTOM, FromDIP(gap));
+        groups->Add(panel, 0, wxEXPAND | wxBOTTOM, FromDIP(gap + 4));
     annotation_->SetSizer(groups);
     pnlPens_ = makePens();
     pnlCapturing_ = makeCapturing();
@@ -161,15 +172,12 @@ wxPanel* PropertyPanels::makeShape() {
     panel->GetSizer()->Add(tbQuickShapes, 0, wxTOP, FromDIP(gap / 2));
     panel->GetSizer()->Add(swatches(panel, {{"imgShapeForeground", "Fill"}, {"imgShapeFrame", "Frame"}}), 0, wxTOP,
                            FromDIP(gap));
-    auto* opacity = new wxBoxSizer(wxHORIZONTAL);
-    opacity->Add(new wxStaticText(panel, wxID_ANY, "Opacity"), 0, wxALIGN_CENTRE_VERTICAL);
     spnShapeOpacity_ = slider(panel, "spnShapeOpacity", minOpacity, maxOpacity, "Shape opacity",
                               [](TShapeStyle& style, int value) { style.shape.opacity = value; });
     spnShapeOpacity_->SetPageSize(10);
     spnShapeOpacity_->SetLineSize(10);
     spnShapeOpacity_->SetTickFreq(10);
-    opacity->Add(spnShapeOpacity_, 1, wxALIGN_CENTRE_VERTICAL);
-    panel->GetSizer()->Add(opacity, 0, wxEXPAND | wxTOP, FromDIP(gap / 2));
+    panel->GetSizer()->Add(captioned(panel, "Opacity", spnShapeOpacity_), 0, wxEXPAND | wxTOP, FromDIP(gap / 2));
     return panel;
 }
 
@@ -257,14 +265,11 @@ wxPanel* PropertyPanels::makeLine() {
     row->Add(lineEndButton(panel, true), 0, wxALIGN_TOP);
     row->Add(lineEndButton(panel, false), 0, wxALIGN_TOP);
     panel->GetSizer()->Add(row, 0, wxEXPAND | wxTOP, FromDIP(gap));
-    auto* width = new wxBoxSizer(wxHORIZONTAL);
-    width->Add(new wxStaticText(panel, wxID_ANY, "Width"), 0, wxALIGN_CENTRE_VERTICAL);
     // The hint is the opacity's on purpose.
     spnLineWidth_ = slider(panel, "spnLineWidth", minLineWidth, maxLineWidth, "Shape opacity",
                            [](TShapeStyle& style, int value) { style.line.width = style.shape.frameWidth = value; });
     spnLineWidth_->SetPageSize(1);
-    width->Add(spnLineWidth_, 1, wxALIGN_CENTRE_VERTICAL);
-    panel->GetSizer()->Add(width, 0, wxEXPAND | wxTOP, FromDIP(gap / 2));
+    panel->GetSizer()->Add(captioned(panel, "Width", spnLineWidth_), 0, wxEXPAND | wxTOP, FromDIP(gap / 2));
     return panel;
 }
 

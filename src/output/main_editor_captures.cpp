@@ -28,6 +28,9 @@ namespace {
 
 /// A round of thumbnails ends after this time, so that nobody notices it.
 constexpr std::chrono::milliseconds thumbnailBudget{12};
+/// A capture that changes is left in peace: one thumbnail of a page full of annotations takes a tenth of a second,
+/// which a drag would feel.
+constexpr std::chrono::milliseconds thumbnailRest{400};
 constexpr size_t longestName = 200;
 
 wxString wide(const std::string& text) { return wxString::FromUTF8(text.data(), text.size()); }
@@ -54,8 +57,11 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
     CaptureDocument& added = *document;
     Entry entry;
     entry.observer = added.observe([this, &added](const DocumentChange& change) {
-        if (change.pixels || change.annotations || change.size || change.state || change.info)
-            documents_[placeOf(added)].thumbnailStale = true;
+        if (change.pixels || change.annotations || change.size || change.state || change.info) {
+            Entry& changed = documents_[placeOf(added)];
+            changed.thumbnailStale = true;
+            changed.changedAt = std::chrono::steady_clock::now();
+        }
         if (change.info) list_->setName(placeOf(added), wide(added.info().name));
         stateStale_ = true;
     });
@@ -256,19 +262,19 @@ void TMainEditor::showActionsMenu(const wxPoint& screen) {
 
 void TMainEditor::updateThumbnails() {
     if (!IsShown() || commandsRunning_ > 0) return;
-    const auto until = std::chrono::steady_clock::now() + thumbnailBudget;
+    const auto start = std::chrono::steady_clock::now();
     const Size frame = list_->thumbnailSize();
     const TThumbCreator creator(frame, systemColour(wxSYS_COLOUR_WINDOW));
     const PaintOptions options = paintOptions(OptionsHolder());
     for (size_t place = 0; place < documents_.size(); ++place) {
         Entry& entry = documents_[place];
-        if (!entry.thumbnailStale) continue;
+        if (!entry.thumbnailStale || start - entry.changedAt < thumbnailRest) continue;
         entry.thumbnailStale = false;
         const Result<TBitmap> picture =
             creator.create(*entry.document, *thumbnailText_, options, entry.document->modified());
         if (picture) list_->setThumbnail(place, *picture);
         if (entry.document.get() != current_) entry.document->park();
-        if (std::chrono::steady_clock::now() > until) return;
+        if (std::chrono::steady_clock::now() > start + thumbnailBudget) return;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <wx/panel.h>
 #include <wx/timer.h>
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -170,6 +171,7 @@ private:
         std::unique_ptr<CaptureDocument> document;
         int observer = 0;
         bool thumbnailStale = true;
+        std::chrono::steady_clock::time_point changedAt{};
     };
     std::vector<Entry> documents_;
     std::unique_ptr<RecoveryKeeper> recovery_;
