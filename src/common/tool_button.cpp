@@ -5,11 +5,17 @@
 #include <wx/graphics.h>
 #include <wx/settings.h>
 
+#include <cstring>
+
 #include "common/icons.h"
 
 namespace glimmer {
 
 namespace {
+
+// Device-independent pixels.
+const wxSize padding(5, 4);
+constexpr int captionGap = 2;  // between the icon and the caption below it
 
 #if wxUSE_ACCESSIBILITY
 /// What a screen reader says: the caption, or the hint's first line where there is no caption.
@@ -111,6 +117,7 @@ void ToolButton::setCaption(const wxString& caption) {
 }
 
 void ToolButton::setIcon(const char* name, int dip) {
+    if (look_.icon != nullptr && std::strcmp(look_.icon, name) == 0 && look_.iconDip == dip) return;
     look_.icon = name;
     look_.iconDip = dip;
     picture_ = icon(name, dip);
@@ -159,8 +166,13 @@ int ToolButton::arrowWidth() const { return menu_ != nullptr ? FromDIP(14) : 0; 
 
 bool ToolButton::onArrow(int x) const { return menu_ != nullptr && x >= GetClientSize().GetWidth() - arrowWidth(); }
 
+int ToolButton::heightWithCaptionBelow(const wxWindow& window, int iconDip, bool captionShown) {
+    const int caption = captionShown ? window.FromDIP(captionGap) + window.GetCharHeight() : 0;
+    return window.FromDIP(iconDip) + caption + 2 * window.FromDIP(padding).y;
+}
+
 wxSize ToolButton::DoGetBestClientSize() const {
-    const wxSize pad = FromDIP(wxSize(5, 4));
+    const wxSize pad = FromDIP(padding);
     wxSize size;
     if (look_.icon != nullptr) size = FromDIP(wxSize(look_.iconDip, look_.iconDip));
     const wxString caption = shownCaption();
@@ -169,7 +181,7 @@ wxSize ToolButton::DoGetBestClientSize() const {
         if (size.x == 0) {
             size = text;
         } else if (look_.captionBelow) {
-            size = wxSize(std::max(size.x, text.x), size.y + FromDIP(2) + text.y);
+            size = wxSize(std::max(size.x, text.x), size.y + FromDIP(captionGap) + text.y);
         } else {
             size = wxSize(size.x + FromDIP(5) + text.x, std::max(size.y, text.y));
         }
@@ -202,10 +214,10 @@ void ToolButton::paint() {
     dc.SetFont(GetFont());
     dc.SetTextForeground(wxSystemSettings::GetColour(IsThisEnabled() ? wxSYS_COLOUR_BTNTEXT : wxSYS_COLOUR_GRAYTEXT));
     if (look_.captionBelow && !caption.empty()) {
-        const int total = image.y + FromDIP(2) + text.y;
+        const int total = image.y + FromDIP(captionGap) + text.y;
         const int top = (area.height - total) / 2;
         if (bitmap.IsOk()) dc.DrawBitmap(bitmap, (width - image.x) / 2, top, true);
-        dc.DrawText(caption, (width - text.x) / 2, top + image.y + FromDIP(2));
+        dc.DrawText(caption, (width - text.x) / 2, top + image.y + FromDIP(captionGap));
     } else {
         const int gap = bitmap.IsOk() && !caption.empty() ? FromDIP(5) : 0;
         // A column of buttons lines up at the left; a lone icon or text sits in the middle.

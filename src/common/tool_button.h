@@ -31,6 +31,9 @@ public:
     /// `name` is the control's name in the design; `tag` tells buttons apart that share a handler.
     ToolButton(wxWindow* parent, const char* name, Look look, int tag = 0);
 
+    /// The height of any button with that icon (device-independent pixels) and its caption below, in a window's font.
+    static int heightWithCaptionBelow(const wxWindow& window, int iconDip, bool captionShown);
+
     [[nodiscard]] int tag() const { return tag_; }
     [[nodiscard]] bool down() const { return down_; }
     /// Sends no event. A radio button that goes down takes its radio siblings (of the same parent) up.

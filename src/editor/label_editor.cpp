@@ -7,20 +7,21 @@
 
 namespace glimmer {
 
-LabelEditor::LabelEditor(TEditForm& form, wxWindow* canvas) : form_(form) {
+void LabelEditor::makeControl() {
     edit_ = new wxTextCtrl();
     edit_->Hide();
-    edit_->Create(canvas, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+    edit_->Create(canvas_, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                   wxTE_MULTILINE | wxTE_RICH2 | wxTE_NO_VSCROLL | wxBORDER_NONE, wxDefaultValidator,
                   "edtAnnotationEdit");
     prepareLabelControl(edit_->GetHWND());
     edit_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { takeText(); });
-    edit_->Bind(wxEVT_MOUSEWHEEL, [canvas](wxMouseEvent& event) { canvas->GetEventHandler()->ProcessEvent(event); });
+    edit_->Bind(wxEVT_MOUSEWHEEL, [this](wxMouseEvent& event) { canvas_->GetEventHandler()->ProcessEvent(event); });
 }
 
 void LabelEditor::begin(AnnotationId id) {
     const TBBShape* shape = form_.document().annotations().find(id);
     if (shape == nullptr) return;
+    if (edit_ == nullptr) makeControl();
     id_ = id;
     known_ = shape->text.text;
     formattedZoom_ = 0;

@@ -7,6 +7,9 @@
 #include <wx/sizer.h>
 #include <wx/slider.h>
 #include <wx/stattext.h>
+#include <wx/wupdlock.h>
+
+#include <span>
 
 #include "common/link_colour.h"
 #include "common/tool_button.h"
@@ -51,12 +54,26 @@ wxSizer* captioned(wxWindow* panel, const char* caption, wxSlider* slider) {
 constexpr const char* lineEnds[] = {"None", "Arrow", "Bullet"};
 constexpr const char* lineEndIcons[] = {"line-end-none", "line-end-arrow", "line-end-bullet"};
 
+/// All at once: a list that grows item by item is measured anew for each.
+wxArrayString texts(std::span<const int32_t> numbers) {
+    wxArrayString all;
+    for (const int32_t number : numbers) all.Add(wxString::Format("%d", number));
+    return all;
+}
+
 }  // namespace
 
 PropertyPanels::PropertyPanels(TEditForm& form)
     : wxScrolledWindow(&form, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL, "pnlProperties"),
       form_(form) {
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+    SetScrollRate(0, FromDIP(20));
+    SetMinSize({FromDIP(panelWidth), -1});
+}
+
+void PropertyPanels::fill() {
+    if (annotation_ != nullptr) return;
+    const wxWindowUpdateLocker atOnce(this);
     annotation_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlAnnotation");
     auto* groups = new wxBoxSizer(wxVERTICAL);
     for (wxPanel* panel : {makeStyle(), makeShape(), makeText(), makeLine(), makeNumber(), makeDelete()})
@@ -70,9 +87,9 @@ PropertyPanels::PropertyPanels(TEditForm& form)
     for (wxPanel* panel : {annotation_, pnlPens_, pnlCapturing_})
         all->Add(panel, 0, wxEXPAND | wxALL, FromDIP(gap + 2));
     SetSizer(all);
-    SetScrollRate(0, FromDIP(20));
-    const int bar = wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, this);
-    SetMinSize({FromDIP(panelWidth) + (bar > 0 ? 0 : 0), -1});
+    Layout();
+    FitInside();
+    showState();
 }
 
 wxPanel* PropertyPanels::makePanel(const char* name, int tag) {
@@ -197,9 +214,8 @@ wxPanel* PropertyPanels::makeText() {
     font->Add(lblFontName_, 1, wxALIGN_CENTRE_VERTICAL);
     font->Add(button(panel, "tbtnFontName", "drop-down", "Choose Font", push, 0, [this] { form_.lblFontNameClick(); }),
               0, wxALIGN_CENTRE_VERTICAL);
-    cmbFontSize_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), 0, nullptr, 0,
+    cmbFontSize_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), texts(fontSizes), 0,
                                 wxDefaultValidator, "cmbFontSize");
-    for (const int32_t size : fontSizes) cmbFontSize_->Append(wxString::Format("%d", size));
     cmbFontSize_->SetToolTip("Font size");
     cmbFontSize_->Bind(wxEVT_CHOICE, [this](wxCommandEvent& event) {
         const int32_t size = fontSizes.at(static_cast<size_t>(event.GetSelection()));
@@ -320,10 +336,9 @@ wxPanel* PropertyPanels::makePens() {
     panel->GetSizer()->Add(swatches(panel, {{"imgInkColor", "Ink Color"}}), 0, wxBOTTOM, FromDIP(gap));
     auto* width = new wxBoxSizer(wxHORIZONTAL);
     width->Add(new wxStaticText(panel, wxID_ANY, "Pen width"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
-    cmbInkWidth_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), 0, nullptr, 0,
+    cmbInkWidth_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), texts(penWidths), 0,
                                 wxDefaultValidator, "cmbInkWidth");
     cmbInkWidth_->SetToolTip("Pen width");
-    for (const int32_t pen : penWidths) cmbInkWidth_->Append(wxString::Format("%d", pen));
     cmbInkWidth_->SetStringSelection(wxString::Format("%d", initialPenWidth));
     cmbInkWidth_->Bind(wxEVT_CHOICE, [this](wxCommandEvent& event) {
         form_.controller().inkWidth = penWidths.at(static_cast<size_t>(event.GetSelection()));
@@ -360,6 +375,7 @@ wxPanel* PropertyPanels::makeCapturing() {
 // --- state
 
 void PropertyPanels::showState() {
+    if (annotation_ == nullptr) return;
     const CanvasController& controller = form_.controller();
     const CanvasMode mode = controller.mode();
     const bool changed = annotation_->IsShown() != (mode == CanvasMode::Annotation) ||

@@ -19,11 +19,14 @@ class TEditForm;
 class ToolButton;
 
 /// The panels beside the canvas: in annotation mode the settings of the selected annotation, which the next one
-/// receives too; in free-drawing mode the pens; in capture mode its two buttons.
+/// receives too; in free-drawing mode the pens; in capture mode its two buttons. These are sixty windows, and the
+/// picture need not wait for them: the panels come up empty, in their width, and are filled when there is time.
 class PropertyPanels : public wxScrolledWindow {
 public:
     explicit PropertyPanels(TEditForm& form);
 
+    /// Makes the controls, the first time; showState() does nothing before.
+    void fill();
     /// Brings every control to what the controller says.
     void showState();
 
@@ -49,7 +52,7 @@ private:
     void showSettings(const TShapeStyle& settings);
 
     TEditForm& form_;
-    wxPanel* annotation_;  ///< holds the panels of annotation mode
+    wxPanel* annotation_ = nullptr;  ///< holds the panels of annotation mode
     wxPanel* pnlPens_ = nullptr;
     wxPanel* pnlCapturing_ = nullptr;
     std::map<std::string, ColourSwatch*> swatches_;

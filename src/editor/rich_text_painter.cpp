@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <utility>
 
 #include "common/text.h"
 
@@ -145,14 +146,20 @@ std::string labelControlText(HWND richEdit) {
     return toUtf8(std::u16string(text.begin(), text.end()));
 }
 
-RichTextPainter::RichTextPainter() : control_(createControl()), owned_(true) {
-    if (control_ != nullptr) prepareLabelControl(control_);
-}
+RichTextPainter::RichTextPainter() : makeControl_(createControl), owned_(true) {}
 
-RichTextPainter::RichTextPainter(HWND richEdit) : control_(richEdit) { prepareLabelControl(control_); }
+RichTextPainter::RichTextPainter(std::function<HWND()> makeControl) : makeControl_(std::move(makeControl)) {}
 
 RichTextPainter::~RichTextPainter() {
     if (owned_ && control_ != nullptr) DestroyWindow(control_);
+}
+
+HWND RichTextPainter::control() {
+    if (control_ == nullptr) {
+        control_ = makeControl_();
+        if (control_ != nullptr) prepareLabelControl(control_);
+    }
+    return control_;
 }
 
 void RichTextPainter::layOut(const TTextSettings& font, const std::wstring& text, Size area) {
@@ -199,7 +206,7 @@ std::wstring RichTextPainter::withLongWordsBroken(const std::wstring& text) {
 }
 
 Size RichTextPainter::measure(const TTextSettings& font, const std::string& text, int32_t width) {
-    if (control_ == nullptr) return {std::max(width, 1), 1};
+    if (control() == nullptr) return {std::max(width, 1), 1};
     TTextSettings left = font;
     left.alignment = TextAlignment::Left;
     // One empty line more: where it begins is the height of the others.
@@ -228,7 +235,7 @@ Size RichTextPainter::measure(const TTextSettings& font, const std::string& text
 
 TextMask RichTextPainter::render(const TTextSettings& font, const std::string& text, Size area) {
     TextMask mask{area, std::vector<uint8_t>(static_cast<size_t>(area.width) * static_cast<size_t>(area.height))};
-    if (control_ == nullptr) return mask;
+    if (control() == nullptr) return mask;
     const MemoryDc dc(CreateCompatibleDC(nullptr));
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof(info.bmiHeader);

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 
 #include "editor/text_painter.h"
@@ -23,18 +24,19 @@ bool labelControlIsAligned(HWND richEdit, TextAlignment alignment);
 void setLabelControlText(HWND richEdit, const std::string& text);
 std::string labelControlText(HWND richEdit);
 
-/// Text by a rich edit control that is never shown (`edtAnnotationForPainting`).
+/// Text by a rich edit control that is never shown (`edtAnnotationForPainting`). Many captures have no text, and such a
+/// control takes time to make: it is made when the first text comes.
 class RichTextPainter : public TextPainter {
 public:
     /// With a hidden control of its own. The thread needs no window of its own, but user-interface rights.
     RichTextPainter();
-    /// With a control that somebody else made and keeps alive; it is used for painting only.
-    explicit RichTextPainter(HWND richEdit);
+    /// With a control that `makeControl` makes and somebody else keeps alive; it is used for painting only.
+    explicit RichTextPainter(std::function<HWND()> makeControl);
     ~RichTextPainter() override;
 
     Size measure(const TTextSettings& font, const std::string& text, int32_t width) override;
     /// The control, formatted for the last request.
-    [[nodiscard]] HWND control() const { return control_; }
+    [[nodiscard]] HWND control();
 
 protected:
     TextMask render(const TTextSettings& font, const std::string& text, Size area) override;
@@ -43,6 +45,7 @@ private:
     void layOut(const TTextSettings& font, const std::wstring& text, Size area);
     std::wstring withLongWordsBroken(const std::wstring& text);
 
+    std::function<HWND()> makeControl_;
     HWND control_ = nullptr;
     bool owned_ = false;
 };

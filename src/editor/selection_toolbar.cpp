@@ -49,6 +49,9 @@ constexpr Row rows[] = {
 SelectionToolbar::SelectionToolbar(TEditForm& form, wxWindow* canvas) : form_(form) {
     Hide();
     Create(canvas, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE | wxTAB_TRAVERSAL, "pnlSelectionIcons");
+}
+
+void SelectionToolbar::makeButtons() {
     imgDragHandle_ = new wxWindow(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(-1, 10)), 0, "imgDragHandle");
     imgDragHandle_->SetMinSize(FromDIP(wxSize(20, 10)));
     imgDragHandle_->SetBackgroundColour(stripColour);
@@ -142,6 +145,7 @@ void SelectionToolbar::place() {
         Hide();
         return;
     }
+    if (imgDragHandle_ == nullptr) makeButtons();
     if (!moved_ && (!IsShown() || OptionsHolder().on("chkRepositionToolbar"))) {
         const Rect area = form_.inView(form_.selectedArea());
         const wxSize room = GetParent()->GetClientSize();

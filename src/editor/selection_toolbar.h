@@ -8,7 +8,8 @@ class TEditForm;
 class ToolButton;
 
 /// The floating panel beside a selection (`pnlSelectionIcons`) with its toolbar `tbShapes`: what can be done with the
-/// selected pixels. A strip at the top moves it; until the next selection it then stays where it was put.
+/// selected pixels. A strip at the top moves it; until the next selection it then stays where it was put. Its buttons
+/// are made when it is shown for the first time.
 class SelectionToolbar : public wxPanel {
 public:
     SelectionToolbar(TEditForm& form, wxWindow* canvas);
@@ -18,12 +19,13 @@ public:
     [[nodiscard]] bool AcceptsFocus() const override { return false; }
 
 private:
+    void makeButtons();
     void onBmpOperation(const ToolButton& button);
     void imgDragHandleMouseDown(wxMouseEvent& event);
     void imgDragHandleMouseMove(wxMouseEvent& event);
 
     TEditForm& form_;
-    wxWindow* imgDragHandle_;
+    wxWindow* imgDragHandle_ = nullptr;
     wxPoint grabbedAt_;
     bool moved_ = false;
 };

@@ -52,8 +52,7 @@ wxTextCtrl* makePaintingControl(wxWindow* parent) {
 
 TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxCLIP_CHILDREN, "EditForm"),
-      edtAnnotationForPainting_(makePaintingControl(this)),
-      text_(std::make_unique<RichTextPainter>(edtAnnotationForPainting_->GetHWND())),
+      text_(std::make_unique<RichTextPainter>([this] { return makePaintingControl(this)->GetHWND(); })),
       newAnnotations_(newAnnotationOptions(OptionsHolder())) {
     SetLabel("Edit Screenshot");
     makeHiddenControls();
@@ -332,6 +331,7 @@ void TEditForm::inkChanged(const Rect& area) {
 
 void TEditForm::idle(wxIdleEvent& event) {
     event.Skip();
+    panels_->fill();
     placeFloatingPanels();
     if (stateDirty_) {
         stateDirty_ = pointerDirty_ = false;

@@ -16,7 +16,6 @@
 #include "editor/working_picture.h"
 
 class wxMenu;
-class wxTextCtrl;
 
 namespace glimmer {
 
@@ -65,6 +64,8 @@ public:
     void onChanged(std::function<void()> changed) { changed_ = std::move(changed); }
     /// The same when nothing but the pointer's place has changed.
     void onPointerMoved(std::function<void()> moved) { pointerMoved_ = std::move(moved); }
+    /// Paints what has become invalid without waiting for the queue.
+    void paintNow() { pbScreen_->Update(); }
     /// Ends what is being typed, dragged or drawn, keeping it; before saving, switching or closing.
     void finishEditing();
     /// Capture mode: the user picks an area; `finished` gets it, or an empty one when it was cancelled.
@@ -152,7 +153,6 @@ private:
     CaptureDocument* document_ = nullptr;
     CanvasView view_;
     std::unique_ptr<CanvasController> controller_;
-    wxTextCtrl* edtAnnotationForPainting_;
     std::unique_ptr<TextPainter> text_;
     std::unique_ptr<WorkingPicture> working_;
     CanvasSurface surface_;

@@ -86,6 +86,7 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         }
     }
     if (code == WXK_F6) {
+        panels_->fill();
         if (panels_->IsDescendant(const_cast<wxWindow*>(focus)))
             pbScreen_->SetFocus();
         else

@@ -13,6 +13,7 @@ void TEditForm::placePanels() {
     const bool floats = OptionsHolder().on("chkFloatingToolbar");
     if (floats == (floating_ != nullptr)) return;
     if (floats) {
+        panels_->fill();
         GetSizer()->Detach(panels_);
         floating_ = new FloatingPanels(this, panels_);
     } else {

@@ -59,6 +59,7 @@ void TEditForm::imgShapeForegroundMouseDown(const std::string& name, wxWindow& s
 }
 
 void TEditForm::lblStyleClick() {
+    panels_->fill();
     wxWindow* owner = panels_->FindWindow("pnlStyle");
     const bool withVisibility = OptionsHolder().on("chkRememberVisibility");
     StyleActions actions;
@@ -70,6 +71,7 @@ void TEditForm::lblStyleClick() {
 }
 
 void TEditForm::lblFontNameClick() {
+    panels_->fill();
     openFontPicker(this, panels_->FindWindow("lblFontName")->GetScreenRect(),
                    controller_->shownSettings().text.fontName, [this](const std::string& face) {
                        controller_->changeSettings([&](TShapeStyle& style) { style.text.fontName = face; });

@@ -60,7 +60,12 @@ void captureTopWindow() {
 }  // namespace
 
 TMForm::TMForm()
-    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxFRAME_NO_TASKBAR, "MForm") {
+    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxFRAME_NO_TASKBAR, "MForm") {}
+
+TMForm::~TMForm() = default;
+
+/// The icon in the notification area and the hot keys.
+void TMForm::takePlace() {
     trayIcon_ = std::make_unique<TrayIcon>(*this);
     hotKeys_ =
         std::make_unique<HotKeys>(GetHWND(),
@@ -76,8 +81,6 @@ TMForm::TMForm()
                                   });
 }
 
-TMForm::~TMForm() = default;
-
 void TMForm::start(const std::optional<std::string>& file) {
     CallAfter([this, file] {
         if (!ensureProgram()) {
@@ -86,6 +89,7 @@ void TMForm::start(const std::optional<std::string>& file) {
         }
         if (file) pProgram->openFileInEditor(*file);
         mnuContinueClick();
+        takePlace();
         pProgram->offerRecovered();
         hotKeys_->reportTaken();
         cleanUpWorkingFolder();
@@ -104,7 +108,9 @@ void TMForm::mnuOpenClick() {
     pProgram->openFile();
 }
 
-void TMForm::suspendHotKeys(bool suspended) { hotKeys_->suspend(suspended); }
+void TMForm::suspendHotKeys(bool suspended) {
+    if (hotKeys_) hotKeys_->suspend(suspended);
+}
 
 void TMForm::mnuOptionsClick() {
     if (!ensureProgram()) return;

@@ -18,7 +18,8 @@ public:
     TMForm();
     ~TMForm() override;
 
-    /// Begins the work as soon as the message loop runs: opens `file`, or shows the main editor window.
+    /// Begins the work as soon as the message loop runs: opens `file`, or shows the main editor window; after that
+    /// come the icon, the hot keys and what is to be told.
     void start(const std::optional<std::string>& file);
 
     /// Gives the global hot keys up while they are being set.
@@ -38,6 +39,7 @@ protected:
 private:
     /// Another instance was started: opens the file that it hands over, if any, and comes back.
     void restored();
+    void takePlace();
 
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<HotKeys> hotKeys_;

@@ -24,7 +24,6 @@ CaptureList::CaptureList(wxWindow* parent, Events events)
     : wxListCtrl(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                  wxLC_ICON | wxLC_AUTOARRANGE | wxLC_EDIT_LABELS | wxBORDER_NONE, wxDefaultValidator, "lvAnnotations"),
       events_(std::move(events)) {
-    SetToolTip("Click the captions once or press F2 to rename");
     SetLabel("Captures");
     const Size size = thumbnailSize();
     ilstThumbnails_ = std::make_unique<wxImageList>(size.width, size.height, false, 8);

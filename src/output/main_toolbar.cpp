@@ -28,10 +28,8 @@ TMainToolbar::TMainToolbar(wxWindow* parent, Run run)
     : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxFULL_REPAINT_ON_RESIZE, "tbMain"),
       run_(std::move(run)),
       tmrDimHandle_(this) {
-    makeButtons();
     handle_ = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_NONE, "imgHandle");
     handle_->SetBackgroundStyle(wxBG_STYLE_PAINT);
-    handle_->SetToolTip("Minimize/Maximize Main Toolbar");
     handle_->SetCursor(wxCursor(wxCURSOR_HAND));
     handle_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paintHandle(); });
     handle_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { setFolded(open()); });
@@ -40,37 +38,45 @@ TMainToolbar::TMainToolbar(wxWindow* parent, Run run)
         event.Skip();
     });
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
-        setButtonSize(size_);
+        rearrange();
         event.Skip();
     });
     Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent&) { showSizeMenu(); });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { dimHandle(); });
-    setButtonSize(size_);
     tmrDimHandle_.Start(timerPeriod);
 }
 
-void TMainToolbar::makeButtons() {
-    const auto add = [this](const char* control, const char* caption, const char* hint, const char* icon,
-                            ToolButton::Kind kind) {
-        ToolButton::Look look;
-        look.icon = icon;
-        look.caption = wxString::FromUTF8(caption);
-        look.hint = wxString::FromUTF8(hint);
-        look.kind = kind;
-        look.captionBelow = true;
-        return new ToolButton(this, control, std::move(look));
-    };
-    for (const MainCommand& command : mainCommands()) {
-        auto* button = add(command.control, command.caption, command.hint, command.icon,
-                           command.radio ? ToolButton::Kind::Radio : ToolButton::Kind::Push);
-        button->Bind(wxEVT_BUTTON, [this, &command](wxCommandEvent&) { run_(command); });
-        items_.push_back({&command, button});
-    }
-    fix_ = add("btnFix", "    Fix     ", "Always show Toolbar", "pin", ToolButton::Kind::Check);
-    fix_->setDown(true);
+ToolButton* TMainToolbar::makeButton(const char* control, const char* caption, const char* hint, const char* icon,
+                                     ToolButton::Kind kind) {
+    ToolButton::Look look;
+    look.icon = icon;
+    look.caption = wxString::FromUTF8(caption);
+    look.hint = wxString::FromUTF8(hint);
+    look.kind = kind;
+    look.captionBelow = true;
+    look.iconDip = iconSide(size_);
+    auto* made = new ToolButton(this, control, std::move(look));
+    dress(*made, icon);
+    return made;
+}
+
+void TMainToolbar::makeButton(const MainCommand& command) {
+    ToolButton* button = makeButton(command.control, command.caption, command.hint, command.icon,
+                                    command.radio ? ToolButton::Kind::Radio : ToolButton::Kind::Push);
+    button->Bind(wxEVT_BUTTON, [this, &command](wxCommandEvent&) { run_(command); });
+    items_.push_back({&command, button});
+}
+
+bool TMainToolbar::fill() {
+    if (more_ != nullptr) return false;
+    for (const MainCommand& command : mainCommands()) makeButton(command);
+    fix_ = makeButton("btnFix", "    Fix     ", "Always show Toolbar", "pin", ToolButton::Kind::Check);
+    fix_->setDown(pinned_);
     fix_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { setPinned(fix_->down()); });
-    more_ = add("btnMoreCommands", "More", "More commands", "chevron", ToolButton::Kind::Push);
+    more_ = makeButton("btnMoreCommands", "More", "More commands", "chevron", ToolButton::Kind::Push);
     more_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { showHidden(); });
+    handle_->SetToolTip("Minimize/Maximize Main Toolbar");  // the first hint of a program takes time as well
+    return true;
 }
 
 ToolButton* TMainToolbar::button(std::string_view control) const {
@@ -84,38 +90,46 @@ void TMainToolbar::update(const std::function<bool(CommandNeeds)>& available) {
 }
 
 void TMainToolbar::setButtonSize(ToolbarSize size) {
+    if (size_ == size) return;
     size_ = size;
-    const auto apply = [this](ToolButton* button, const char* icon) {
-        button->setIcon(icon, iconSide(size_));
-        button->showCaption(size_ != ToolbarSize::Small);
-        button->SetSize(button->GetBestSize());
-    };
-    for (const Item& item : items_) apply(item.button, item.command->icon);
-    apply(fix_, "pin");
-    apply(more_, "chevron");
+    for (const Item& item : items_) dress(*item.button, item.command->icon);
+    if (more_ != nullptr) {
+        dress(*fix_, "pin");
+        dress(*more_, "chevron");
+    }
+    rearrange();
+}
+
+void TMainToolbar::dress(ToolButton& button, const char* icon) const {
+    button.setIcon(icon, iconSide(size_));
+    button.showCaption(size_ != ToolbarSize::Small);
+}
+
+void TMainToolbar::rearrange() {
     InvalidateBestSize();
     arrange();
     if (heightChanged_) heightChanged_();
 }
 
 void TMainToolbar::setPinned(bool pinned) {
-    fix_->setDown(pinned);
+    pinned_ = pinned;
+    if (fix_ != nullptr) fix_->setDown(pinned);
     if (pinned) setFolded(false);
 }
 
 void TMainToolbar::setFolded(bool folded) {
+    if (folded) {
+        pinned_ = false;
+        if (fix_ != nullptr) fix_->setDown(false);
+    }
+    if (folded_ == folded && !peeking_) return;
     folded_ = folded;
     peeking_ = false;
-    if (folded) fix_->setDown(false);
-    InvalidateBestSize();
-    arrange();
-    if (heightChanged_) heightChanged_();
+    rearrange();
 }
 
 int TMainToolbar::barHeight() const {
-    int tallest = 0;
-    for (const Item& item : items_) tallest = std::max(tallest, item.button->GetBestSize().y);
-    return tallest + FromDIP(6);
+    return ToolButton::heightWithCaptionBelow(*this, iconSide(size_), size_ != ToolbarSize::Small) + FromDIP(6);
 }
 
 wxSize TMainToolbar::DoGetBestClientSize() const { return {FromDIP(300), handleHeight() + (open() ? barHeight() : 0)}; }
@@ -126,6 +140,7 @@ void TMainToolbar::arrange() {
     const int height = open() ? barHeight() : 0;
     handle_->SetSize(0, height, size.x, handleHeight());
     hidden_.clear();
+    if (more_ == nullptr) return;
     const int gap = FromDIP(1);
     const int groupGap = FromDIP(9);
     const int rowHeight = height - FromDIP(6);
@@ -236,9 +251,7 @@ void TMainToolbar::dimHandle() {
     const bool peek = folded_ && !pinned() && (inside || (peeking_ && away_ < peekTicks));
     if (peek == peeking_) return;
     peeking_ = peek;
-    InvalidateBestSize();
-    arrange();
-    if (heightChanged_) heightChanged_();
+    rearrange();
 }
 
 }  // namespace glimmer

@@ -16,13 +16,16 @@ namespace glimmer {
 enum class ToolbarSize : uint8_t { Small = 0, Medium = 1, Large = 2 };
 
 /// The main tool bar: a button for each command, those that find no room in a menu behind a chevron, and below them a
-/// handle that folds the bar away. Folded and not pinned it comes back while the pointer is over it.
+/// handle that folds the bar away. Folded and not pinned it comes back while the pointer is over it. A window that
+/// opens need not wait for thirty buttons: they are made by fill(), in a bar that has its height from the start.
 class TMainToolbar : public wxPanel {
 public:
     using Run = std::function<void(const MainCommand&)>;
     TMainToolbar(wxWindow* parent, Run run);
 
-    /// The button of that name; none when there is no such command.
+    /// Makes the buttons, the first time. False when they are there already.
+    bool fill();
+    /// The button of that name; none when there is no such command, or before fill().
     [[nodiscard]] ToolButton* button(std::string_view control) const;
     /// Enables each button by what its command needs.
     void update(const std::function<bool(CommandNeeds)>& available);
@@ -30,7 +33,7 @@ public:
     void setButtonSize(ToolbarSize size);
     [[nodiscard]] ToolbarSize buttonSize() const { return size_; }
     void setPinned(bool pinned);
-    [[nodiscard]] bool pinned() const { return fix_->down(); }
+    [[nodiscard]] bool pinned() const { return pinned_; }
     void setFolded(bool folded);
     [[nodiscard]] bool folded() const { return folded_; }
     /// Called when the bar's height has changed.
@@ -45,7 +48,11 @@ private:
         ToolButton* button;
     };
 
-    void makeButtons();
+    ToolButton* makeButton(const char* control, const char* caption, const char* hint, const char* icon,
+                           ToolButton::Kind kind);
+    void makeButton(const MainCommand& command);
+    void dress(ToolButton& button, const char* icon) const;
+    void rearrange();
     void arrange();
     void showHidden();
     void showSizeMenu();
@@ -64,6 +71,7 @@ private:
     wxWindow* handle_ = nullptr;  // imgHandle
     wxTimer tmrDimHandle_;
     ToolbarSize size_ = ToolbarSize::Medium;
+    bool pinned_ = true;
     bool folded_ = false;
     bool peeking_ = false;
     int away_ = 0;        ///< ticks since the pointer left

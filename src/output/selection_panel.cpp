@@ -5,6 +5,9 @@
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/wrapsizer.h>
+#include <wx/wupdlock.h>
+
+#include <utility>
 
 #include "common/link_colour.h"
 
@@ -34,7 +37,12 @@ constexpr Row rows[] = {
 }  // namespace
 
 SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked)
-    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection") {
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection"),
+      clicked_(std::move(clicked)) {}
+
+bool SelectionPanel::fill() {
+    if (GetSizer() != nullptr) return false;
+    const wxWindowUpdateLocker atOnce(this);
     auto* grid = new wxFlexGridSizer(2, FromDIP(3), FromDIP(6));
     grid->AddGrowableCol(1);
     const wxColour link = linkColour();
@@ -52,7 +60,7 @@ SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_
             text->SetVisitedColour(link);
             text->SetHoverColour(link.ChangeLightness(70));
             text->SetToolTip(wxString(row.heading) + " " + label.text);
-            text->Bind(wxEVT_HYPERLINK, [clicked, control = label.control](wxHyperlinkEvent&) { clicked(control); });
+            text->Bind(wxEVT_HYPERLINK, [this, control = label.control](wxHyperlinkEvent&) { clicked_(control); });
             line->Add(text, 0, wxRIGHT, FromDIP(8));
         }
         grid->Add(line, 1, wxEXPAND);
@@ -60,6 +68,8 @@ SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(grid, 0, wxEXPAND | wxALL, FromDIP(6));
     SetSizer(sizer);
+    GetParent()->Layout();
+    return true;
 }
 
 void SelectionPanel::enableAll(bool enable) {

@@ -10,6 +10,7 @@
 #include <wx/sizer.h>
 #include <wx/splitter.h>
 #include <wx/statusbr.h>
+#include <wx/wupdlock.h>
 
 #include <windows.h>
 
@@ -56,11 +57,12 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
       tmrUpdateThumbnails_(this),
       thumbnailText_(std::make_unique<RichTextPainter>()) {
     setPixelAllocator(sectionPixelMemory);
-    SetIcons(applicationIcons());
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+    restorePlace();  // first, so that everything in the window is laid out once
     layOut();
     bindKeys();
-    restoreState();
+    restoreToolbar();
+    Layout();
     DragAcceptFiles(true);
     Bind(wxEVT_DROP_FILES, [this](wxDropFilesEvent& event) {
         std::vector<std::string> paths;
@@ -80,7 +82,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
-        if (stateStale_) refreshState();
+        if (complete() || stateStale_) refreshState();
         event.Skip();
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
@@ -149,14 +151,12 @@ void TMainEditor::layOut() {
     showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
     column->Add(splitter, 1, wxEXPAND);
     SetSizer(column);
-    addShapeMenu();
     toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
 
     wxStatusBar* status =
         CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
     const int widths[] = {-1, FromDIP(170), FromDIP(110), FromDIP(110), FromDIP(60)};
     status->SetStatusWidths(5, widths);
-    SetMinSize(FromDIP(wxSize(480, 360)));
 }
 
 void TMainEditor::showLeftPanel(bool show) {
@@ -168,6 +168,18 @@ void TMainEditor::showLeftPanel(bool show) {
     } else {
         splitter->Unsplit(leftPanel_);
     }
+}
+
+/// The picture is up: now the rest of the window. False when it is there already.
+bool TMainEditor::complete() {
+    const wxWindowUpdateLocker atOnce(toolbar_);
+    if (!toolbar_->fill()) return false;
+    addShapeMenu();
+    toolbar_->SendSizeEvent();
+    labels_->fill();
+    list_->SetToolTip("Click the captions once or press F2 to rename");
+    SetIcons(applicationIcons());
+    return true;
 }
 
 void TMainEditor::addShapeMenu() {
@@ -187,7 +199,6 @@ void TMainEditor::addShapeMenu() {
             item->GetId());
     }
     button->setMenu(std::move(menu));
-    toolbar_->setButtonSize(toolbar_->buttonSize());  // the arrow makes it wider
 }
 
 void TMainEditor::bindKeys() {
@@ -254,14 +265,18 @@ bool TMainEditor::available(CommandNeeds needs) const {
     return false;
 }
 
-void TMainEditor::restoreState() {
+void TMainEditor::restorePlace() {
+    SetMinSize(FromDIP(wxSize(480, 360)));
     wxSize size = FromDIP(wxSize(1180, 780));
     size.DecTo(wxGetClientDisplayRect().GetSize());
     SetSize(size);
     Centre();
-    const std::string name = settingsSection(section);
-    restoreGeometry(settings(), name, *this);
+    restoreGeometry(settings(), settingsSection(section), *this);
+}
+
+void TMainEditor::restoreToolbar() {
     const TCachedMemIniFile& store = settings();
+    const std::string name = settingsSection(section);
     toolbar_->setButtonSize(static_cast<ToolbarSize>(store.readInteger(name, "ToolbarSize", 1, 0, 2)));
     toolbar_->setPinned(store.readBool(name, "btnFix", true));
     toolbar_->setFolded(store.readBool(name, "ToolbarFolded", false));
@@ -291,6 +306,7 @@ void TMainEditor::showRoutine() {
     displayState_ = DisplayState::Shown;
     refreshState();
     Show();
+    if (canvas_ != nullptr) canvas_->paintNow();  // before all else: the picture is what the user waits for
     bringForward();
     if (canvas_ != nullptr) canvas_->SetFocus();
 }

@@ -125,13 +125,15 @@ private:
     // Layout (uMainEditor.cpp)
     void layOut();
     void addShapeMenu();
+    bool complete();
     void showLeftPanel(bool show);
     void bindKeys();
     void run(const MainCommand& command);
     void execute(const MainCommand& command);
     void finishClosing();
     [[nodiscard]] bool available(CommandNeeds needs) const;
-    void restoreState();
+    void restorePlace();
+    void restoreToolbar();
     void storeState();
 
     // The list of captures (main_editor_captures.cpp)
