@@ -68,6 +68,8 @@ bool SelectionPanel::fill() {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(grid, 0, wxEXPAND | wxALL, FromDIP(6));
     SetSizer(sizer);
+    // What wraps knows its height only after it was given a width.
+    GetParent()->Layout();
     GetParent()->Layout();
     return true;
 }
