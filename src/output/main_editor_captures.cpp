@@ -71,7 +71,7 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
     list_->insert(documents_.size() - 1, wide(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
     show(documents_.size() - 1);
-    return added;
+    return added;  // cppcheck-suppress returnReference ; the list of captures owns it now
 }
 
 TMainEditor::Documents TMainEditor::allEditors() const {

@@ -223,7 +223,7 @@ TEST(Canvas, aLineIsPulledByItsEnds) {
     Canvas c;
     const AnnotationId line = c.draw({50, 50, 150, 100}, EditTool::Line, "");
     const auto ends = [&] {
-        const auto found = c.shape(line).freeLineEnds();
+        auto found = c.shape(line).freeLineEnds();
         EXPECT_EQ(found.size(), 2U);
         return found;
     };
@@ -266,8 +266,8 @@ TEST(Canvas, annotationsFromElsewhereLandWhereTheyAreDropped) {
     EXPECT_EQ(c.document->selectedId(), dropped.id());
     EXPECT_EQ(dropped.text.text, copy.text.text);
     const Rect bounds = dropped.bounds();
-    EXPECT_NEAR((bounds.left + bounds.right) / 2, 250, 1);
-    EXPECT_NEAR((bounds.top + bounds.bottom) / 2, 200, 1);
+    EXPECT_NEAR((bounds.left + bounds.right) / 2.0, 250, 1);
+    EXPECT_NEAR((bounds.top + bounds.bottom) / 2.0, 200, 1);
     c.controller->execute(EditCommand::Undo);
     EXPECT_EQ(c.document->annotations().size(), 1U);
 }

@@ -283,7 +283,7 @@ constexpr int manySteps = 1000;
 #endif
 
 TEST(History, aThousandPixelStepsOnALargeCaptureStaySmallAndQuick) {
-    constexpr size_t limit = 150 * 1000 * 1000;  // for the picture and a thousand steps
+    constexpr size_t limit = 150'000'000;  // for the picture and a thousand steps
     const auto capture = document(1280, 10000);
     const size_t allowed = (limit - capture->background().byteCount()) / 1000 * manySteps;
     Random random(3);

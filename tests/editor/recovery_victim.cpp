@@ -15,7 +15,7 @@ int main(int count, char** arguments) {
     if (log == nullptr) return 3;
     // Line by line to the system, so that nothing is lost with the process.
     std::setvbuf(log, nullptr, _IONBF, 0);
-    std::mt19937 random(static_cast<unsigned>(std::atoi(arguments[3])));
+    std::mt19937 random(static_cast<unsigned>(std::strtoul(arguments[3], nullptr, 10)));
     RecoveryStore store(pathFromUtf8(arguments[1]));
     const auto capture = test::victimCapture();
     RecoveryWriter writer(store, *capture);

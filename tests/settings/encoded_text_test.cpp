@@ -41,8 +41,7 @@ TEST(EncodedText, EveryTextSurvivesEachForm) {
                                  "hex:0041",
                                  "http://x/%20y",
                                  "\xED\xA0\x80",  // an unpaired surrogate
-                                 "Gr\xC3\xBC\xC3\x9F"
-                                 "e"};
+                                 "Gr\u00FC\u00DFe"};
     for (const std::string& text : texts) {
         EXPECT_EQ(decodeText(encodeText(text)), text);
         for (const IniPlace place : {IniPlace::Section, IniPlace::Key, IniPlace::Value}) {

@@ -75,6 +75,7 @@ ChildProcess::ChildProcess(const std::filesystem::path& program, const std::vect
     std::vector<std::string> texts = {program.string()};
     for (const auto& argument : arguments) texts.push_back(argument.string());
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     pid_t child = 0;
