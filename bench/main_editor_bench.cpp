@@ -186,6 +186,7 @@ int main() {
     int none = 0;
     if (!wxEntryStart(none, static_cast<wxChar**>(nullptr)) || !wxTheApp->CallOnInit()) return 2;
     wxTheApp->SetExitOnFrameDelete(false);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit deletes the program's object
     delete wxLog::SetActiveTarget(new wxLogStderr);
     wxGUIEventLoop loop;
     const wxEventLoopActivator activate(&loop);

@@ -134,7 +134,8 @@ private:
 }  // namespace
 
 void openColourPicker(wxWindow* parent, const wxRect& owner, Colour initial, std::function<void(Colour)> picked) {
-    (new ColourPicker(parent, initial, std::move(picked)))->openAt(owner);
+    auto* picker = new ColourPicker(parent, initial, std::move(picked));  // goes when it is closed
+    picker->openAt(owner);
 }
 
 }  // namespace glimmer

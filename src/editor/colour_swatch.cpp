@@ -6,12 +6,12 @@
 namespace glimmer {
 
 ColourSwatch::ColourSwatch(wxWindow* parent, const char* name, const wxString& hint,
-                           std::function<void(ColourSwatch&)> pressed) {
+                           const std::function<void(ColourSwatch&)>& pressed) {
     SetBackgroundStyle(wxBG_STYLE_PAINT);
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_NONE | wxWANTS_CHARS, wxDefaultValidator, name);
     SetLabel(hint);
     SetToolTip(hint);
-    SetInitialSize(DoGetBestClientSize());
+    SetInitialSize();
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paint(); });
     Bind(wxEVT_SET_FOCUS, [this](wxFocusEvent& event) { Refresh(), event.Skip(); });
     Bind(wxEVT_KILL_FOCUS, [this](wxFocusEvent& event) { Refresh(), event.Skip(); });

@@ -11,7 +11,8 @@ namespace glimmer {
 /// A field that shows a colour; a press or Space asks for another one.
 class ColourSwatch : public wxControl {
 public:
-    ColourSwatch(wxWindow* parent, const char* name, const wxString& hint, std::function<void(ColourSwatch&)> pressed);
+    ColourSwatch(wxWindow* parent, const char* name, const wxString& hint,
+                 const std::function<void(ColourSwatch&)>& pressed);
     [[nodiscard]] Colour colour() const { return colour_; }
     void setColour(Colour colour);
     bool AcceptsFocus() const override { return IsEnabled() && IsShown(); }

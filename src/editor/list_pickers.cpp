@@ -261,11 +261,13 @@ private:
 
 void openFontPicker(wxWindow* parent, const wxRect& owner, const std::string& current,
                     std::function<void(const std::string&)> picked) {
-    (new FontPicker(parent, current, std::move(picked)))->openAt(owner);
+    auto* picker = new FontPicker(parent, current, std::move(picked));  // goes when it is closed
+    picker->openAt(owner);
 }
 
 void openStylePicker(wxWindow* parent, const wxRect& owner, const std::string& current, StyleActions actions) {
-    (new StylePicker(parent, current, std::move(actions)))->openAt(owner);
+    auto* picker = new StylePicker(parent, current, std::move(actions));
+    picker->openAt(owner);
 }
 
 std::vector<std::pair<AnnotationId, int32_t>> askForNumbers(wxWindow* parent, const TShapesList& annotations,

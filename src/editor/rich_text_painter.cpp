@@ -136,7 +136,7 @@ std::string labelControlText(HWND richEdit) {
     if (length <= 0) return {};
     std::wstring text(static_cast<size_t>(length) + 1, L'\0');
     GETTEXTEX get{};
-    get.cb = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    get.cb = static_cast<DWORD>(text.size()) * sizeof(wchar_t);
     get.flags = GT_DEFAULT;
     get.codepage = 1200;
     const LRESULT got =

@@ -59,7 +59,7 @@ fs::path picturesFolder() {
 }
 
 fs::path workingFolder() {
-    const fs::path chosen = pathFromUtf8(OptionsHolder().text("edtWorkingFolderPath"));
+    fs::path chosen = pathFromUtf8(OptionsHolder().text("edtWorkingFolderPath"));
     if (!chosen.empty()) return chosen;
     const fs::path data = systemFolder(CSIDL_APPDATA);
     return data.empty() ? data : data / productFolder();

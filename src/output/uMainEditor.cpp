@@ -66,6 +66,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     DragAcceptFiles(true);
     Bind(wxEVT_DROP_FILES, [this](wxDropFilesEvent& event) {
         std::vector<std::string> paths;
+        paths.reserve(static_cast<size_t>(event.GetNumberOfFiles()));
         for (int i = 0; i < event.GetNumberOfFiles(); ++i) paths.push_back(event.GetFiles()[i].ToStdString(wxConvUTF8));
         CallAfter([this, paths] { openDropped(paths); });  // the source waits for the drop to end
     });

@@ -214,6 +214,7 @@ bool TSaver::copyToClipboard(Documents documents) {
                 }
                 pictures.push_back(one.take());
             }
+            parts.reserve(pictures.size());
             for (const TBitmap& one : pictures) parts.push_back(&one);
             picture = joinPictures(parts);
             wait.setPart(1, 2);

@@ -135,8 +135,8 @@ std::optional<fs::path> TSaver::exportPage(Documents documents) {
                 made.path() / pathFromUtf8(picture),
                 [&] { return encode(document, PictureFormat::Png, wait.asProgress()); }, cancelled))
             return std::nullopt;
-        captures.push_back({document.info().name, folderName + "/" + picture, document.size(), areasOf(document),
-                            document.info().notes});
+        captures.push_back({document.info().name, std::string(folderName).append("/").append(picture), document.size(),
+                            areasOf(document), document.info().notes});
     }
     const auto page = [&]() -> Result<std::vector<uint8_t>> {
         if (Status moved = made.become(folder); !moved) return moved.failure();

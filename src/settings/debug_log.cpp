@@ -32,7 +32,7 @@ void append(std::string_view text) {
                                      now.hour, now.minute, now.second);
     file.write(time, length);
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
-    file.write(text.data(), static_cast<std::streamsize>(text.size())).put('\n');
+    file << text << '\n';
 }
 
 }  // namespace

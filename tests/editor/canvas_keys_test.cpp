@@ -14,7 +14,6 @@ namespace {
 using test::altKey;
 using test::ctrlKey;
 using test::pressKey;
-using test::pump;
 using test::shiftKey;
 
 class CanvasKeys : public test::CanvasForm {};

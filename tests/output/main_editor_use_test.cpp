@@ -179,7 +179,8 @@ protected:
     std::string trace() {
         std::string text;
         for (const Message& message : messages_.messages) text += message.caption + ": " + message.text + "\n";
-        for (const auto& [target, parameters] : starts_.started) text += "start " + target + " " + parameters + "\n";
+        for (const auto& [target, parameters] : starts_.started)
+            text.append("start ").append(target).append(" ").append(parameters).append("\n");
         for (const std::string& name : uploaded_) text += "upload " + name + "\n";
         if (const Result<TBitmap> copied = pictureFromClipboard())
             text += "clipboard " + std::to_string(copied->width()) + " x " + std::to_string(copied->height()) + "\n";
@@ -259,9 +260,10 @@ TEST_F(MainEditorUse, EveryToolHasItsKey) {
     } tools[] = {{'2', "btnWndSelector"}, {'3', "btnTextShape"},      {'4', "btnTextPen"}, {'5', "btnTextLine"},
                  {'6', "btnText"},        {'8', "btnRectHightlight"}, {'9', "btnLine"},    {'1', "btnPointer"}};
     for (const auto& [key, name] : tools) {
+        const ToolButton& pressed = button(name);
         ASSERT_TRUE(test::bringForward(*editor_, &list()));
         test::pressKey(key, 0x8000);
-        EXPECT_TRUE(test::pumpUntil([&] { return button(name).down(); })) << name;
+        EXPECT_TRUE(test::pumpUntil([&pressed] { return pressed.down(); })) << name;
         const EditTool byKey = editor_->canvas()->tool();
         button("btnPointer").press();
         test::click(button(name));

@@ -12,7 +12,7 @@ int wmain(int count, wchar_t** arguments) {
     const std::wstring wide(arguments[2]);
     std::string section;
     for (const wchar_t c : wide) section.push_back(static_cast<char>(c));
-    const int steps = std::atoi(std::string(arguments[3], arguments[3] + wcslen(arguments[3])).c_str());
+    const auto steps = static_cast<int>(wcstol(arguments[3], nullptr, 10));
     glimmer::TCachedMemIniFile store{std::filesystem::path(arguments[1])};
     int failed = 0;
     for (int i = 0; i < steps; ++i) {

@@ -73,7 +73,7 @@ ToolResult runTool(const std::string& command) {
         }
         Sleep(10);
     }
-    return {std::atoi(readAll(code).c_str()), readAll(output)};
+    return {std::stoi(readAll(code)), readAll(output)};
 }
 
 }  // namespace glimmer::test

@@ -44,6 +44,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "The toolkit does not start.\n");
         return 2;
     }
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the toolkit deletes the program's object
     delete wxLog::SetActiveTarget(new wxLogStderr);
     int result = 0;
     {
