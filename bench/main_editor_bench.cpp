@@ -126,6 +126,50 @@ void measureWindow() {
     wxEventLoopBase::GetActive()->ProcessIdle();  // destroys it
 }
 
+/// Forty captures come at once, one of them with two hundred annotations: how long the rounds of the thumbnails' timer
+/// hold up the message loop.
+void measureThumbnails() {
+    using Clock = std::chrono::steady_clock;
+    const auto since = [](Clock::time_point start) {
+        return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    };
+    auto* editor = new TMainEditor;
+    pMainEditor = editor;
+    editor->showRoutine();
+    settle(*editor);
+    for (int i = 0; i < pages; ++i) {
+        CaptureInfo info;
+        info.name = "page " + std::to_string(i);
+        TBitmap page = pagePicture("table-1280x10000.png", longPage, PixelFormat::Bgra32);
+        editor
+            ->addEditor(
+                CaptureDocument::create(std::move(page), info, i == 20 ? pageAnnotations() : TShapesList{}).take())
+            .markSaved();
+    }
+    // All timers of the window; that of the thumbnails is the one that works. It is done when it rests for a second,
+    // which is longer than it lets a changed capture wait.
+    std::vector<double> rounds;
+    const Clock::time_point start = Clock::now();
+    Clock::time_point worked = start;
+    MSG message{};
+    while (since(worked) < 1000 && GetMessageW(&message, nullptr, 0, 0) > 0) {
+        const Clock::time_point before = Clock::now();
+        DispatchMessageW(&message);
+        if (message.message != WM_TIMER || since(before) < 1) continue;
+        rounds.push_back(since(before));
+        worked = Clock::now();
+    }
+    std::sort(rounds.begin(), rounds.end());
+    printTable("Thumbnails of forty captures of 1280 x 10000, one of them with 200 annotations",
+               {"", "reached", "limit"},
+               {{"rounds of the timer that did something", std::to_string(rounds.size()), ""},
+                {"median, ms", milliseconds(rounds.at(rounds.size() / 2)), ""},
+                {"longest round, ms", milliseconds(rounds.back()), "30"},
+                {"until all are made, s", milliseconds(since(start) / 1000 - 1), ""}});
+    editor->Close(true);
+    wxEventLoopBase::GetActive()->ProcessIdle();  // destroys it
+}
+
 /// A capture with annotations gets its first change: how long the rounds of the recovery folder's timer hold up the
 /// message loop until it is kept, and how soon that is.
 void measureKeeping() {
@@ -192,6 +236,7 @@ int main() {
     const wxEventLoopActivator activate(&loop);
     glimmer::setMessageBoxes(nullptr);
     glimmer::setPixelAllocator(glimmer::sectionPixelMemory);
+    glimmer::bench::measureThumbnails();
     glimmer::bench::measureKeeping();
     glimmer::bench::measureWindow();
     wxTheApp->OnExit();

@@ -18,7 +18,10 @@ double luminance(const wxColour& colour) {
     return 0.2126 * linear(colour.Red()) + 0.7152 * linear(colour.Green()) + 0.0722 * linear(colour.Blue());
 }
 
-/// Contrast ratio by WCAG 2.1, 1 to 21; text wants 4.5.
+/// The least contrast that text wants.
+constexpr double readable = 4.5;
+
+/// Contrast ratio by WCAG 2.1, 1 to 21.
 double contrast(const wxColour& a, const wxColour& b) {
     const double x = luminance(a);
     const double y = luminance(b);
@@ -30,10 +33,21 @@ double contrast(const wxColour& a, const wxColour& b) {
 wxColour linkColour() {
     wxColour system = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);
     const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
-    if (contrast(system, background) >= 4.5) return system;
+    if (contrast(system, background) >= readable) return system;
     const wxColour dark(0x1A, 0x5F, 0xB4);
     const wxColour light(0x8A, 0xBE, 0xF7);
     return contrast(dark, background) >= contrast(light, background) ? dark : light;
+}
+
+wxColour quietTextColour() {
+    const wxColour text = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
+    const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+    const auto mixed = [](unsigned char ink, unsigned char paper) {
+        return static_cast<unsigned char>((ink * 3 + paper * 2) / 5);
+    };
+    const wxColour quiet(mixed(text.Red(), background.Red()), mixed(text.Green(), background.Green()),
+                         mixed(text.Blue(), background.Blue()));
+    return contrast(quiet, background) >= readable ? quiet : text;
 }
 
 }  // namespace glimmer

@@ -8,4 +8,8 @@ namespace glimmer {
 /// colour of dialogs.
 wxColour linkColour();
 
+/// The colour of text that explains: quieter than other text, but readable on the colour of dialogs, unlike that of
+/// disabled text.
+wxColour quietTextColour();
+
 }  // namespace glimmer

@@ -28,8 +28,7 @@ namespace {
 
 /// A round of thumbnails ends after this time, so that nobody notices it.
 constexpr std::chrono::milliseconds thumbnailBudget{12};
-/// A capture that changes is left in peace: one thumbnail of a page full of annotations takes a tenth of a second,
-/// which a drag would feel.
+/// A capture that changes is left in peace, and its drag has the processor for itself.
 constexpr std::chrono::milliseconds thumbnailRest{400};
 constexpr size_t longestName = 200;
 
@@ -61,6 +60,7 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
             Entry& changed = documents_[placeOf(added)];
             changed.thumbnailStale = true;
             changed.changedAt = std::chrono::steady_clock::now();
+            if (thumbnailInWork_ && &thumbnailInWork_->document() == &added) thumbnailInWork_.reset();
         }
         if (change.info) list_->setName(placeOf(added), wide(added.info().name));
         stateStale_ = true;
@@ -133,6 +133,7 @@ void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
     if (places.empty()) return;
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
+    thumbnailInWork_.reset();
     const bool currentGoes =
         current_ != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*current_));
     if (currentGoes) showInsteadOf(places);
@@ -261,22 +262,37 @@ void TMainEditor::showActionsMenu(const wxPoint& screen) {
     list_->PopupMenu(&menu, list_->ScreenToClient(screen));
 }
 
+/// Begins the thumbnail of the first capture that needs one; false when there is none.
+bool TMainEditor::beginThumbnail() {
+    const auto now = std::chrono::steady_clock::now();
+    const auto waiting = std::find_if(documents_.begin(), documents_.end(), [now](const Entry& entry) {
+        return entry.thumbnailStale && now - entry.changedAt >= thumbnailRest;
+    });
+    if (waiting == documents_.end()) return false;
+    const CaptureDocument& document = *waiting->document;
+    thumbnailInWork_ =
+        std::make_unique<ThumbInWork>(TThumbCreator(list_->thumbnailSize(), systemColour(wxSYS_COLOUR_WINDOW)),
+                                      document, *thumbnailText_, paintOptions(OptionsHolder()), document.modified());
+    return true;
+}
+
+/// The thumbnail is made, or there is no memory for it: then the old one stays.
+void TMainEditor::endThumbnail() {
+    const size_t place = placeOf(thumbnailInWork_->document());
+    documents_[place].thumbnailStale = false;
+    if (thumbnailInWork_->done()) list_->setThumbnail(place, thumbnailInWork_->take());
+    thumbnailInWork_.reset();
+    if (documents_[place].document.get() != current_) documents_[place].document->park();
+}
+
 void TMainEditor::updateThumbnails() {
     if (!IsShown() || commandsRunning_ > 0) return;
-    const auto start = std::chrono::steady_clock::now();
-    const Size frame = list_->thumbnailSize();
-    const TThumbCreator creator(frame, systemColour(wxSYS_COLOUR_WINDOW));
-    const PaintOptions options = paintOptions(OptionsHolder());
-    for (size_t place = 0; place < documents_.size(); ++place) {
-        Entry& entry = documents_[place];
-        if (!entry.thumbnailStale || start - entry.changedAt < thumbnailRest) continue;
-        entry.thumbnailStale = false;
-        const Result<TBitmap> picture =
-            creator.create(*entry.document, *thumbnailText_, options, entry.document->modified());
-        if (picture) list_->setThumbnail(place, *picture);
-        if (entry.document.get() != current_) entry.document->park();
-        if (std::chrono::steady_clock::now() > start + thumbnailBudget) return;
+    const auto end = std::chrono::steady_clock::now() + thumbnailBudget;
+    while (std::chrono::steady_clock::now() < end && (thumbnailInWork_ || beginThumbnail())) {
+        const bool failed = !thumbnailInWork_->advance();
+        if (failed || thumbnailInWork_->done()) endThumbnail();
     }
+    parkOthers();
 }
 
 void TMainEditor::refreshState() {

@@ -1,7 +1,6 @@
 #include "output/selection_panel.h"
 
 #include <wx/hyperlink.h>
-#include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/wrapsizer.h>
@@ -48,7 +47,7 @@ bool SelectionPanel::fill() {
     const wxColour link = linkColour();
     for (const Row& row : rows) {
         auto* heading = new wxStaticText(this, wxID_ANY, row.heading);
-        heading->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+        heading->SetForegroundColour(quietTextColour());
         grid->Add(heading);
         auto* line = new wxWrapSizer(wxHORIZONTAL, wxREMOVE_LEADING_SPACES);
         for (const auto& label : row.labels) {

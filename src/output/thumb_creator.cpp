@@ -1,6 +1,7 @@
 #include "output/thumb_creator.h"
 
 #include <algorithm>
+#include <new>
 
 #include "editor/document.h"
 #include "imaging/scaling.h"
@@ -11,41 +12,12 @@ namespace {
 
 /// A page is cut when it is more than this many times taller than the frame's proportions allow.
 constexpr int32_t tallest = 2;
-/// Rows of the intermediate picture that are painted at a time; bounds the memory of the full-size strip.
-constexpr int32_t stripRows = 64;
+/// Pixels of a capture that are reduced in one piece; bounds time, and the memory of the strip that is annotated.
+constexpr int64_t stripPixels = 768 * 1024;
+/// A capture without annotations is reduced at once, and a little more sharply, when it has no more pixels than this.
+constexpr int64_t plainPixels = 4 * stripPixels;
 constexpr Colour borderColour = rgb(176, 186, 196);
 constexpr Colour unsavedColour = rgb(235, 110, 20);
-
-bool annotated(const CaptureDocument& document, const Rect& area) {
-    return std::any_of(document.annotations().begin(), document.annotations().end(),
-                       [&area](const TBBShape& shape) { return !shape.bounds().intersected(area).empty(); });
-}
-
-/// The part with its annotations, reduced by the whole number `factor` in strips, so that a large capture never
-/// needs a second full-size picture.
-Result<TBitmap> reducedWithAnnotations(const CaptureDocument& document, const Rect& part, int32_t factor,
-                                       TextPainter& text, PaintOptions options) {
-    const auto reducedSide = [factor](int32_t side) { return std::max(1, (side + factor - 1) / factor); };
-    Result<TBitmap> result =
-        TBitmap::create(reducedSide(part.width()), reducedSide(part.height()), PixelFormat::Bgra32);
-    for (int32_t row = 0; result && row < result->height(); row += stripRows) {
-        const Rect area =
-            Rect{part.left, part.top + row * factor, part.right, part.top + (row + stripRows) * factor}.intersected(
-                part);
-        const Size size{result->width(), reducedSide(area.height())};
-        const Result<TBitmap> small = [&]() -> Result<TBitmap> {
-            if (!annotated(document, area)) return resized(document.background(), area, size.width, size.height);
-            Result<TBitmap> strip = document.background().cropped(area);
-            if (!strip) return strip;
-            options.origin = {area.left, area.top};
-            paintAnnotations(*strip, strip->bounds(), document.annotations(), text, options);
-            return resized(*strip, size.width, size.height);
-        }();
-        if (!small) return small.failure();
-        copyPixels(*result, {0, row}, *small);
-    }
-    return result;
-}
 
 void blendOver(TBitmap& target, Point at, const TBitmap& picture) {
     for (int32_t y = 0; y < picture.height(); ++y) {
@@ -75,27 +47,105 @@ Rect TThumbCreator::shownPart(Size capture) const {
 
 Result<TBitmap> TThumbCreator::create(const CaptureDocument& document, TextPainter& text, const PaintOptions& options,
                                       bool unsaved) const {
-    const Rect part = shownPart(document.size());
-    const Size inner = fittedSize({part.width(), part.height()}, {frame_.width - 2, frame_.height - 2});
-    Result<TBitmap> reduced = [&]() -> Result<TBitmap> {
-        if (!annotated(document, part)) return resized(document.background(), part, inner.width, inner.height);
-        const int32_t factor = std::max(1, part.width() / std::max(1, inner.width));
-        Result<TBitmap> middle = reducedWithAnnotations(document, part, factor, text, options);
-        if (!middle) return middle;
-        return resized(*middle, inner.width, inner.height);
-    }();
-    if (!reduced) return reduced;
+    ThumbInWork work(*this, document, text, options, unsaved);
+    while (!work.done())
+        if (const Status advanced = work.advance(); !advanced) return advanced.failure();
+    return work.take();
+}
 
-    Result<TBitmap> result = TBitmap::create(frame_.width, frame_.height, PixelFormat::Bgra32);
-    if (!result) return result;
-    result->fill(result->bounds(), background_);
-    const Point at{(frame_.width - inner.width) / 2, (frame_.height - inner.height) / 2};
-    result->fill(Rect{at.x - 1, at.y - 1, at.x + inner.width + 1, at.y + inner.height + 1}, borderColour);
-    result->fill(Rect{at.x, at.y, at.x + inner.width, at.y + inner.height}, rgb(255, 255, 255));
+ThumbInWork::ThumbInWork(const TThumbCreator& creator, const CaptureDocument& document, TextPainter& text,
+                         const PaintOptions& options, bool unsaved)
+    : creator_(creator),
+      document_(document),
+      text_(text),
+      options_(options),
+      unsaved_(unsaved),
+      part_(creator.shownPart(document.size())),
+      inner_(fittedSize({part_.width(), part_.height()}, {creator.frame().width - 2, creator.frame().height - 2})),
+      factor_(std::max(1, part_.width() / std::max(1, inner_.width))) {
+    const int64_t pixelsInRow = int64_t{part_.width()} * factor_;
+    stripRows_ = static_cast<int32_t>(std::max<int64_t>(1, stripPixels / std::max<int64_t>(1, pixelsInRow)));
+}
+
+bool ThumbInWork::annotated(const Rect& area) const {
+    return std::any_of(document_.annotations().begin(), document_.annotations().end(),
+                       [&area](const TBBShape& shape) { return !shape.bounds().intersected(area).empty(); });
+}
+
+Status ThumbInWork::advance() {
+    try {
+        return advanceOrThrow();
+    } catch (const std::bad_alloc&) {  // a resting capture finds no room to wake
+        return Failure{"There is not enough memory for a thumbnail."};
+    }
+}
+
+Status ThumbInWork::advanceOrThrow() {
+    if (!strip_.empty()) return paintNextAnnotation() ? Status() : endStrip();
+    if (middle_.empty()) {
+        if (int64_t{part_.width()} * part_.height() <= plainPixels && !annotated(part_))
+            return finish(document_.background(), part_);
+        const auto reducedSide = [this](int32_t side) { return (side + factor_ - 1) / factor_; };
+        Result<TBitmap> middle =
+            TBitmap::create(reducedSide(part_.width()), reducedSide(part_.height()), PixelFormat::Bgra32);
+        if (!middle) return middle.failure();
+        middle_ = middle.take();
+    }
+    if (row_ < middle_.height()) return startStrip();
+    return finish(middle_, middle_.bounds());
+}
+
+/// A strip without annotations is done at once.
+Status ThumbInWork::startStrip() {
+    const Rect rows{part_.left, part_.top + row_ * factor_, part_.right, part_.top + (row_ + stripRows_) * factor_};
+    stripArea_ = rows.intersected(part_);
+    nextAnnotation_ = 0;
+    if (!annotated(stripArea_)) return endStrip();
+    Result<TBitmap> strip = document_.background().cropped(stripArea_);
+    if (!strip) return strip.failure();
+    strip_ = strip.take();
+    options_.origin = {stripArea_.left, stripArea_.top};
+    return {};
+}
+
+/// False when the strip has them all.
+bool ThumbInWork::paintNextAnnotation() {
+    while (nextAnnotation_ < document_.annotations().size()) {
+        const TBBShape& shape = document_.annotations()[nextAnnotation_++];
+        if (shape.bounds().intersected(stripArea_).empty()) continue;
+        paintAnnotation(strip_, strip_.bounds(), shape, text_, options_);
+        return true;
+    }
+    return false;
+}
+
+Status ThumbInWork::endStrip() {
+    const int32_t height = (stripArea_.height() + factor_ - 1) / factor_;
+    const Result<TBitmap> small = strip_.empty() ? resized(document_.background(), stripArea_, middle_.width(), height)
+                                                 : resized(strip_, middle_.width(), height);
+    if (!small) return small.failure();
+    copyPixels(middle_, {0, row_}, *small);
+    strip_ = {};
+    row_ += height;
+    return {};
+}
+
+/// Reduces the rest of the way and frames the picture.
+Status ThumbInWork::finish(const TBitmap& source, const Rect& part) {
+    const Result<TBitmap> reduced = resized(source, part, inner_.width, inner_.height);
+    if (!reduced) return reduced.failure();
+    const Size frame = creator_.frame();
+    Result<TBitmap> result = TBitmap::create(frame.width, frame.height, PixelFormat::Bgra32);
+    if (!result) return result.failure();
+    result->fill(result->bounds(), creator_.background());
+    const Point at{(frame.width - inner_.width) / 2, (frame.height - inner_.height) / 2};
+    result->fill(Rect{at.x - 1, at.y - 1, at.x + inner_.width + 1, at.y + inner_.height + 1}, borderColour);
+    result->fill(Rect{at.x, at.y, at.x + inner_.width, at.y + inner_.height}, rgb(255, 255, 255));
     blendOver(*result, at, *reduced);
-    const int32_t radius = std::max(3, frame_.height / 22);
-    if (unsaved) drawDot(*result, {at.x + inner.width - radius - 1, at.y + radius + 1}, radius);
-    return result;
+    const int32_t radius = std::max(3, frame.height / 22);
+    if (unsaved_) drawDot(*result, {at.x + inner_.width - radius - 1, at.y + radius + 1}, radius);
+    result_ = result.take();
+    return {};
 }
 
 }  // namespace glimmer

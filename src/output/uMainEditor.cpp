@@ -31,6 +31,7 @@
 #include "output/clipboard.h"
 #include "output/main_toolbar.h"
 #include "output/selection_panel.h"
+#include "output/thumb_creator.h"
 #include "settings/form_store.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
@@ -88,6 +89,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
         for (Entry& entry : documents_) entry.thumbnailStale = true;
+        thumbnailInWork_.reset();
         toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
         showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
         Layout();

@@ -28,6 +28,7 @@ class TEditForm;
 class OptionsListener;
 class RecoveryKeeper;
 class TextPainter;
+class ThumbInWork;
 enum class EditTool : uint8_t;
 
 /// How the main editor window stands towards the user.
@@ -150,6 +151,8 @@ private:
     void onLabel(std::string_view control);
     void showActionsMenu(const wxPoint& screen);
     void updateThumbnails();
+    bool beginThumbnail();
+    void endThumbnail();
     void parkOthers();
     void refreshState();
     void updateStatus();
@@ -197,6 +200,7 @@ private:
     wxPanel* canvasHost_ = nullptr;
     wxTimer tmrUpdateThumbnails_;
     std::unique_ptr<TextPainter> thumbnailText_;
+    std::unique_ptr<ThumbInWork> thumbnailInWork_;
     std::unique_ptr<OptionsListener> optionsListener_;
 };
 

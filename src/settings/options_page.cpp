@@ -13,6 +13,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include "common/link_colour.h"
 #include "settings/hot_key_control.h"
 #include "settings/option_help.h"
 #include "settings/option_table.h"
@@ -201,7 +202,7 @@ void OptionsPage::note(std::string_view content) {
     rows_ = nullptr;
     auto* label = new wxStaticText(place_, wxID_ANY, text(content));
     label->Wrap(FromDIP(470));
-    label->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT));
+    label->SetForegroundColour(quietTextColour());
     current_->Add(label, 0, wxBOTTOM, FromDIP(6));
 }
 

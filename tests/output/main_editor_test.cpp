@@ -1,6 +1,9 @@
 #include <wx/statusbr.h>
 
+#include <chrono>
+
 #include "common/text.h"
+#include "editor/commands/add_annotation.h"
 #include "editor/commands/set_info.h"
 #include "main_editor_fixture.h"
 #include "output/capture_list.h"
@@ -26,6 +29,27 @@ TEST_F(MainEditor, EveryCommandHasItsButtonAndNeedsWhatItNeeds) {
     editor_->addEditor(grey("one"));
     ASSERT_TRUE(pumpUntil([this] { return find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
     EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnUndo")->IsEnabled());
+    // The labels wrap: the panel is as high as all their lines.
+    const wxWindow* label = test::findControl(*editor_, "lblThenEdit");
+    EXPECT_TRUE(wxRect(label->GetParent()->GetClientSize()).Contains(label->GetRect()));
+}
+
+TEST_F(MainEditor, TheThumbnailWaitsUntilTheCaptureRests) {
+    CaptureDocument& capture = editor_->addEditor(grey("one"));
+    const auto red = [this] {
+        const wxImage thumbnail = list().GetImageList(wxIMAGE_LIST_NORMAL)->GetBitmap(0).ConvertToImage();
+        return static_cast<int>(thumbnail.GetRed(thumbnail.GetWidth() / 2, thumbnail.GetHeight() / 2));
+    };
+    ASSERT_TRUE(pumpUntil([&red] { return red() == 240; }));
+    TBBShape shape;
+    shape.shape.settings.kind = ShapeKind::FilledRectangle;
+    shape.shape.settings.shapeColour = rgb(0, 0, 255);
+    shape.shape.settings.opacity = 100;
+    shape.shape.rectangle = {0, 0, 300, 200};
+    const auto changed = std::chrono::steady_clock::now();
+    ASSERT_TRUE(capture.run(std::make_unique<AddAnnotation>(shape)).ok());
+    ASSERT_TRUE(pumpUntil([&red] { return red() == 0; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - changed, std::chrono::milliseconds(400));
 }
 
 TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "editor/cairo_text_painter.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/document.h"
@@ -67,6 +69,47 @@ TEST(ThumbCreator, ShowsAnnotationsAcrossStripsAndTheUnsavedMark) {
     const TBitmap thumb = thumbOf(*document);
     for (int32_t y = 20; y < 80; ++y) EXPECT_EQ(thumb.pixel(66, y), rgb(0, 0, 255)) << y;
     EXPECT_FALSE(samePixels(thumb, thumbOf(*document, true)));
+}
+
+/// Counts the labels that are laid out.
+class CountingPainter : public CairoTextPainter {
+public:
+    int rendered = 0;
+
+protected:
+    TextMask render(const TTextSettings& font, const std::string& text, Size area) override {
+        ++rendered;
+        return CairoTextPainter::render(font, text, area);
+    }
+};
+
+// A piece of a thumbnail is idle work: what one of them does has a bound, however many annotations there are.
+TEST(ThumbCreator, WorksInPiecesOfOneLabelEach) {
+    const auto document = captureOf(plain(1280, 1600, rgb(255, 255, 255)));
+    constexpr int labels = 60;
+    for (int i = 0; i < labels; ++i) {
+        TBBShape shape;
+        shape.text.text = "label " + std::to_string(i);
+        shape.shape.rectangle = {100, 80 + i * 20, 400, 95 + i * 20};
+        shape.setLabelSize({120, 24});
+        ASSERT_TRUE(document->run(std::make_unique<AddAnnotation>(shape)).ok());
+    }
+    CountingPainter text;
+    ThumbInWork work(TThumbCreator(frame, paper), *document, text, {}, false);
+    int pieces = 0;
+    for (; !work.done(); ++pieces) {
+        const int before = text.rendered;
+        ASSERT_TRUE(work.advance().ok());
+        ASSERT_LE(text.rendered, before + 1) << "piece " << pieces;
+    }
+    EXPECT_EQ(text.rendered, labels);
+    EXPECT_GE(pieces, labels);
+    EXPECT_TRUE(samePixels(work.take(), thumbOf(*document)));
+    // A very large capture without any is reduced strip by strip.
+    const auto large = captureOf(plain(8000, 9000, rgb(255, 255, 255)));
+    ThumbInWork reduction(TThumbCreator(frame, paper), *large, text, {}, false);
+    for (pieces = 0; !reduction.done(); ++pieces) ASSERT_TRUE(reduction.advance().ok());
+    EXPECT_GE(pieces, 50);
 }
 
 }  // namespace
