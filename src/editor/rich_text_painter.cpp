@@ -180,8 +180,6 @@ std::wstring RichTextPainter::withLongWordsBroken(const std::wstring& text) {
     std::wstring result;
     for (size_t at = 0; at < text.size(); ++at) {
         const size_t end = std::min(text.find_first_of(L" \t\r\n", at), text.size());
-        // Such a word begins on a line of its own.
-        if (end - at > maxControlWord && !result.empty() && result.back() != L'\n') result += L'\n';
         for (size_t length = maxControlWord; end - at > maxControlWord && at + length < end;) {
             setControlText(control_, text.substr(at, length));
             const auto lines = SendMessageW(control_, EM_GETLINECOUNT, 0, 0);
@@ -189,6 +187,8 @@ std::wstring RichTextPainter::withLongWordsBroken(const std::wstring& text) {
                 length *= 2;
                 continue;
             }
+            // A word that needs several lines begins on one of its own.
+            if (!result.empty() && result.back() != L'\n') result += L'\n';
             const auto whole = static_cast<size_t>(
                 SendMessageW(control_, EM_LINEINDEX, static_cast<WPARAM>(lines) - 1, 0));  // in all lines but the last
             for (WPARAM line = 1; line < static_cast<WPARAM>(lines); ++line) {

@@ -49,6 +49,7 @@ TTextSettings settingsOf(const Look& look) {
 class EditorWindow {
 public:
     explicit EditorWindow(Size size) {
+        LoadLibraryW(L"msftedit.dll");  // it stays; a painter brings it only with its first text
         parent_ = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 10, 10, size.width + 20,
                                   size.height + 20, nullptr, nullptr, nullptr, nullptr);
         control_ = CreateWindowExW(0, L"RICHEDIT50W", L"", WS_CHILD | WS_VISIBLE | ES_MULTILINE, 5, 5, size.width,
@@ -161,6 +162,12 @@ TEST(RichTextPainter, BreaksLongWordsWhereTheEditorDoes) {
             << text;
         EXPECT_EQ(size.width, 180);
     }
+    // One that has room on its line stays there.
+    const std::string fits = "see " + std::string(450, 'i');
+    const Size natural = painter.measure({}, fits, 0);
+    EXPECT_EQ(natural.height, painter.measure({}, "x", 0).height);
+    EXPECT_LT(natural.width, TextPainter::maxSide);
+    EXPECT_EQ(painter.measure({}, fits, natural.width), natural);
 }
 
 TEST(RichTextPainter, TakesAnyText) {
