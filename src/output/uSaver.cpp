@@ -184,8 +184,19 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
         }
         written.push_back(path);
     }
-    for (const fs::path& path : written) rememberWorkingFile(path);
     return written;
+}
+
+std::optional<TSaver::Paths> TSaver::saveForWork(const Result<fs::path>& folder, Documents documents,
+                                                 PictureFormat format) {
+    if (!folder) {
+        showError(folder.message());
+        return std::nullopt;
+    }
+    std::optional<Paths> files = saveInto(*folder, documents, format);
+    if (files)
+        for (const fs::path& path : *files) rememberWorkingFile(path);
+    return files;
 }
 
 bool TSaver::copyToClipboard(Documents documents) {
@@ -236,12 +247,8 @@ bool TSaver::copyToClipboard(Documents documents) {
 
 bool TSaver::sendByMail(Documents documents, PictureFormat format) {
     const Result<fs::path> folder = mailFolder();
-    if (!folder) {
-        showError(folder.message());
-        return false;
-    }
-    cleanUpMailFolder();
-    const std::optional<Paths> files = saveInto(*folder, documents, format);
+    if (folder) cleanUpMailFolder();
+    const std::optional<Paths> files = saveForWork(folder, documents, format);
     return files && mailFiles(*files);
 }
 
@@ -262,17 +269,11 @@ bool TSaver::mailFiles(const Paths& files) {
 }
 
 std::optional<TSaver::Paths> TSaver::publish(Documents documents, PictureFormat format) {
-    const Result<fs::path> folder = publishFolder();
-    if (folder) return saveInto(*folder, documents, format);
-    showError(folder.message());
-    return std::nullopt;
+    return saveForWork(publishFolder(), documents, format);
 }
 
 std::optional<TSaver::Paths> TSaver::saveForExternalEditor(Documents documents, PictureFormat format) {
-    const Result<fs::path> folder = externalEditorFolder();
-    if (folder) return saveInto(*folder, documents, format);
-    showError(folder.message());
-    return std::nullopt;
+    return saveForWork(externalEditorFolder(), documents, format);
 }
 
 bool TSaver::startExternalEditor(const std::string& program, const std::string& parameters) {

@@ -77,6 +77,9 @@ private:
     Result<std::vector<uint8_t>> encodeEditable(const CaptureDocument& document, bool withAnnotations,
                                                 const Progress& progress);
     bool writeTarget(const std::filesystem::path& path, const Encode& encode, const std::function<bool()>& cancelled);
+    /// Into a folder of our own, from which the files are cleaned up one day.
+    std::optional<Paths> saveForWork(const Result<std::filesystem::path>& folder, Documents documents,
+                                     PictureFormat format);
 
     std::unique_ptr<TextPainter> text_;
 };

@@ -10,6 +10,7 @@
 #include "output/open_captures.h"
 #include "output/output_picture.h"
 #include "output/uJPEGSettings.h"
+#include "output/working_folder.h"
 #include "saver_fixture.h"
 #include "support/windows/dialog_driver.h"
 #include "support/windows/native_tool.h"
@@ -271,6 +272,13 @@ TEST_F(SaveDialogsTest, SeveralCapturesGoIntoOneFolder) {
     EXPECT_EQ(messages_.messages[0].caption, "Saved successfully");
     ASSERT_EQ(starts_.started.size(), 1U);
     EXPECT_EQ(starts_.started[0].second, "/select,\"" + utf8FromPath(start / "here" / "page.bmp") + "\"");
+    // What the user saved is the user's, wherever it lies: nothing of it is cleaned up.
+    dialogs_.path = work() / "own" / "any";
+    fs::create_directories(work() / "own");
+    setSaveDialogs(&dialogs_);
+    EXPECT_TRUE(saver_.savePictures(all));
+    EXPECT_EQ(entriesOf(work() / "own"), 3U);
+    EXPECT_EQ(WorkingFolder(work()).cleanUp(std::chrono::hours(1), fs::file_time_type::max()), 0U);
 }
 
 TEST_F(SaveDialogsTest, AsksBeforeItOverwrites) {
