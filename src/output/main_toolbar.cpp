@@ -67,16 +67,16 @@ void TMainToolbar::makeButton(const MainCommand& command) {
     items_.push_back({&command, button});
 }
 
-bool TMainToolbar::fill() {
-    if (more_ != nullptr) return false;
+void TMainToolbar::fill() {
+    if (filled()) return;
     for (const MainCommand& command : mainCommands()) makeButton(command);
     fix_ = makeButton("btnFix", "    Fix     ", "Always show Toolbar", "pin", ToolButton::Kind::Check);
     fix_->setDown(pinned_);
     fix_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { setPinned(fix_->down()); });
     more_ = makeButton("btnMoreCommands", "More", "More commands", "chevron", ToolButton::Kind::Push);
     more_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { showHidden(); });
+    handle_->MoveAfterInTabOrder(more_);
     handle_->SetToolTip("Minimize/Maximize Main Toolbar");  // the first hint of a program takes time as well
-    return true;
 }
 
 ToolButton* TMainToolbar::button(std::string_view control) const {

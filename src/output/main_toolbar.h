@@ -23,8 +23,9 @@ public:
     using Run = std::function<void(const MainCommand&)>;
     TMainToolbar(wxWindow* parent, Run run);
 
-    /// Makes the buttons, the first time. False when they are there already.
-    bool fill();
+    /// Makes the buttons, the first time.
+    void fill();
+    [[nodiscard]] bool filled() const { return more_ != nullptr; }
     /// The button of that name; none when there is no such command, or before fill().
     [[nodiscard]] ToolButton* button(std::string_view control) const;
     /// Enables each button by what its command needs.

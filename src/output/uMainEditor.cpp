@@ -175,8 +175,9 @@ void TMainEditor::showLeftPanel(bool show) {
 
 /// The picture is up: now the rest of the window. False when it is there already.
 bool TMainEditor::complete() {
-    const wxWindowUpdateLocker atOnce(toolbar_);
-    if (!toolbar_->fill()) return false;
+    if (toolbar_->filled()) return false;
+    const wxWindowUpdateLocker atOnce(toolbar_);  // after the question: its end paints the whole bar
+    toolbar_->fill();
     addShapeMenu();
     toolbar_->SendSizeEvent();
     labels_->fill();
@@ -222,7 +223,9 @@ void TMainEditor::click(std::string_view control) {
 }
 
 void TMainEditor::run(const MainCommand& command) {
-    if (commandsRunning_ == 0 && available(command.needs)) execute(command);
+    if (commandsRunning_ > 0 || !available(command.needs)) return;
+    if (complete()) refreshState();  // a dialog may keep the first quiet moment away
+    execute(command);
 }
 
 void TMainEditor::execute(const MainCommand& command) {

@@ -8,6 +8,7 @@
 #include "main_editor_fixture.h"
 #include "output/clipboard.h"
 #include "output/editable_png.h"
+#include "output/main_commands.h"
 #include "output/output_folders.h"
 #include "support/windows/dialog_driver.h"
 #include "support/windows/mail_program.h"
@@ -269,6 +270,33 @@ TEST_F(MainEditorUse, EveryToolHasItsKey) {
         test::click(button(name));
         EXPECT_EQ(editor_->canvas()->tool(), byKey) << name;
     }
+}
+
+// --- what comes after the picture ---------------------------------------------------------------------------------
+
+TEST_F(MainEditorUse, TheToolbarIsThereForTheFirstCommandAndThenAtRest) {
+    editor_->Close(true);
+    ASSERT_TRUE(test::pumpUntil([] { return pMainEditor == nullptr; }));
+    open();
+    wxWindow* bar = test::findControl(*editor_, "tbMain");
+    ASSERT_EQ(bar->GetChildren().size(), 1U) << "the handle";
+    // A key that comes before the first quiet moment: its dialog may keep that away for long.
+    const wxAcceleratorTable* keys = editor_->GetAcceleratorTable();
+    ASSERT_TRUE(keys->IsOk());
+    ACCEL all[64] = {};
+    const int count = CopyAcceleratorTableW(reinterpret_cast<HACCEL>(keys->GetHACCEL()), all, 64);
+    editor_->addEditor(grey("one"));
+    for (int i = 0; i < count; ++i)
+        if (all[i].key == '1') SendMessageW(editor_->GetHWND(), WM_COMMAND, MAKEWPARAM(all[i].cmd, 1), 0);
+    EXPECT_GT(bar->GetChildren().size(), mainCommands().size());
+    EXPECT_EQ(bar->GetChildren().back()->GetName(), "imgHandle") << "Tab goes to the buttons first";
+
+    editor_->showRoutine();
+    test::pump();
+    ValidateRect(bar->GetHWND(), nullptr);
+    wxIdleEvent quiet;
+    editor_->ProcessWindowEvent(quiet);
+    EXPECT_FALSE(GetUpdateRect(bar->GetHWND(), nullptr, FALSE)) << "it would be painted for ever";
 }
 
 // --- leaving ------------------------------------------------------------------------------------------------------
