@@ -15,14 +15,19 @@ BOOL CALLBACK paintNow(HWND window, LPARAM /*unused*/) {
     return TRUE;
 }
 
-/// Windows of other programs only need a moment. Those of this thread cannot paint themselves while it is here, and
-/// learn only from the queue that they have to.
+/// Takes none. But only a thread that looks learns what its windows have to paint, and what they have painted may wait
+/// for this moment until it is brought to the screen.
+void lookForMessages() {
+    MSG message;
+    PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_NOREMOVE);
+}
+
+/// Windows of other programs only need a moment. Those of this thread cannot paint themselves while it is here.
 void letTheScreenSettle() {
     constexpr DWORD repaintMilliseconds = 200;
     constexpr DWORD step = 20;
     for (DWORD waited = 0; waited < repaintMilliseconds; waited += step) {
-        MSG message;
-        PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_NOREMOVE);
+        lookForMessages();
         EnumThreadWindows(GetCurrentThreadId(), paintNow, 0);
         Sleep(step);
     }
@@ -63,6 +68,7 @@ void flash(const Rect& area) {
         SetLayeredWindowAttributes(light, 0, static_cast<BYTE>(brightest * (steps - step) / steps), LWA_ALPHA);
         if (step == 0) ShowWindow(light, SW_SHOWNOACTIVATE);
         UpdateWindow(light);
+        lookForMessages();
         Sleep(stepMilliseconds);
     }
     DestroyWindow(light);
