@@ -5,6 +5,7 @@
 #include <wx/settings.h>
 #include <wx/textctrl.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "common/wx_bitmap.h"
@@ -17,6 +18,12 @@ constexpr int thumbnailWidth = 132;
 constexpr int thumbnailHeight = 99;
 constexpr int spaceBeside = 20;
 constexpr int spaceBelow = 42;
+constexpr int frameWidth = 3;  ///< of a selected thumbnail
+
+bool isSelected(const wxListCtrl& list, long item) { return list.GetItemState(item, wxLIST_STATE_SELECTED) != 0; }
+
+/// Grey while something else has the focus.
+int selectionColour(HWND list) { return ::GetFocus() == list ? COLOR_HIGHLIGHT : COLOR_BTNSHADOW; }
 
 }  // namespace
 
@@ -170,6 +177,69 @@ void CaptureList::select(const std::function<bool(size_t)>& wanted) {
 void CaptureList::editName(size_t place) {
     SetFocus();
     EditLabel(static_cast<long>(place));
+}
+
+// --- painting -----------------------------------------------------------------------------------------------------
+
+bool CaptureList::MSWOnNotify(int control, WXLPARAM parameter, WXLPARAM* result) {
+    const auto* draw = reinterpret_cast<const NMLVCUSTOMDRAW*>(parameter);
+    if (draw->nmcd.hdr.code != NM_CUSTOMDRAW || draw->nmcd.hdr.hwndFrom != GetHWND())
+        return wxListCtrl::MSWOnNotify(control, parameter, result);
+    *result = CDRF_DODEFAULT;
+    if (draw->nmcd.dwDrawStage == CDDS_PREPAINT) *result = CDRF_NOTIFYITEMDRAW;
+    if (draw->nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        paintThumbnail(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
+        paintName(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
+        *result = CDRF_SKIPDEFAULT;
+    }
+    return true;
+}
+
+void CaptureList::paintThumbnail(WXHDC dc, long item) const {
+    const HWND window = GetHWND();
+    const Size size = thumbnailSize();
+    RECT area{};
+    ListView_GetItemRect(window, item, &area, LVIR_ICON);
+    const POINT at{(area.left + area.right - size.width) / 2, (area.top + area.bottom - size.height) / 2};
+    wxListItem asked;
+    asked.SetId(item);
+    asked.SetMask(wxLIST_MASK_IMAGE);
+    GetItem(asked);
+    ImageList_Draw(reinterpret_cast<HIMAGELIST>(ilstThumbnails_->GetHIMAGELIST()), asked.GetImage(), dc, at.x, at.y,
+                   ILD_NORMAL);
+    RECT frame{at.x, at.y, at.x + size.width, at.y + size.height};
+    for (int i = isSelected(*this, item) ? FromDIP(frameWidth) : 0; i > 0; --i) {
+        FrameRect(dc, &frame, GetSysColorBrush(selectionColour(window)));
+        InflateRect(&frame, -1, -1);
+    }
+}
+
+void CaptureList::paintName(WXHDC dc, long item) const {
+    const HWND window = GetHWND();
+    const bool selected = isSelected(*this, item);
+    const int ground = selected ? selectionColour(window) : COLOR_WINDOW;
+    const int ink = selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT;
+    RECT label{};
+    ListView_GetItemRect(window, item, &label, LVIR_LABEL);
+    const wxString name = GetItemText(item);
+    const HGDIOBJ font = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+    constexpr UINT way = DT_CENTER | DT_WORDBREAK | DT_EDITCONTROL | DT_NOPREFIX | DT_END_ELLIPSIS;
+    RECT words{0, 0, label.right - label.left, label.bottom - label.top};
+    DrawTextW(dc, name.wc_str(), -1, &words, way | DT_CALCRECT);
+    const int margin = FromDIP(3);
+    const int middle = (label.left + label.right) / 2;
+    RECT nameArea{middle - words.right / 2 - margin, label.top, middle - words.right / 2 + words.right + margin,
+                  std::min(label.top + words.bottom, label.bottom)};
+    FillRect(dc, &nameArea, GetSysColorBrush(ground));
+    const COLORREF colourBefore = SetTextColor(dc, GetSysColor(ink));
+    const int modeBefore = SetBkMode(dc, TRANSPARENT);
+    DrawTextW(dc, name.wc_str(), -1, &label, way);
+    const bool focusShown = (SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) == 0;
+    const bool focused = ListView_GetItemState(window, item, LVIS_FOCUSED) != 0;
+    if (focused && focusShown && ::GetFocus() == window) DrawFocusRect(dc, &nameArea);
+    SetBkMode(dc, modeBefore);
+    SetTextColor(dc, colourBefore);
+    SelectObject(dc, font);
 }
 
 // --- reordering ---------------------------------------------------------------------------------------------------

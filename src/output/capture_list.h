@@ -12,8 +12,9 @@
 namespace glimmer {
 
 /// The list of captures: one item for each, with its thumbnail and name. Several can be selected; names are edited in
-/// place (a second click or F2); items are dragged to another place. It holds no captures: the places of its items are
-/// the places in the main editor's list.
+/// place (a second click or F2); items are dragged to another place. A selected thumbnail has a frame and stays what it
+/// is (the system would tint it). It holds no captures: the places of its items are the places in the main editor's
+/// list.
 class CaptureList : public wxListCtrl {
 public:
     /// What the list asks of its owner. All places are counted from 0.
@@ -42,8 +43,12 @@ public:
     void select(const std::function<bool(size_t)>& wanted);
     void editName(size_t place);
 
+    bool MSWOnNotify(int control, WXLPARAM parameter, WXLPARAM* result) override;
+
 private:
     void bindEvents();
+    void paintThumbnail(WXHDC dc, long item) const;
+    void paintName(WXHDC dc, long item) const;
     void startDrag(wxListEvent& event);
     void drag(wxMouseEvent& event);
     void endDrag(bool drop);

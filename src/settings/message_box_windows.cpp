@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/icons.h"
 #include "common/modal_dialog.h"
 #include "common/modal_scope.h"
 #include "common/text.h"
@@ -106,23 +107,20 @@ std::vector<Button> buttonsOf(const Message& message) {
     return {ok};
 }
 
-wxBitmap iconOf(MessageIcon icon) {
-    const auto system = [](const wchar_t* name) {
-        wxIcon shared;
-        if (HICON copy = CopyIcon(LoadIconW(nullptr, name))) shared.CreateFromHICON(copy);
-        return wxBitmap(shared);
-    };
-    switch (icon) {
+/// Our own drawings: the system's are not sharp on every screen.
+wxBitmapBundle iconOf(MessageIcon which) {
+    constexpr int side = 32;
+    switch (which) {
         case MessageIcon::None:
             return {};
         case MessageIcon::Information:
-            return system(IDI_INFORMATION);
+            return icon("message-information", side);
         case MessageIcon::Question:
-            return system(IDI_QUESTION);
+            return icon("message-question", side);
         case MessageIcon::Warning:
-            return system(IDI_WARNING);
+            return icon("message-warning", side);
         case MessageIcon::Error:
-            return system(IDI_ERROR);
+            return icon("message-error", side);
     }
     return {};
 }
@@ -171,8 +169,8 @@ private:
         panel->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
         panel->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOWTEXT));
         auto* row = new wxBoxSizer(wxHORIZONTAL);
-        const wxBitmap icon = iconOf(message.icon);
-        if (icon.IsOk()) row->Add(new wxStaticBitmap(panel, wxID_ANY, icon), 0, wxRIGHT, FromDIP(12));
+        const wxBitmapBundle picture = iconOf(message.icon);
+        if (picture.IsOk()) row->Add(new wxStaticBitmap(panel, wxID_ANY, picture), 0, wxRIGHT, FromDIP(12));
         auto* text = new wxStaticText(panel, wxID_ANY, wxString());
         text->SetLabelText(wxString::FromUTF8(trimmed(withPlainLineEnds(message.text))));
         text->SetName("lblMessage");
