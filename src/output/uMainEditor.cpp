@@ -179,6 +179,7 @@ bool TMainEditor::complete() {
     const wxWindowUpdateLocker atOnce(toolbar_);  // after the question: its end paints the whole bar
     toolbar_->fill();
     addShapeMenu();
+    toolbar_->update([this](CommandNeeds needs) { return available(needs); });  // what is of no use takes no room
     toolbar_->SendSizeEvent();
     labels_->fill();
     list_->SetToolTip("Click the captions once or press F2 to rename");

@@ -26,6 +26,7 @@ TEST_F(MainEditor, EveryCommandHasItsButtonAndNeedsWhatItNeeds) {
     }
     ASSERT_TRUE(pumpUntil([this] { return !find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
     EXPECT_TRUE(find<ToolButton>(*editor_, "btnLoadProject")->IsEnabled());
+    EXPECT_FALSE(find<ToolButton>(*editor_, "btnFirefox")->IsShown());  // no browser is the host
     editor_->addEditor(grey("one"));
     ASSERT_TRUE(pumpUntil([this] { return find<ToolButton>(*editor_, "btnCopy")->IsEnabled(); }));
     EXPECT_FALSE(find<ToolButton>(*editor_, "tbtnUndo")->IsEnabled());
