@@ -23,9 +23,9 @@ run_benchmarks() {
 # The main window with forty captures, and the start of the program beside that of others on the same display.
 run_window_benchmarks() {
     install_packages "${start_packages[@]}"
+    wine_environment
     build_preset bench start_bench >&2
     build_preset "$windows_preset" main_editor_bench "${shipped[@]}" >&2
-    wine_environment
     start_wine
     printf '\n## Windows, under Wine\n'
     "${wine_loader[@]}" "$build/$windows_preset/bench/main_editor_bench.exe"

@@ -162,8 +162,8 @@ wxPanel* PropertyPanels::makeStyle() {
     wxPanel* panel = makePanel("pnlStyle", 0);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(new wxStaticText(panel, wxID_ANY, "Style:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
-    lblStyle_ =
-        new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END, "lblStyle");
+    lblStyle_ = new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize,
+                                 wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE, "lblStyle");
     lblStyle_->SetForegroundColour(linkColour());
     lblStyle_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblStyle_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { form_.lblStyleClick(); });
@@ -205,8 +205,8 @@ wxPanel* PropertyPanels::makeText() {
         swatches(panel, {{"imgFontColor", "Text"}, {"imgFontBackgroundColor", "Back"}, {"imgFontFrameColor", "Frame"}}),
         0, wxTOP, FromDIP(gap));
     auto* font = new wxBoxSizer(wxHORIZONTAL);
-    lblFontName_ =
-        new wxStaticText(panel, wxID_ANY, "Arial", wxDefaultPosition, wxDefaultSize, wxST_ELLIPSIZE_END, "lblFontName");
+    lblFontName_ = new wxStaticText(panel, wxID_ANY, "Arial", wxDefaultPosition, wxDefaultSize,
+                                    wxST_ELLIPSIZE_END | wxST_NO_AUTORESIZE, "lblFontName");
     lblFontName_->SetForegroundColour(linkColour());
     lblFontName_->SetCursor(wxCursor(wxCURSOR_HAND));
     lblFontName_->SetToolTip("Font name");
