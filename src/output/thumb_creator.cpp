@@ -13,7 +13,7 @@ namespace {
 /// A page is cut when it is more than this many times taller than the frame's proportions allow.
 constexpr int32_t tallest = 2;
 /// Pixels of a capture that are reduced in one piece; bounds time, and the memory of the strip that is annotated.
-constexpr int64_t stripPixels = 768 * 1024;
+constexpr int64_t stripPixels = int64_t{768} * 1024;
 /// A capture without annotations is reduced at once, and a little more sharply, when it has no more pixels than this.
 constexpr int64_t plainPixels = 4 * stripPixels;
 constexpr Colour borderColour = rgb(176, 186, 196);

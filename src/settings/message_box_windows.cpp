@@ -152,8 +152,10 @@ public:
         }
         column->Add(strip, 0, wxEXPAND | wxALL, FromDIP(12));
         SetSizerAndFit(column);
-        standard->SetDefault();
-        standard->SetFocus();
+        if (standard != nullptr) {
+            standard->SetDefault();
+            standard->SetFocus();
+        }
         Centre();
     }
 
