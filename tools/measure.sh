@@ -29,14 +29,9 @@ run_window_benchmarks() {
     start_wine
     printf '\n## Windows, under Wine\n'
     "${wine_loader[@]}" "$build/$windows_preset/bench/main_editor_bench.exe"
-    # Wine's desktop, which its first program has to wait for, stays up as long as any program does.
-    "${wine_loader[@]}" winemine.exe >/dev/null 2>&1 &
-    local desktop=$! result=0
-    "$build/bench/bench/start_bench" \
+    with_desktop "$build/bench/bench/start_bench" \
         'glimmerpad.exe FILE' "${wine_loader[*]} '$build/$windows_preset/bin/glimmerpad.exe' %w" \
-        'ksnip -e FILE' 'ksnip -e %s' 'gpicview FILE' 'gpicview %s' || result=$?
-    kill "$desktop"
-    return $result
+        'ksnip -e FILE' 'ksnip -e %s' 'gpicview FILE' 'gpicview %s'
 }
 
 # fuzz SECONDS [NAME]: every fuzzer for that long, from its corpus; an input that crashes goes to fuzz/regressions/NAME.

@@ -292,7 +292,7 @@ void TMainEditor::updateThumbnails() {
         const bool failed = !thumbnailInWork_->advance();
         if (failed || thumbnailInWork_->done()) endThumbnail();
     }
-    parkOthers();
+    if (thumbnailInWork_) parkOthers();  // its capture is awake until the next round otherwise
 }
 
 void TMainEditor::refreshState() {
