@@ -8,11 +8,14 @@
 #include "common/files.h"
 #include "common/library_module.h"
 #include "editor/rich_text_painter.h"
+#include "imaging/scaling.h"
 #include "output/watermark.h"
 
 namespace glimmer {
 
 namespace {
+
+constexpr int32_t sampleWidth = 480;  // pixels, of a small picture
 
 /// A page of grey lines under a blue heading, as pages look from afar.
 void drawSamplePage(TBitmap& picture) {
@@ -34,14 +37,16 @@ OptionsServices optionsServices() {
     if (std::filesystem::is_regular_file(pathFromUtf8(program), error)) services.program = program;
     services.watermarkPreview = [painter = std::make_shared<RichTextPainter>()](const Options& options,
                                                                                 Size size) -> Result<TBitmap> {
-        Result<TBitmap> picture =
-            TBitmap::create(std::max(size.width, 1), std::max(size.height, 1), PixelFormat::Bgr24);
+        // Drawn on a page and shown smaller, so that the watermark has the size that it has on a picture.
+        const int32_t width = std::max(size.width, sampleWidth);
+        const int32_t height = std::max(width * size.height / std::max(size.width, 1), 1);
+        Result<TBitmap> picture = TBitmap::create(width, height, PixelFormat::Bgr24);
         if (!picture) return picture;
         drawSamplePage(*picture);
         const Status drawn =
             applyWatermark(*picture, options, "https://example.org/page", "Sample page", systemClock(), *painter);
         if (!drawn) return drawn.failure();
-        return picture;
+        return resized(*picture, std::max(size.width, 1), std::max(size.height, 1));
     };
     return services;
 }

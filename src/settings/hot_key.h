@@ -12,6 +12,9 @@ inline constexpr int32_t hotKeyAlt = 0x8000;
 
 constexpr uint8_t hotKeyCode(int32_t hotKey) { return static_cast<uint8_t>(hotKey & 0xFF); }
 
+/// Whether the combination may be taken from every other program: keys that type, move or delete need Ctrl or Alt.
+bool mayBeGlobal(int32_t hotKey);
+
 /// For people: "Ctrl+Shift+Print Screen"; "None" without a key.
 std::string hotKeyText(int32_t hotKey);
 

@@ -1,6 +1,7 @@
 #include "settings/hot_key_control.h"
 
 #include <wx/msw/private.h>
+#include <wx/utils.h>
 
 #include "settings/hot_key.h"
 
@@ -65,7 +66,12 @@ bool THotKey::keyDown(uint32_t key) {
         (modifiers == 0 && (key == VK_ESCAPE || key == VK_RETURN)))
         return false;
     const bool clears = modifiers == 0 && (key == VK_BACK || key == VK_DELETE);
-    take(clears ? 0 : modifiers | static_cast<int32_t>(key & 0xFFU));
+    const int32_t pressed = modifiers | static_cast<int32_t>(key & 0xFFU);
+    if (clears || mayBeGlobal(pressed)) {
+        take(clears ? 0 : pressed);
+    } else {
+        wxBell();
+    }
     return true;
 }
 

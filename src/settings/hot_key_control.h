@@ -7,8 +7,8 @@
 namespace glimmer {
 
 /// A box that shows a key combination and takes the one that is pressed in it. Backspace and Delete alone clear it,
-/// Tab and Shift+Tab leave it. The value is the shortcut value of hot_key.h; 0 is none. Each change by the user sends
-/// wxEVT_TEXT.
+/// Tab and Shift+Tab leave it; a combination that would take a plain letter from all programs is refused. The value is
+/// the shortcut value of hot_key.h; 0 is none. Each change by the user sends wxEVT_TEXT.
 class THotKey : public wxTextCtrl {
 public:
     THotKey(wxWindow* parent, wxWindowID id, int32_t hotKey = 0);

@@ -17,9 +17,21 @@ constexpr std::string_view confirmation =
     "choice here.";
 constexpr std::string_view association = "Opens these files in the editor when they are double-clicked.";
 constexpr std::string_view hotKey =
-    "Click here and press the keys. They work in every program as long as this one runs. Delete clears them.";
+    "Click here and press the keys. Letters, digits and the like need Ctrl or Alt with them. Delete clears the box.";
 
 constexpr Help table[] = {
+    {"General", "Start with Windows, the toolbar, the working folder and its cleaning."},
+    {"Confirmations", "What the program asks and tells, and what it does without asking."},
+    {"Associations", "Which files open in the editor when they are double-clicked."},
+    {"Hotkeys", "Keys that work in every program as long as this one runs."},
+    {"Capturing", "File names, and what happens when a picture is taken."},
+    {"Editing", "The tool windows and the strength of the blur."},
+    {"Display", "Which parts new annotations show, shadows, and hints on buttons."},
+    {"Styles", "What a style remembers, and where labels and numbers of new annotations stand."},
+    {"Saving", "Whether PNG files stay editable."},
+    {"Update", "Whether to look for a new version."},
+    {"Watermarking", "A text or a logo on everything that leaves the program."},
+    {"Annotation Control", "The font of new labels and the look of the annotation list."},
     {"chkFolderCleanup",
      "At each start, deletes old files of this program from the working folder. Other files are never touched."},
     {"spnFolderCleanupMax", "Files that were last changed more days ago than this are deleted."},
@@ -34,7 +46,7 @@ constexpr Help table[] = {
     {"cmbExitAfterSaving", confirmation},
     {"cmbDeleteCaptures", confirmation},
     {"cmbConfirmExit", confirmation},
-    {"cmbShowWelcomeMessage", confirmation},
+    {"cmbShowWelcomeMessage", "Kept for a later version: this one has no welcome message."},
     {"chkPNGAssociation", association},
     {"chkGIFAssociation", association},
     {"chkJPEGAssociation", association},
@@ -67,7 +79,7 @@ constexpr Help table[] = {
     {"cmbAnnotationPlacement", "Where the text of a new object stands."},
     {"cmbNumberPlacement", "Where the number of a new object stands."},
     {"chkEmbedNativeInfo", "Saved PNG files then stay editable; they get larger. Other programs show them as always."},
-    {"chkCheckForZKUpdates", "Asks the update service once a day whether there is a new version."},
+    {"chkCheckForZKUpdates", "Kept for a later version: this one does not look for updates."},
     {"chkWMDisplay",
      "Draws a watermark on every picture that is saved, copied, sent, uploaded or printed. The editor does not show "
      "it."},

@@ -4,7 +4,7 @@
 
 namespace glimmer {
 
-/// One or two sentences on an option for the options dialog; empty for one that is not shown there.
+/// One or two sentences on an option, or on a page of the options dialog by its title; empty for one that is not there.
 std::string_view optionHelp(std::string_view control);
 
 }  // namespace glimmer

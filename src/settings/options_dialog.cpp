@@ -7,6 +7,7 @@
 #include <wx/dirdlg.h>
 #include <wx/filedlg.h>
 #include <wx/listbox.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/simplebook.h>
 #include <wx/sizer.h>
 #include <wx/spinctrl.h>
@@ -18,6 +19,7 @@
 
 #include "settings/form_store.h"
 #include "settings/hot_key.h"
+#include "settings/hot_key_control.h"
 #include "settings/message_box.h"
 #include "settings/option_help.h"
 #include "settings/options_page.h"
@@ -33,6 +35,19 @@ wxString& lastPage() {
 }
 
 wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
+
+/// What the system holds is what it holds, whoever changed it since.
+Options currentOptions() {
+    Options options = OptionsHolder();
+    options.setOn("chkRunAtStartup", runsAtStartup());
+    return options;
+}
+
+/// The options in which the answers of questions and notices are kept: those of their page, and those that have no
+/// control.
+bool isRememberedAnswer(const Option& option) {
+    return option.kind == OptionKind::Combo && (option.page == "Confirmations" || option.page.empty());
+}
 
 wxImage imageOf(const TBitmap& bitmap) {
     wxImage image(bitmap.width(), bitmap.height(), false);
@@ -54,7 +69,7 @@ TVistraneOptions::TVistraneOptions(wxWindow* parent, OptionsServices services)
     : ModalDialog(parent, wxID_ANY, "Options", wxDefaultPosition, wxDefaultSize,
                   wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER),
       services_(std::move(services)),
-      applied_(OptionsHolder()) {
+      applied_(currentOptions()) {
     SetName("TVistraneOptions");
     auto* column = new wxBoxSizer(wxVERTICAL);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
@@ -94,7 +109,7 @@ void TVistraneOptions::makeButtons(wxBoxSizer& column) {
     buttons->AddStretchSpacer();
     auto* ok = new wxButton(this, wxID_OK, "OK");
     auto* cancel = new wxButton(this, wxID_CANCEL, "Cancel");
-    applyButton_ = new wxButton(this, wxID_APPLY, "Apply");
+    applyButton_ = new wxButton(this, wxID_APPLY, "&Apply");
     for (wxButton* button : {ok, cancel, applyButton_}) buttons->Add(button, 0, wxLEFT, FromDIP(8));
     column.Add(buttons, 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(12));
     ok->SetDefault();
@@ -110,14 +125,11 @@ void TVistraneOptions::bindHandlers() {
     Bind(wxEVT_CHOICE, changed);
     Bind(wxEVT_COMBOBOX, changed);
     Bind(wxEVT_TEXT, changed);
-    for (const auto& option : optionTable()) {
-        wxWindow* control = option.page.empty() ? nullptr : FindWindow(text(option.control));
-        if (control == nullptr) continue;
-        control->Bind(wxEVT_SET_FOCUS, [this, control](wxFocusEvent& event) {
-            event.Skip();
-            controlFocused(control);
-        });
-    }
+    Bind(wxEVT_CHILD_FOCUS, [this](wxChildFocusEvent& event) {
+        event.Skip();
+        showHelp(event.GetWindow());
+    });
+    Bind(wxEVT_CHAR_HOOK, &TVistraneOptions::FormKeyDown, this);
     Bind(wxEVT_SPINCTRL, [this](wxSpinEvent& event) {
         event.Skip();
         valueChanged();
@@ -151,13 +163,38 @@ void TVistraneOptions::pageChanged() {
     if (index == wxNOT_FOUND) return;
     book_->ChangeSelection(static_cast<size_t>(index));
     lastPage() = pageList_->GetString(static_cast<unsigned>(index));
-    help_->SetLabelText(wxString());
+    showHelp(book_->GetCurrentPage());
     valueChanged();
 }
 
-void TVistraneOptions::controlFocused(wxWindow* control) {
-    help_->SetLabelText(text(optionHelp(control->GetName().utf8_string())));
-    help_->Wrap(help_->GetSize().GetWidth());
+/// Help on a control, or on the page when the control has none of its own.
+void TVistraneOptions::showHelp(const wxWindow* control) {
+    if (control == pageList_) control = book_->GetCurrentPage();
+    for (; control != nullptr && control != this; control = control->GetParent()) {
+        const std::string_view help = optionHelp(control->GetName().utf8_string());
+        if (help.empty()) continue;
+        help_->SetLabelText(text(help));
+        help_->Wrap(help_->GetSize().GetWidth());
+        return;
+    }
+}
+
+/// Ctrl with Tab or Page Down goes to the next page, with Shift+Tab or Page Up to the one before.
+void TVistraneOptions::FormKeyDown(wxKeyEvent& event) {
+    const int key = event.GetKeyCode();
+    const bool up = key == WXK_PAGEUP || key == WXK_NUMPAD_PAGEUP;
+    const bool turns = key == WXK_TAB || up || key == WXK_PAGEDOWN || key == WXK_NUMPAD_PAGEDOWN;
+    // A hot key box takes the combination for itself; Ctrl+Tab leads out of it too.
+    const bool taken = key != WXK_TAB && dynamic_cast<THotKey*>(FindFocus()) != nullptr;
+    if (!event.ControlDown() || event.AltDown() || !turns || taken) {
+        event.Skip();
+        return;
+    }
+    const int count = static_cast<int>(pageList_->GetCount());
+    const bool back = up || (key == WXK_TAB && event.ShiftDown());
+    pageList_->SetSelection((pageList_->GetSelection() + (back ? count - 1 : 1)) % count);
+    if (FindFocus() != nullptr && book_->IsDescendant(FindFocus())) pageList_->SetFocus();
+    pageChanged();
 }
 
 void TVistraneOptions::showValues(const Options& options) {
@@ -177,15 +214,30 @@ void TVistraneOptions::showValues(const Options& options) {
 }
 
 Options TVistraneOptions::shownValues() {
-    Options options = OptionsHolder();
+    Options options = applied_;
     for (const Option& option : optionTable()) {
         wxWindow* window = option.page.empty() ? nullptr : FindWindow(text(option.control));
-        if (window == nullptr) continue;
-        if (option.kind == OptionKind::Text) {
+        if (window == nullptr) {
+            if (askAgain_ && isRememberedAnswer(option)) options.setNumber(option.control, 0);
+        } else if (option.kind == OptionKind::Text) {
             options.setText(option.control, dynamic_cast<wxTextEntry&>(*window).GetValue().utf8_string());
         } else {
             options.setNumber(option.control, formControl(window)->value());
         }
+    }
+    return options;
+}
+
+/// The current options with what was changed here. The others may have changed since the dialog opened: a host's
+/// timer can deliver a capture meanwhile, which takes a number.
+Options TVistraneOptions::wantedOptions() {
+    Options options = OptionsHolder();
+    const Options shown = shownValues();
+    for (const Option& option : optionTable()) {
+        if (shown.number(option.control) != applied_.number(option.control))
+            options.setNumber(option.control, shown.number(option.control));
+        if (shown.text(option.control) != applied_.text(option.control))
+            options.setText(option.control, shown.text(option.control));
     }
     return options;
 }
@@ -226,7 +278,10 @@ void TVistraneOptions::updatePreview() {
         } else {
             dc.SetBackground(panel->GetBackgroundColour());
             dc.Clear();
-            dc.DrawText(text(picture.message()), 4, 4);
+            dc.SetFont(panel->GetFont());
+            RECT area{0, 0, size.x, size.y};
+            SetBkMode(dc.GetHDC(), TRANSPARENT);
+            DrawTextW(dc.GetHDC(), text(picture.message()).wc_str(), -1, &area, DT_WORDBREAK | DT_NOPREFIX);
         }
     });
 }
@@ -249,7 +304,7 @@ bool TVistraneOptions::hotKeysDiffer(const Options& options) {
 }
 
 bool TVistraneOptions::apply() {
-    Options options = shownValues();
+    Options options = wantedOptions();
     if (!hotKeysDiffer(options)) return false;
     // What the system refuses goes back to what it was; everything else is kept.
     Status associated = applyAssociations(*services_.associations, applied_, options);
@@ -258,8 +313,9 @@ bool TVistraneOptions::apply() {
             if (option.page == "Associations") options.setNumber(option.control, applied_.number(option.control));
         showError(associated.message());
     }
-    const bool start = options.on("chkRunAtStartup");
-    if (start != applied_.on("chkRunAtStartup") && !services_.program.empty()) {
+    const bool start = shownValues().on("chkRunAtStartup");
+    options.setOn("chkRunAtStartup", start);
+    if (start != runsAtStartup() && !services_.program.empty()) {
         if (const Status done = setRunAtStartup(start, services_.program); !done) {
             options.setOn("chkRunAtStartup", !start);
             showError(done.message());
@@ -268,6 +324,7 @@ bool TVistraneOptions::apply() {
     OptionsHolder() = options;
     saveOptions();
     applied_ = options;
+    askAgain_ = false;
     showValues(applied_);
     return true;
 }
@@ -287,6 +344,7 @@ void TVistraneOptions::btnBrowseWatermarkClick() {
 }
 
 void TVistraneOptions::btnAskAgainClick() {
+    askAgain_ = true;
     for (const Option& option : optionTable())
         if (option.page == "Confirmations") formControl(FindWindow(text(option.control)))->setValue(0);
     valueChanged();

@@ -44,10 +44,11 @@ private:
     /// Between the controls and values.
     void showValues(const Options& options);
     [[nodiscard]] Options shownValues();
+    [[nodiscard]] Options wantedOptions();
 
     void valueChanged();
     void pageChanged();
-    void controlFocused(wxWindow* control);
+    void showHelp(const wxWindow* control);
     void updatePreview();
     /// False, after a message, when the values cannot be applied.
     bool apply();
@@ -57,6 +58,7 @@ private:
     void btnBrowseWatermarkClick();
     void btnAskAgainClick();
     void okClick(wxCommandEvent& event);
+    void FormKeyDown(wxKeyEvent& event);
 
     OptionsServices services_;
     Options applied_;  ///< what the dialog last showed or applied
@@ -65,7 +67,8 @@ private:
     wxStaticText* help_ = nullptr;
     wxButton* applyButton_ = nullptr;
     std::vector<OptionsPage*> pages_;
-    bool showing_ = false;  ///< values are being shown: no handler acts on them
+    bool askAgain_ = false;  ///< answers that have no control here are to be forgotten as well
+    bool showing_ = false;   ///< values are being shown: no handler acts on them
 };
 
 /// Shows the dialog until it is closed, with the page that it showed last.

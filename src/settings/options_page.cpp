@@ -1,20 +1,12 @@
 #include "settings/options_page.h"
 
 #include <wx/button.h>
-#include <wx/checkbox.h>
-#include <wx/choice.h>
-#include <wx/clrpicker.h>
-#include <wx/combobox.h>
-#include <wx/fontenum.h>
-#include <wx/radiobut.h>
 #include <wx/sizer.h>
-#include <wx/spinctrl.h>
 #include <wx/statbox.h>
 #include <wx/stattext.h>
-#include <wx/textctrl.h>
 
 #include "common/link_colour.h"
-#include "settings/hot_key_control.h"
+#include "settings/option_controls.h"
 #include "settings/option_help.h"
 #include "settings/option_table.h"
 
@@ -22,47 +14,19 @@ namespace glimmer {
 
 namespace {
 
+// Device-independent pixels.
+constexpr int gap = 6;          // between lines
+constexpr int groupMargin = 8;  // around a group's content
+constexpr int noteWidth = 470;
+
 wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
 
 const Option& optionOf(std::string_view control) { return optionTable()[optionIndex(control)]; }
 
-wxArrayString fontNames() {
-    wxArrayString names = wxFontEnumerator::GetFacenames();
-    names.Sort();
-    // Faces that stand upright; the others are the same ones turned for vertical text.
-    for (size_t i = names.size(); i-- > 0;)
-        if (names[i].StartsWith("@")) names.RemoveAt(i);
-    return names;
-}
-
-wxWindow* makeControl(wxWindow* parent, const Option& option, const wxString& caption, long style) {
-    switch (option.kind) {
-        case OptionKind::Check:
-            return new wxCheckBox(parent, wxID_ANY, caption);
-        case OptionKind::Radio:
-            return new wxRadioButton(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, style);
-        case OptionKind::Combo: {
-            auto* choice = new wxChoice(parent, wxID_ANY);
-            for (const std::string_view item : option.texts) choice->Append(text(item));
-            return choice;
-        }
-        case OptionKind::Spin: {
-            const wxSize size(parent->FromDIP(76), -1);
-            return new wxSpinCtrl(parent, wxID_ANY, wxString(), wxDefaultPosition, size, wxSP_ARROW_KEYS, option.least,
-                                  option.most, option.standard);
-        }
-        case OptionKind::Colour:
-            return new wxColourPickerCtrl(parent, wxID_ANY);
-        case OptionKind::HotKey:
-            return new THotKey(parent, wxID_ANY);
-        case OptionKind::Text:
-            if (option.control == "cmbAnnotationCtlFont")
-                return new wxComboBox(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, fontNames());
-            auto* edit = new wxTextCtrl(parent, wxID_ANY);
-            if (option.control == "edtFontName") edit->AutoComplete(fontNames());
-            return edit;
-    }
-    return nullptr;
+/// A text that may be of any length gets the room that is left.
+bool grows(const Option& option) {
+    return option.kind == OptionKind::Text && option.control != "cmbAnnotationCtlFont" &&
+           option.control != "edtFontName";
 }
 
 }  // namespace
@@ -71,11 +35,11 @@ OptionsPage::OptionsPage(wxWindow* parent, std::string_view title)
     : wxPanel(parent), column_(new wxBoxSizer(wxVERTICAL)), current_(column_), place_(this) {
     SetName(text(title));
     auto* heading = new wxStaticText(this, wxID_ANY, text(title));
-    heading->SetFont(heading->GetFont().MakeBold().Scaled(1.25F));
-    column_->Add(heading, 0, wxBOTTOM, FromDIP(8));
+    heading->SetFont(heading->GetFont().Scaled(1.4F));
+    column_->Add(heading, 0, wxBOTTOM, FromDIP(4));
     SetSizer(column_);
-    // Taken by the dialog itself.
-    keys_ = {'P'};
+    // Taken by the dialog itself: Pages and Apply.
+    keys_ = {'P', 'A'};
 }
 
 wxString OptionsPage::withAccessKey(std::string_view caption) {
@@ -102,7 +66,8 @@ wxString OptionsPage::withAccessKey(std::string_view caption) {
 wxWindow* OptionsPage::make(std::string_view control, long style) {
     const Option& option = optionOf(control);
     const bool carriesCaption = option.kind == OptionKind::Check || option.kind == OptionKind::Radio;
-    wxWindow* window = makeControl(place_, option, carriesCaption ? withAccessKey(option.caption) : wxString(), style);
+    wxWindow* window =
+        makeOptionControl(place_, option, carriesCaption ? withAccessKey(option.caption) : wxString(), style);
     window->SetName(text(control));
     window->SetToolTip(text(optionHelp(control)));
     return window;
@@ -112,14 +77,28 @@ wxWindow* OptionsPage::caption(std::string_view control) {
     return new wxStaticText(place_, wxID_ANY, withAccessKey(optionOf(control).caption));
 }
 
+wxWindow* OptionsPage::unitText(std::string_view unit) { return new wxStaticText(place_, wxID_ANY, text(unit)); }
+
+wxButton* OptionsPage::namedButton(const char* name, const char* buttonCaption) {
+    auto* button = new wxButton(place_, wxID_ANY, withAccessKey(buttonCaption));
+    button->SetName(name);
+    return button;
+}
+
+template <class Item>
+void OptionsPage::append(Item* item, int proportion) {
+    if (!current_->IsEmpty()) current_->AddSpacer(FromDIP(gap));
+    current_->Add(item, proportion, wxEXPAND);
+}
+
 void OptionsPage::line(wxSizer* content) {
     rows_ = nullptr;
-    current_->Add(content, 0, wxEXPAND | wxBOTTOM, FromDIP(6));
+    append(content);
 }
 
 wxFlexGridSizer* OptionsPage::rows() {
     if (rows_ == nullptr) {
-        auto* grid = new wxFlexGridSizer(3, FromDIP(wxSize(8, 6)));
+        auto* grid = new wxFlexGridSizer(2, FromDIP(wxSize(8, gap)));
         grid->AddGrowableCol(1);
         line(grid);
         rows_ = grid;
@@ -127,14 +106,30 @@ wxFlexGridSizer* OptionsPage::rows() {
     return rows_;
 }
 
-void OptionsPage::group(std::string_view heading) {
-    endGroup();
+void OptionsPage::openGroup(wxSizer& parent, std::string_view heading, int proportion) {
     auto* box = new wxStaticBoxSizer(wxVERTICAL, this, text(heading));
     auto* inner = new wxBoxSizer(wxVERTICAL);
-    box->Add(inner, 1, wxEXPAND | wxALL, FromDIP(8));
-    column_->Add(box, 0, wxEXPAND | wxBOTTOM, FromDIP(8));
+    box->Add(inner, 1, wxEXPAND | wxALL, FromDIP(groupMargin));
+    parent.Add(box, proportion, wxEXPAND);
     current_ = inner;
     place_ = box->GetStaticBox();
+}
+
+void OptionsPage::group(std::string_view heading) {
+    endGroup();
+    column_->AddSpacer(FromDIP(groupMargin));
+    groups_ = new wxBoxSizer(wxHORIZONTAL);
+    // What stands beside the only group grows with the page.
+    column_->Add(groups_, 0, wxEXPAND);
+    openGroup(*groups_, heading, 1);
+}
+
+void OptionsPage::groupBeside(std::string_view heading) {
+    endGroup();
+    groups_->GetItem(size_t{0})->SetProportion(0);
+    column_->GetItem(groups_)->SetProportion(1);
+    groups_->AddSpacer(FromDIP(groupMargin));
+    openGroup(*groups_, heading, 1);
 }
 
 void OptionsPage::endGroup() {
@@ -143,12 +138,10 @@ void OptionsPage::endGroup() {
     rows_ = nullptr;
 }
 
-wxWindow* OptionsPage::check(std::string_view control) {
-    wxWindow* window = make(control);
+void OptionsPage::check(std::string_view control) {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(window);
+    content->Add(make(control));
     line(content);
-    return window;
 }
 
 void OptionsPage::radios(std::initializer_list<std::string_view> controls) {
@@ -159,65 +152,58 @@ void OptionsPage::radios(std::initializer_list<std::string_view> controls) {
 }
 
 void OptionsPage::checkWithSpin(std::string_view checkControl, std::string_view spinControl) {
+    wxWindow* check = make(checkControl);
+    // Made before the box that it stands behind: a screen reader takes the text before a box for its name.
+    wxWindow* unit = unitText(optionOf(spinControl).caption);
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(make(checkControl), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(6));
-    content->Add(make(spinControl), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(6));
-    content->Add(new wxStaticText(place_, wxID_ANY, text(optionOf(spinControl).caption)), 0, wxALIGN_CENTRE_VERTICAL);
+    for (wxWindow* window : {check, make(spinControl), unit})
+        content->Add(window, 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
     line(content);
 }
 
-wxWindow* OptionsPage::row(std::string_view control) {
+void OptionsPage::row(std::string_view control, std::string_view unit) {
     wxFlexGridSizer* grid = rows();
     grid->Add(caption(control), 0, wxALIGN_CENTRE_VERTICAL);
-    const OptionKind kind = optionOf(control).kind;
-    const bool wide = kind == OptionKind::Text || kind == OptionKind::HotKey || kind == OptionKind::Combo;
-    wxWindow* window = make(control);
-    grid->Add(window, wide ? wxSizerFlags().Expand() : wxSizerFlags().CentreVertical());
-    grid->AddSpacer(0);
-    return window;
+    cell_ = new wxBoxSizer(wxHORIZONTAL);
+    cell_->Add(make(control), grows(optionOf(control)) ? 1 : 0, wxALIGN_CENTRE_VERTICAL);
+    grid->Add(cell_, 0, wxEXPAND);
+    if (!unit.empty()) behind(unitText(unit));
 }
 
-wxButton* OptionsPage::rowWithButton(std::string_view control, const char* buttonName, const char* buttonCaption) {
-    wxFlexGridSizer* grid = rows();
-    grid->Add(caption(control), 0, wxALIGN_CENTRE_VERTICAL);
-    grid->Add(make(control), 0, wxEXPAND);
-    auto* button = new wxButton(place_, wxID_ANY, withAccessKey(buttonCaption));
-    button->SetName(buttonName);
-    grid->Add(button);
-    return button;
+void OptionsPage::behind(wxWindow* window) { cell_->Add(window, 0, wxALIGN_CENTRE_VERTICAL | wxLEFT, FromDIP(8)); }
+
+// The order of making is the order of the Tab key.
+
+void OptionsPage::rowWithButton(std::string_view control, const char* buttonName, const char* buttonCaption) {
+    row(control);
+    behind(namedButton(buttonName, buttonCaption));
 }
 
-void OptionsPage::rowOfTwo(std::string_view first, std::string_view second) {
-    wxFlexGridSizer* grid = rows();
-    grid->Add(caption(first), 0, wxALIGN_CENTRE_VERTICAL);
-    auto* pair = new wxBoxSizer(wxHORIZONTAL);
-    pair->Add(make(first), 0, wxALIGN_CENTRE_VERTICAL);
-    pair->Add(caption(second), 0, wxALIGN_CENTRE_VERTICAL | wxLEFT | wxRIGHT, FromDIP(12));
-    pair->Add(make(second), 0, wxALIGN_CENTRE_VERTICAL);
-    grid->Add(pair);
-    grid->AddSpacer(0);
+void OptionsPage::rowOfTwo(std::string_view first, std::string_view second, std::string_view unit) {
+    row(first);
+    cell_->AddSpacer(FromDIP(8));
+    behind(caption(second));
+    behind(make(second));
+    behind(unitText(unit));
 }
 
 void OptionsPage::note(std::string_view content) {
     rows_ = nullptr;
     auto* label = new wxStaticText(place_, wxID_ANY, text(content));
-    label->Wrap(FromDIP(470));
+    label->Wrap(FromDIP(noteWidth));
     label->SetForegroundColour(quietTextColour());
-    current_->Add(label, 0, wxBOTTOM, FromDIP(6));
+    append(label);
 }
 
 void OptionsPage::add(wxWindow* window, bool grow) {
     rows_ = nullptr;
-    current_->Add(window, grow ? 1 : 0, wxEXPAND | wxBOTTOM, FromDIP(6));
+    append(window, grow ? 1 : 0);
 }
 
-wxButton* OptionsPage::button(const char* name, const char* buttonCaption) {
-    auto* button = new wxButton(place_, wxID_ANY, withAccessKey(buttonCaption));
-    button->SetName(name);
+void OptionsPage::button(const char* name, const char* buttonCaption) {
     auto* content = new wxBoxSizer(wxHORIZONTAL);
-    content->Add(button);
+    content->Add(namedButton(name, buttonCaption));
     line(content);
-    return button;
 }
 
 }  // namespace glimmer

@@ -18,7 +18,6 @@ void general(OptionsPage& page) {
 }
 
 void confirmations(OptionsPage& page) {
-    page.note("What the program asks and tells, and what it does without asking.");
     for (const char* control : {"cmbCopiedSuccessfullyMessage", "cmbOpenFolderAfterSaving", "cmbExitAfterSaving",
                                 "cmbDeleteCaptures", "cmbConfirmExit", "cmbShowWelcomeMessage"})
         page.row(control);
@@ -33,8 +32,7 @@ void associations(OptionsPage& page) {
 }
 
 void hotkeys(OptionsPage& page) {
-    page.note(
-        "These keys work in every program while this one runs. Click a box and press the keys; Delete clears it.");
+    page.note("Click a box and press the keys; Delete clears it.");
     for (const char* control : {"hotCreateZK", "hotContinueEditing", "hotCaptureTopWindow", "hotSilentCapture"})
         page.row(control);
 }
@@ -44,7 +42,7 @@ void capturing(OptionsPage& page) {
     page.row("edtFilenameTemplate");
     page.row("spnNextNum");
     page.checkWithSpin("chkPadNumber", "spnNumberPadding");
-    page.note("%u address, %t title, %n number, %y year, %m month, %d day, %H hour, %M minute, %S second");
+    page.note("%u address, %t title, %n number,\n%y year, %m month, %d day, %H hour, %M minute, %S second");
     page.group("New captures");
     for (const char* control : {"chkAddURL", "chkAddTitle", "chkAddMouseCursor", "chkDontGrabOverlays"})
         page.check(control);
@@ -58,7 +56,7 @@ void editing(OptionsPage& page) {
     page.row("spnBlurIntensity");
     auto* radius = new wxStaticText(page.place(), wxID_ANY, wxString());
     radius->SetName("lblBlurRadius");
-    page.add(radius);
+    page.behind(radius);
 }
 
 void display(OptionsPage& page) {
@@ -88,15 +86,15 @@ void watermarking(OptionsPage& page) {
     page.radios({"radWMFromText", "radWMFromBitmap"});
     page.row("edtWMText");
     page.row("cmbWMTextAlignment");
-    page.rowOfTwo("clrWMBackground", "spnWMBackgroundOpacity");
-    page.rowOfTwo("clrWMFrame", "spnWMFrameWidth");
+    page.rowOfTwo("clrWMBackground", "spnWMBackgroundOpacity", "%");
+    page.rowOfTwo("clrWMFrame", "spnWMFrameWidth", "pixels");
     page.rowWithButton("edtWMBitmapFile", "btnBrowseWatermark", "Browse...");
-    page.row("spnWMBitmapOpacity");
+    page.row("spnWMBitmapOpacity", "%");
     page.group("Place");
     page.row("cmbWMPosition");
-    page.row("spnWMMargins");
-    page.endGroup();
-    auto* preview = new wxPanel(page.place(), wxID_ANY, wxDefaultPosition, page.FromDIP(wxSize(240, 120)));
+    page.row("spnWMMargins", "pixels");
+    page.groupBeside("Preview");
+    auto* preview = new wxPanel(page.place(), wxID_ANY, wxDefaultPosition, page.FromDIP(wxSize(160, 100)));
     preview->SetName("pnlWMPreview");
     page.add(preview, true);
 }
@@ -105,7 +103,7 @@ void annotationControl(OptionsPage& page) {
     page.row("edtFontName");
     page.group("Annotation list");
     page.row("cmbAnnotationCtlFont");
-    page.row("spnAnnotationCtlFontSize");
+    page.row("spnAnnotationCtlFontSize", "points");
     page.row("clrAnnotationCtlSelectionColor");
 }
 

@@ -122,6 +122,10 @@ TEST(HotKey, ReadsAsItIsPressed) {
     EXPECT_EQ(hotKeyText(hotKeyAlt | 0x65), "Alt+Num 5");
     EXPECT_EQ(hotKeyText(hotKeyAlt), "None");
     EXPECT_EQ(hotKeyText(0xE8), "Key 232");
+    for (const int32_t key : {0x2C, 0x70, 0x13, hotKeyShift | 0x87, hotKeyAlt | 'A', hotKeyCtrl | 0x20})
+        EXPECT_TRUE(mayBeGlobal(key)) << hotKeyText(key);
+    for (const int32_t key : {int32_t{'A'}, hotKeyShift | '1', 0x20, 0x25, 0x2D, 0xBA, 0x6B})
+        EXPECT_FALSE(mayBeGlobal(key)) << hotKeyText(key);
 }
 
 }  // namespace

@@ -149,6 +149,8 @@ TEST_F(FormStore, TheHotKeyBoxTakesWhatIsPressed) {
     EXPECT_EQ(form_->hotKey->GetValue(), "Ctrl+Shift+K");
     test::pressKey(0x77, hotKeyAlt);  // Alt+F8 must not open a menu
     EXPECT_EQ(form_->hotKey->hotKey(), hotKeyAlt | 0x77);
+    test::pressKey('A', hotKeyShift);  // no program could write this letter any more
+    EXPECT_EQ(form_->hotKey->hotKey(), hotKeyAlt | 0x77);
     test::pressKey(0x2E);
     EXPECT_EQ(form_->hotKey->hotKey(), 0);
     EXPECT_EQ(form_->hotKey->GetValue(), "None");

@@ -5,11 +5,13 @@
 #include <wx/checkbox.h>
 #include <wx/choice.h>
 #include <wx/listbox.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/radiobut.h>
 #include <wx/spinctrl.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <oleacc.h>
 #include <set>
 
 #include "settings/form_store.h"
@@ -23,6 +25,46 @@
 
 namespace glimmer {
 namespace {
+
+/// What a screen reader is told by a window itself.
+std::string accessibleName(HWND window) {
+    IAccessible* object = nullptr;
+    if (FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+                                          reinterpret_cast<void**>(&object))))
+        return {};
+    VARIANT self{};
+    self.vt = VT_I4;
+    BSTR name = nullptr;
+    object->get_accName(self, &name);
+    const std::string text = name == nullptr ? std::string() : wxString(name).utf8_string();
+    SysFreeString(name);
+    object->Release();
+    return text;
+}
+
+/// Fails for every control of the window that the Tab key reaches and that has no name. A button tells its own; for
+/// the others the system takes the text that stands just before them.
+void expectNames(HWND parent, const std::string& page, std::set<std::string>& names) {
+    HWND before = nullptr;
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (IsWindowVisible(child) == FALSE) continue;
+        wchar_t name[40];
+        GetClassNameW(child, name, 40);
+        const std::wstring type = name;
+        const bool stops = (GetWindowLongW(child, GWL_STYLE) & WS_TABSTOP) != 0;
+        if (stops && type == L"Button") {
+            EXPECT_FALSE(accessibleName(child).empty()) << page;
+            names.insert(accessibleName(child));
+        } else if (stops && (type == L"Edit" || type == L"ComboBox" || type == L"ListBox")) {
+            wchar_t text[80] = L"";
+            GetClassNameW(before, name, 40);
+            GetWindowTextW(before, text, 80);
+            EXPECT_TRUE(std::wstring(name) == L"Static" && *text != 0) << page << " after " << wxString(text);
+        }
+        if (type != L"ComboBox") expectNames(child, page, names);
+        before = child;
+    }
+}
 
 /// Remembers what it is asked, and refuses on demand.
 class FakeAssociations : public FileAssociations {
@@ -82,6 +124,7 @@ TEST_F(OptionsDialog, HasAControlForEveryOptionOfItsPages) {
             EXPECT_EQ(dialog_->FindWindow(wxString::FromUTF8(name)), nullptr) << name;
             continue;
         }
+        EXPECT_FALSE(optionHelp(option.page).empty()) << option.page;
         EXPECT_TRUE(listed.count(std::string(option.page))) << name;
         wxWindow* window = test::findControl(*dialog_, name);
         ASSERT_NE(window, nullptr);
@@ -130,6 +173,36 @@ TEST_F(OptionsDialog, ApplyMakesTheShownValuesCurrent) {
     EXPECT_TRUE(control<wxRadioButton>("radWMFromBitmap")->GetValue());
 }
 
+TEST_F(OptionsDialog, KeepsWhatChangedBehindIt) {
+    dialog_->showPage("Capturing");
+    test::click(*control<wxCheckBox>("chkAddURL"));
+    OptionsHolder().setNumber("spnNextNum", 17);  // a host's timer delivered a capture
+    apply();
+    EXPECT_TRUE(OptionsHolder().on("chkAddURL"));
+    EXPECT_EQ(OptionsHolder().number("spnNextNum"), 17);
+    EXPECT_EQ(control<wxSpinCtrl>("spnNextNum")->GetValue(), 17);
+}
+
+TEST_F(OptionsDialog, TakesWhatIsTypedAsANumberInItsRange) {
+    dialog_->showPage("General");
+    test::click(*control<wxCheckBox>("chkFolderCleanup"));
+    auto* days = control<wxSpinCtrl>("spnFolderCleanupMax");
+    HWND edit = days->MSWGetFocusHWND();
+    const struct {
+        const wchar_t* typed;
+        int value;
+    } cases[] = {{L"12", 12}, {L"", 12}, {L"99999", 32767}, {L"soon", 32767}, {L"-3", 0}, {L"7", 7}, {L" ", 7}};
+    for (const auto& typed : cases) {
+        days->SetFocus();
+        SetWindowTextW(edit, typed.typed);  // sends the edit's own notification, as typing and pasting do
+        EXPECT_EQ(days->GetValue(), typed.value) << wxString(typed.typed);
+        control<wxListBox>("lstPages")->SetFocus();
+        EXPECT_EQ(days->GetTextValue(), wxString::Format("%d", typed.value)) << wxString(typed.typed);
+    }
+    apply();
+    EXPECT_EQ(OptionsHolder().number("spnFolderCleanupMax"), 7);
+}
+
 TEST_F(OptionsDialog, CancelChangesNothing) {
     const Options before = OptionsHolder();
     const test::NextModal answer([this](wxDialog&) {
@@ -154,6 +227,11 @@ TEST_F(OptionsDialog, TellsTheSystemWhatChanged) {
     test::click(*control<wxCheckBox>("chkRunAtStartup"));
     apply();
     EXPECT_FALSE(runsAtStartup());
+    // Another program may write and remove the entry too.
+    ASSERT_TRUE(setRunAtStartup(true, "C:\\x.exe").ok());
+    open();
+    EXPECT_TRUE(control<wxCheckBox>("chkRunAtStartup")->GetValue());
+    EXPECT_FALSE(applyButton()->IsEnabled());
 
     associations_->refuse = true;
     dialog_->showPage("Associations");
@@ -177,12 +255,14 @@ TEST_F(OptionsDialog, RefusesOneHotKeyForTwoCommands) {
 TEST_F(OptionsDialog, AnswersAreAskedForAgain) {
     OptionsHolder().setNumber("cmbConfirmExit", 2);
     OptionsHolder().setNumber("cmbShowWelcomeMessage", 1);
+    OptionsHolder().setNumber("cmbHideBeforeNavigation", 2);  // has no control
     open();
     dialog_->showPage("Confirmations");
     test::click(*control<wxButton>("btnAskAgain"));
     apply();
     EXPECT_EQ(OptionsHolder().number("cmbConfirmExit"), 0);
     EXPECT_EQ(OptionsHolder().number("cmbShowWelcomeMessage"), 0);
+    EXPECT_EQ(OptionsHolder().number("cmbHideBeforeNavigation"), 0);
 }
 
 TEST_F(OptionsDialog, CanBeUsedWithTheKeyboard) {
@@ -207,11 +287,22 @@ TEST_F(OptionsDialog, CanBeUsedWithTheKeyboard) {
         }
     };
     auto* pages = control<wxListBox>("lstPages");
+    std::set<std::string> names;
     for (unsigned i = 0; i < pages->GetCount(); ++i) {
         wxWindow* page = dialog_->FindWindow(pages->GetString(i));
         look(*page, *page);
+        dialog_->showPage(pages->GetString(i).utf8_string());
+        expectNames(dialog_->GetHWND(), page->GetName().utf8_string(), names);
     }
     EXPECT_GT(used.size(), 40U);
+    EXPECT_TRUE(names.count("Background") == 1 && names.count("Frame") == 1 && names.count("Selection colour") == 1);
+    // Ctrl+Page Down and Ctrl+Shift+Tab turn the pages, round the end too.
+    ASSERT_TRUE(test::bringForward(*dialog_, control<wxTextCtrl>("edtFontName")));
+    test::pressKey(0x22, hotKeyCtrl);
+    EXPECT_EQ(pages->GetStringSelection(), "General");
+    EXPECT_TRUE(control<wxCheckBox>("chkShowToolbar")->IsShownOnScreen());
+    test::pressKey(0x09, hotKeyCtrl | hotKeyShift);
+    EXPECT_EQ(pages->GetStringSelection(), "Annotation Control");
 }
 
 }  // namespace
