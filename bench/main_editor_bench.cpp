@@ -67,8 +67,15 @@ void clickOn(wxListCtrl& list, long item) {
     SendMessageW(list.GetHWND(), WM_LBUTTONUP, 0, at);
 }
 
+/// Empty; what the benchmarks leave is not offered to the user of the next program.
+std::filesystem::path recoveryOfItsOwn() {
+    std::filesystem::path folder = std::filesystem::absolute("build/bench-recovery");
+    std::filesystem::remove_all(folder);
+    return folder;
+}
+
 void measureWindow() {
-    auto* editor = new TMainEditor;
+    auto* editor = new TMainEditor(recoveryOfItsOwn());
     pMainEditor = editor;
     editor->showRoutine();
     for (int i = 0; i < pages; ++i) {
@@ -133,7 +140,7 @@ void measureThumbnails() {
     const auto since = [](Clock::time_point start) {
         return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     };
-    auto* editor = new TMainEditor;
+    auto* editor = new TMainEditor(recoveryOfItsOwn());
     pMainEditor = editor;
     editor->showRoutine();
     settle(*editor);
@@ -178,8 +185,7 @@ void measureKeeping() {
     const auto since = [](Clock::time_point start) {
         return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     };
-    const fs::path folder = fs::absolute("build/bench-recovery");
-    fs::remove_all(folder);
+    const fs::path folder = recoveryOfItsOwn();
     auto* editor = new TMainEditor(folder);
     pMainEditor = editor;
     editor->showRoutine();

@@ -27,6 +27,10 @@ public:
         if (name->empty()) *name = button_->GetToolTipText().BeforeFirst('\r').BeforeFirst('\n');
         return wxACC_OK;
     }
+    wxAccStatus GetDescription(int /*child*/, wxString* description) override {
+        *description = button_->GetToolTipText();
+        return wxACC_OK;
+    }
     wxAccStatus GetRole(int /*child*/, wxAccRole* role) override {
         *role = wxROLE_SYSTEM_PUSHBUTTON;
         return wxACC_OK;

@@ -11,6 +11,7 @@
 
 #include <span>
 
+#include "common/accessible_name.h"
 #include "common/link_colour.h"
 #include "common/tool_button.h"
 #include "editor/colour_swatch.h"
@@ -43,7 +44,7 @@ constexpr Kind kinds[] = {
 /// A slider with its caption before it; all sliders begin at the same place.
 wxSizer* captioned(wxWindow* panel, const char* caption, wxSlider* slider) {
     auto* label = new wxStaticText(panel, wxID_ANY, caption);
-    label->MoveBeforeInTabOrder(slider);  // whoever has the screen read hears it as the slider's name
+    setAccessibleName(*slider, caption);
     label->SetMinSize({panel->GetTextExtent("Opacity").x + panel->FromDIP(2), -1});
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(label, 0, wxALIGN_CENTRE_VERTICAL);
@@ -86,17 +87,23 @@ void PropertyPanels::fill() {
     auto* all = new wxBoxSizer(wxVERTICAL);
     for (wxPanel* panel : {annotation_, pnlPens_, pnlCapturing_})
         all->Add(panel, 0, wxEXPAND | wxALL, FromDIP(gap + 2));
+    // What a screen reader calls them; without that it would be the names of the controls.
+    SetLabel("Properties");
+    for (wxWindow* group : {static_cast<wxWindow*>(annotation_), FindWindow("tbQuickShapes"), FindWindow("tbAlignment"),
+                            FindWindow("tbPens")})
+        group->SetLabel("");
     SetSizer(all);
     Layout();
     FitInside();
     showState();
 }
 
-wxPanel* PropertyPanels::makePanel(const char* name, int tag) {
+wxPanel* PropertyPanels::makePanel(const char* name, const char* title, int tag) {
     wxWindow* parent = tag < 0 ? static_cast<wxWindow*>(this) : annotation_;
     auto* panel = new wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, name);
     // NOLINTNEXTLINE(performance-no-int-to-ptr): the panel's tag
     panel->SetClientData(reinterpret_cast<void*>(static_cast<intptr_t>(tag)));
+    panel->SetLabel(title);  // a screen reader would say the control's name
     panel->SetSizer(new wxBoxSizer(wxVERTICAL));
     return panel;
 }
@@ -131,6 +138,9 @@ wxSizer* PropertyPanels::swatches(wxWindow* parent, std::initializer_list<std::p
         auto* swatch = new ColourSwatch(parent, name, caption, [this, name = std::string(name)](ColourSwatch& field) {
             form_.imgShapeForegroundMouseDown(name, field);
         });
+        setAccessibleName(
+            *swatch, parent->GetLabel() + ": " + caption, PressedControl::Button,
+            [this, swatch, name = std::string(name)] { form_.imgShapeForegroundMouseDown(name, *swatch); });
         swatches_[name] = swatch;
         auto* cell = new wxBoxSizer(wxVERTICAL);
         cell->Add(swatch, 0, wxALIGN_CENTRE);
@@ -159,7 +169,7 @@ wxSlider* PropertyPanels::slider(wxWindow* parent, const char* name, int low, in
 }
 
 wxPanel* PropertyPanels::makeStyle() {
-    wxPanel* panel = makePanel("pnlStyle", 0);
+    wxPanel* panel = makePanel("pnlStyle", "Style", 0);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(new wxStaticText(panel, wxID_ANY, "Style:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(gap));
     lblStyle_ = new wxStaticText(panel, wxID_ANY, "No style", wxDefaultPosition, wxDefaultSize,
@@ -175,7 +185,7 @@ wxPanel* PropertyPanels::makeStyle() {
 }
 
 wxPanel* PropertyPanels::makeShape() {
-    wxPanel* panel = makePanel("pnlRectShape", 1);
+    wxPanel* panel = makePanel("pnlRectShape", "Shape", 1);
     panel->GetSizer()->Add(showBox(panel, "chkShowShape", "Shape", 1));
     auto* tbQuickShapes = new wxPanel(panel, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, "tbQuickShapes");
     auto* row = new wxBoxSizer(wxHORIZONTAL);
@@ -199,7 +209,7 @@ wxPanel* PropertyPanels::makeShape() {
 }
 
 wxPanel* PropertyPanels::makeText() {
-    wxPanel* panel = makePanel("pnlTextShape", 2);
+    wxPanel* panel = makePanel("pnlTextShape", "Text", 2);
     panel->GetSizer()->Add(showBox(panel, "chkShowText", "Text", 2));
     panel->GetSizer()->Add(
         swatches(panel, {{"imgFontColor", "Text"}, {"imgFontBackgroundColor", "Back"}, {"imgFontFrameColor", "Frame"}}),
@@ -217,6 +227,7 @@ wxPanel* PropertyPanels::makeText() {
     cmbFontSize_ = new wxChoice(panel, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(56, -1)), texts(fontSizes), 0,
                                 wxDefaultValidator, "cmbFontSize");
     cmbFontSize_->SetToolTip("Font size");
+    setAccessibleName(*cmbFontSize_, "Font size");
     cmbFontSize_->Bind(wxEVT_CHOICE, [this](wxCommandEvent& event) {
         const int32_t size = fontSizes.at(static_cast<size_t>(event.GetSelection()));
         form_.controller().changeSettings([size](TShapeStyle& style) { style.text.fontSize = size; });
@@ -273,7 +284,7 @@ ToolButton* PropertyPanels::lineEndButton(wxWindow* parent, bool front) {
 }
 
 wxPanel* PropertyPanels::makeLine() {
-    wxPanel* panel = makePanel("pnlLineShape", 3);
+    wxPanel* panel = makePanel("pnlLineShape", "Line", 3);
     panel->GetSizer()->Add(showBox(panel, "chkShowLine", "Line", 3));
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(swatches(panel, {{"imgLineColor", "Line"}, {"imgLineFrameColor", "Frame"}}), 0, wxALIGN_TOP);
@@ -290,13 +301,13 @@ wxPanel* PropertyPanels::makeLine() {
 }
 
 wxPanel* PropertyPanels::makeNumber() {
-    wxPanel* panel = makePanel("pnlNumber", 4);
+    wxPanel* panel = makePanel("pnlNumber", "Number", 4);
     panel->GetSizer()->Add(showBox(panel, "chkShowNumber", "Number", 4));
     return panel;
 }
 
 wxPanel* PropertyPanels::makeDelete() {
-    wxPanel* panel = makePanel("pnlDeleteAnnotation", 0);
+    wxPanel* panel = makePanel("pnlDeleteAnnotation", "Annotation", 0);
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     const auto command = [&](const char* name, const char* icon, const char* hint, EditCommand what) {
         row->Add(button(panel, name, icon, hint, push, 0, [this, what] { form_.executeCommand(what); }));
@@ -316,7 +327,7 @@ void PropertyPanels::chkShowObjectClick(int tag) {
 // --- free drawing and capturing
 
 wxPanel* PropertyPanels::makePens() {
-    wxPanel* panel = makePanel("pnlPens", -1);
+    wxPanel* panel = makePanel("pnlPens", "Drawing", -1);
     // Two blanks before "annotation", as the text has always had them.
     auto* text = new wxStaticText(panel, wxID_ANY,
                                   "Perform drawing using mouse.\nWhen you're finished, press \"Apply\" \n"
@@ -357,7 +368,7 @@ wxPanel* PropertyPanels::makePens() {
 }
 
 wxPanel* PropertyPanels::makeCapturing() {
-    wxPanel* panel = makePanel("pnlCapturing", -1);
+    wxPanel* panel = makePanel("pnlCapturing", "Capture", -1);
     const auto add = [&](const char* name, const char* icon, const char* caption, const char* hint, bool take) {
         ToolButton::Look look;
         look.icon = icon;

@@ -31,7 +31,7 @@ public:
     void showState();
 
 private:
-    wxPanel* makePanel(const char* name, int tag);
+    wxPanel* makePanel(const char* name, const char* title, int tag);
     wxPanel* makeStyle();
     wxPanel* makeShape();
     wxPanel* makeText();

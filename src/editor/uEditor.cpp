@@ -107,7 +107,7 @@ void TEditForm::show(CaptureDocument& document) {
     CanvasView view;
     view.setWindowSize(view_.window());
     view_ = view;
-    pointer_ = {};
+    pointerInside_ = false;
     pastedHere_ = 0;
     attach(document);
     updateScrollBars();
@@ -173,6 +173,11 @@ void TEditForm::makeCanvas() {
     pbScreen_->Bind(wxEVT_RIGHT_DOWN, &TEditForm::pbScreenMouseDown, this);
     pbScreen_->Bind(wxEVT_MOTION, &TEditForm::pbScreenMouseMove, this);
     pbScreen_->Bind(wxEVT_LEFT_UP, &TEditForm::pbScreenMouseUp, this);
+    pbScreen_->Bind(wxEVT_LEAVE_WINDOW, [this](wxMouseEvent& event) {
+        pointerInside_ = false;
+        pointerDirty_ = true;
+        event.Skip();
+    });
     // While the mouse is captured the toolkit leaves all keys to the window that has it.
     pbScreen_->Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
         if (!pbScreen_->HasCapture() || !FormKeyDown(event)) event.Skip();

@@ -55,8 +55,8 @@ public:
     [[nodiscard]] int32_t zoom() const { return view_.zoom(); }
     /// "Add Image": puts the picture on the canvas as an annotation.
     bool insertPicture(TBitmap picture) { return controller_->insertPicture(std::move(picture)); }
-    /// Picture pixel under the pointer; what is selected (empty: nothing).
-    [[nodiscard]] Point pointerPosition() const { return pointer_; }
+    /// Picture pixel under the pointer, if it is over the picture; what is selected (empty: nothing).
+    [[nodiscard]] std::optional<Point> pointerPosition() const;
     [[nodiscard]] Rect selectedArea() const { return document_->selection().bounds(document_->size()); }
     /// A rectangle of the picture in the canvas's window coordinates.
     [[nodiscard]] Rect inView(const Rect& picture) const { return view_.toView(picture); }
@@ -66,6 +66,8 @@ public:
     void onPointerMoved(std::function<void()> moved) { pointerMoved_ = std::move(moved); }
     /// Paints what has become invalid without waiting for the queue.
     void paintNow() { pbScreen_->Update(); }
+    /// The focus for the canvas or, coming from behind, for the property panels.
+    void takeFocus(bool fromBehind);
     /// Ends what is being typed, dragged or drawn, keeping it; before saving, switching or closing.
     void finishEditing();
     /// Capture mode: the user picks an area; `finished` gets it, or an empty one when it was cancelled.
@@ -162,6 +164,7 @@ private:
     std::function<void()> changed_;
     std::function<void()> pointerMoved_;
     Point pointer_;
+    bool pointerInside_ = false;
     bool pointerDirty_ = false;
     bool stateDirty_ = false;
     NewAnnotationOptions newAnnotations_;  ///< the options as last seen

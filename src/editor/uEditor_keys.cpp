@@ -53,6 +53,14 @@ std::optional<Key> keyOf(int code) {
 
 }  // namespace
 
+void TEditForm::takeFocus(bool fromBehind) {
+    panels_->fill();
+    if (fromBehind)
+        panels_->SetFocus();
+    else
+        pbScreen_->SetFocus();
+}
+
 bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     const wxWindow* focus = FindFocus();
     if (labelEditor_->owns(focus)) {
@@ -86,11 +94,10 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         }
     }
     if (code == WXK_F6) {
-        panels_->fill();
-        if (panels_->IsDescendant(const_cast<wxWindow*>(focus)))
-            pbScreen_->SetFocus();
-        else
-            panels_->SetFocus();
+        // From the canvas on to the panels, back from them; the other ways lead out of here.
+        const bool fromPanels = panels_->IsDescendant(const_cast<wxWindow*>(focus));
+        if (fromPanels != held.shift && floating_ == nullptr) return false;
+        takeFocus(!fromPanels);
         return true;
     }
     if (code == WXK_WINDOWS_MENU || (code == WXK_F10 && held.shift)) {
@@ -118,6 +125,9 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     }
     if (controller_->key(*key, held)) return true;
     if (!onCanvas) return false;
+    if (*key == Key::Tab && !command) {  // there is no annotation to go to
+        return scrollBox_->Navigate(held.shift ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
+    }
     Point to = view_.scroll();
     switch (*key) {
         case Key::Left:

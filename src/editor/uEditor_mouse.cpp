@@ -68,9 +68,14 @@ bool TEditForm::carryAway(Point at) {
     return true;
 }
 
+std::optional<Point> TEditForm::pointerPosition() const {
+    const bool over = pointerInside_ && document_->background().bounds().contains(pointer_);
+    return over ? std::optional(pointer_) : std::nullopt;
+}
+
 void TEditForm::pbScreenMouseMove(wxMouseEvent& event) {
     pointer_ = picturePoint(event);
-    pointerDirty_ = true;
+    pointerInside_ = pointerDirty_ = true;
     controller_->move(pointer_, heldKeys(event));
     showCursor(pointer_);
     if (!tmrCanvasCursor_.IsRunning() && controller_->dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);

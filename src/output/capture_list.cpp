@@ -59,6 +59,9 @@ void CaptureList::bindEvents() {
         if (!event.IsEditCancelled()) events_.renamed(static_cast<size_t>(event.GetIndex()), event.GetLabel());
     });
     Bind(wxEVT_LIST_ITEM_RIGHT_CLICK, [this](wxListEvent&) { events_.menu(wxGetMousePosition()); });
+    Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent& event) {
+        if (event.GetPosition() == wxDefaultPosition) menuByKey();  // Shift + F10
+    });
     Bind(wxEVT_LIST_BEGIN_DRAG, &CaptureList::startDrag, this);
     Bind(wxEVT_MOTION, &CaptureList::drag, this);
     Bind(wxEVT_LEFT_UP, [this](wxMouseEvent& event) {
@@ -81,7 +84,7 @@ void CaptureList::bindEvents() {
         } else if ((key == WXK_DELETE || key == WXK_NUMPAD_DELETE) && events_.deletePressed) {
             events_.deletePressed();
         } else if (key == WXK_WINDOWS_MENU) {
-            events_.menu(ClientToScreen(wxPoint(FromDIP(20), FromDIP(20))));
+            menuByKey();
         } else if (event.AltDown() && focused >= 0 && (up || down)) {
             // The keyboard's way to reorder.
             const auto from = static_cast<size_t>(focused);
@@ -91,6 +94,16 @@ void CaptureList::bindEvents() {
             event.Skip();
         }
     });
+}
+
+/// Beside the item that it is about.
+void CaptureList::menuByKey() {
+    const long focused = GetNextItem(-1, wxLIST_NEXT_ALL, wxLIST_STATE_FOCUSED);
+    wxRect area;
+    if (focused < 0) return;
+    EnsureVisible(focused);
+    if (GetItemRect(focused, area, wxLIST_RECT_ICON))
+        events_.menu(ClientToScreen(wxPoint(area.x + area.width / 2, area.y + area.height / 2)));
 }
 
 // One announcement for a gesture that changes many items.

@@ -47,6 +47,7 @@ public:
 
 private:
     void bindEvents();
+    void menuByKey();
     void paintThumbnail(WXHDC dc, long item) const;
     void paintName(WXHDC dc, long item) const;
     void startDrag(wxListEvent& event);

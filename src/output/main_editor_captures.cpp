@@ -321,8 +321,7 @@ void TMainEditor::updateStatus() {
         if (const Rect area = canvas_->selectedArea(); !area.empty())
             fields[1] =
                 wxString::Format(L"Selection %d \u00d7 %d at %d, %d", area.width(), area.height(), area.left, area.top);
-        const Point at = canvas_->pointerPosition();
-        fields[2] = wxString::Format("x %d, y %d", at.x, at.y);
+        if (const auto at = canvas_->pointerPosition()) fields[2] = wxString::Format("x %d, y %d", at->x, at->y);
         fields[3] = wxString::Format(L"%d \u00d7 %d px", current_->size().width, current_->size().height);
         fields[4] = wxString::Format("%d %%", canvas_->zoom());
     }

@@ -6,6 +6,7 @@
 
 #include "common/files.h"
 #include "common/host_kind.h"
+#include "common/modal_scope.h"
 #include "common/text.h"
 #include "common/vendor.h"
 #include "editor/document.h"
@@ -83,12 +84,15 @@ bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
     if (failures.size() > mostNames)
         text.append("\nand ").append(std::to_string(failures.size() - mostNames)).append(" more");
     if (!failures.empty()) showError(text);
-    // Of no moment for what the user sees, so it comes after the window.
-    if (someLackData)
-        CallAfter([] {
-            showRemembered("cmbMissingDataMessage", {missingDataText, missingDataCaption, MessageIcon::Error});
-        });
+    if (someLackData) missingDataDue_ = true;
     return added > 0;
+}
+
+// Of no moment for what the user sees, so it comes after the window, and waits until no question is open.
+void TMainEditor::tellOfMissingData() {
+    if (!missingDataDue_ || !IsShown() || !IsEnabled() || ModalScope::any() || commandsRunning_ > 0) return;
+    missingDataDue_ = false;
+    showRemembered("cmbMissingDataMessage", {missingDataText, missingDataCaption, MessageIcon::Error});
 }
 
 bool TMainEditor::saveProject(bool askForName) {

@@ -2,9 +2,12 @@
 
 #include <wx/dcbuffer.h>
 #include <wx/menu.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/settings.h>
 
 #include <algorithm>
+
+#include "common/accessible_name.h"
 
 namespace glimmer {
 
@@ -75,8 +78,12 @@ void TMainToolbar::fill() {
     fix_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { setPinned(fix_->down()); });
     more_ = makeButton("btnMoreCommands", "More", "More commands", "chevron", ToolButton::Kind::Push);
     more_->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { showHidden(); });
-    handle_->MoveAfterInTabOrder(more_);
+    // Tab goes from left to right.
+    more_->MoveBeforeInTabOrder(button("btnFirefox"));
+    fix_->MoveBeforeInTabOrder(button("btnExit"));
+    handle_->MoveAfterInTabOrder(button("btnExit"));
     handle_->SetToolTip("Minimize/Maximize Main Toolbar");  // the first hint of a program takes time as well
+    setAccessibleName(*handle_, handle_->GetToolTipText(), PressedControl::Button, [this] { setFolded(open()); });
 }
 
 ToolButton* TMainToolbar::button(std::string_view control) const {
@@ -126,6 +133,20 @@ void TMainToolbar::setFolded(bool folded) {
     folded_ = folded;
     peeking_ = false;
     rearrange();
+}
+
+void TMainToolbar::takeFocus() {
+    if (!filled()) return;
+    keyboard_ = true;
+    if (!open()) {
+        peeking_ = true;
+        rearrange();
+    }
+    for (wxWindow* child : GetChildren()) {
+        if (dynamic_cast<ToolButton*>(child) == nullptr || !child->IsShown() || !child->IsEnabled()) continue;
+        child->SetFocus();
+        return;
+    }
 }
 
 int TMainToolbar::barHeight() const {
@@ -241,7 +262,12 @@ bool TMainToolbar::pointerInside() const { return GetScreenRect().Contains(wxGet
 
 void TMainToolbar::dimHandle() {
     if (!IsShownOnScreen()) return;
-    const bool inside = pointerInside();
+    // The menu of a button keeps its place.
+    GUITHREADINFO thread{};
+    thread.cbSize = sizeof thread;
+    if (GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE && (thread.flags & GUI_INMENUMODE) != 0) return;
+    keyboard_ = keyboard_ && IsDescendant(FindFocus());
+    const bool inside = pointerInside() || keyboard_;
     const int wanted = inside ? brightest : 0;
     if (brightness_ != wanted) {
         brightness_ += brightness_ < wanted ? 1 : -1;

@@ -36,6 +36,8 @@ public:
     void setPinned(bool pinned);
     [[nodiscard]] bool pinned() const { return pinned_; }
     void setFolded(bool folded);
+    /// Gives the focus to the first button that can be pressed. A folded bar stays open as long as it has the focus.
+    void takeFocus();
     [[nodiscard]] bool folded() const { return folded_; }
     /// Called when the bar's height has changed.
     void onHeightChange(std::function<void()> changed) { heightChanged_ = std::move(changed); }
@@ -75,8 +77,9 @@ private:
     bool pinned_ = true;
     bool folded_ = false;
     bool peeking_ = false;
-    int away_ = 0;        ///< ticks since the pointer left
-    int brightness_ = 0;  ///< of the handle, 0 to 4
+    bool keyboard_ = false;  ///< the focus came by takeFocus() and is still here
+    int away_ = 0;           ///< ticks since the pointer left
+    int brightness_ = 0;     ///< of the handle, 0 to 4
     std::function<void()> heightChanged_;
 };
 

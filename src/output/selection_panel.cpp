@@ -1,6 +1,7 @@
 #include "output/selection_panel.h"
 
 #include <wx/hyperlink.h>
+#include <wx/settings.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/wrapsizer.h>
@@ -8,6 +9,7 @@
 
 #include <utility>
 
+#include "common/accessible_name.h"
 #include "common/link_colour.h"
 
 namespace glimmer {
@@ -59,6 +61,8 @@ bool SelectionPanel::fill() {
             text->SetVisitedColour(link);
             text->SetHoverColour(link.ChangeLightness(70));
             text->SetToolTip(wxString(row.heading) + " " + label.text);
+            setAccessibleName(*text, text->GetToolTipText(), PressedControl::Link,
+                              [this, control = label.control] { clicked_(control); });
             text->Bind(wxEVT_HYPERLINK, [this, control = label.control](wxHyperlinkEvent&) { clicked_(control); });
             line->Add(text, 0, wxRIGHT, FromDIP(8));
         }
@@ -74,7 +78,16 @@ bool SelectionPanel::fill() {
 }
 
 void SelectionPanel::enableAll(bool enable) {
-    for (wxWindow* child : GetChildren()) child->Enable(enable);
+    const wxColour link = enable ? linkColour() : wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
+    for (wxWindow* child : GetChildren()) {
+        if (child->IsThisEnabled() == enable) continue;
+        child->Enable(enable);
+        // Drawn by the toolkit, which does not grey it.
+        if (auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(child)) {
+            text->SetNormalColour(link);
+            text->SetVisitedColour(link);
+        }
+    }
 }
 
 }  // namespace glimmer

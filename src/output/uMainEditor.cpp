@@ -85,6 +85,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         if (complete() || stateStale_) refreshState();
+        if (missingDataDue_) CallAfter([this] { tellOfMissingData(); });
         event.Skip();
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
@@ -160,6 +161,7 @@ void TMainEditor::layOut() {
         CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
     const int widths[] = {-1, FromDIP(170), FromDIP(110), FromDIP(110), FromDIP(60)};
     status->SetStatusWidths(5, widths);
+    SetStatusBarPane(-1);  // menus have no help to show there
 }
 
 void TMainEditor::showLeftPanel(bool show) {
@@ -182,9 +184,18 @@ bool TMainEditor::complete() {
     toolbar_->update([this](CommandNeeds needs) { return available(needs); });  // what is of no use takes no room
     toolbar_->SendSizeEvent();
     labels_->fill();
+    nameForReaders();
     list_->SetToolTip("Click the captions once or press F2 to rename");
     SetIcons(applicationIcons());
     return true;
+}
+
+/// What a screen reader calls the parts of the window; without that it would be the names of the controls.
+void TMainEditor::nameForReaders() {
+    toolbar_->SetLabel("Main toolbar");
+    labels_->SetLabel("Selection");
+    for (wxWindow* frame : {leftPanel_, leftPanel_->GetParent(), static_cast<wxWindow*>(canvasHost_)})
+        frame->SetLabel("");
 }
 
 void TMainEditor::addShapeMenu() {
@@ -216,6 +227,46 @@ void TMainEditor::bindKeys() {
             wxEVT_MENU, [this, &command](wxCommandEvent&) { run(command); }, id);
     }
     SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(keys.size()), keys.data()));
+    Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+        if (!keyOutsideCanvas(event)) event.Skip();
+    });
+}
+
+/// F6 walks through the parts of the window. The keys of the canvas that no text or list has a use for work in all of
+/// them; those that the canvas has taken itself do not come here.
+bool TMainEditor::keyOutsideCanvas(wxKeyEvent& event) {
+    const int key = event.GetKeyCode();
+    if (key == WXK_F6) return focusNextPart(event.ShiftDown());
+    if (canvas_ == nullptr || list_->GetEditControl() != nullptr || canvas_->IsDescendant(FindFocus())) return false;
+    const bool letter = (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');
+    const bool zoom = key == '+' || key == '-' || key == '=' || (key >= WXK_NUMPAD0 && key <= WXK_NUMPAD9) ||
+                      key == WXK_NUMPAD_ADD || key == WXK_NUMPAD_SUBTRACT;
+    const bool forCanvas = event.ControlDown() ? letter || zoom : event.AltDown() && key == WXK_BACK;
+    return forCanvas && canvas_->FormKeyDown(event);
+}
+
+bool TMainEditor::focusNextPart(bool back) {
+    wxWindow* const focus = FindFocus();
+    wxWindow* const parts[] = {toolbar_, list_, labels_, canvas_};
+    constexpr int count = 4;
+    int at = 0;
+    while (at < count && (parts[at] == nullptr || !parts[at]->IsDescendant(focus))) ++at;
+    if (at == count) at = back ? 0 : count - 1;
+    for (int step = 1; step <= count; ++step) {
+        const int next = (at + (back ? count - step : step)) % count;
+        if (parts[next] == nullptr || !parts[next]->IsShownOnScreen() || !parts[next]->IsEnabled()) continue;
+        if (parts[next] == toolbar_) {
+            toolbar_->takeFocus();
+        } else if (parts[next] == canvas_) {
+            canvas_->takeFocus(back);
+        } else if (parts[next] == labels_ && current_ == nullptr) {
+            continue;
+        } else {
+            parts[next]->SetFocus();
+        }
+        return true;
+    }
+    return false;
 }
 
 void TMainEditor::click(std::string_view control) {

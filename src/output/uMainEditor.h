@@ -126,9 +126,12 @@ private:
     // Layout (uMainEditor.cpp)
     void layOut();
     void addShapeMenu();
+    void nameForReaders();
     bool complete();
     void showLeftPanel(bool show);
     void bindKeys();
+    bool keyOutsideCanvas(wxKeyEvent& event);
+    bool focusNextPart(bool back);
     void run(const MainCommand& command);
     void execute(const MainCommand& command);
     void finishClosing();
@@ -170,6 +173,7 @@ private:
     bool leave(bool confirmed);
     [[nodiscard]] bool confirmUnsaved(const Documents& documents);
     bool saveProject(bool askForName);
+    void tellOfMissingData();
 
     /// A capture and what the list knows of it.
     struct Entry {
@@ -190,8 +194,9 @@ private:
     const char* toolButton_ = "btnPointer";
     EditTool shapeTool_;  ///< what the shape button's menu chose last
     bool stateStale_ = true;
-    int commandsRunning_ = 0;  ///< the window is not closed below a command; a host's may run inside another one
-    bool closing_ = false;     ///< it is closed when the last one ends
+    int commandsRunning_ = 0;      ///< the window is not closed below a command; a host's may run inside another one
+    bool closing_ = false;         ///< it is closed when the last one ends
+    bool missingDataDue_ = false;  ///< a picture without the program's own data was opened, and nobody was told yet
 
     TMainToolbar* toolbar_ = nullptr;
     wxWindow* leftPanel_ = nullptr;

@@ -188,8 +188,10 @@ TEST_F(CanvasKeys, focusWalksToThePanelsAndBack) {
     EXPECT_TRUE(panels->IsDescendant(wxWindow::FindFocus()));
     pressKey('A', ctrlKey | shiftKey);
     EXPECT_FALSE(form->selectedArea().empty()) << "commands work there too";
-    pressKey(VK_F6);
+    pressKey(VK_F6, shiftKey);
     EXPECT_EQ(wxWindow::FindFocus(), canvas());
+    pressKey(VK_TAB);
+    EXPECT_NE(wxWindow::FindFocus(), canvas()) << "without an annotation to go to, Tab leaves the canvas";
 }
 
 TEST_F(CanvasKeys, theMenuHasItsItemsAndMarks) {

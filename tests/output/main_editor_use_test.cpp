@@ -4,6 +4,7 @@
 // After windows.h, which it needs.
 #include <shlobj.h>
 
+#include "common/modal_dialog.h"
 #include "common/wide_text.h"
 #include "main_editor_fixture.h"
 #include "output/clipboard.h"
@@ -134,6 +135,18 @@ TEST_F(MainEditorUse, DroppedFilesAreOpenedAndWhatCannotBeIsToldOnce) {
     EXPECT_THAT(messages_.messages[0].text, HasSubstr("missing.png"));
     EXPECT_EQ(messages_.messages[1].text, missingDataText);  // of the picture, in which nothing was drawn yet
     for (const CaptureDocument* document : editor_->allEditors()) EXPECT_FALSE(document->modified());
+}
+
+TEST_F(MainEditorUse, TheNoticeOfAnOpenedPictureWaitsForTheQuestionThatIsOpen) {
+    messages_.messages.clear();
+    const test::NextModal question([this](wxDialog& dialog) {
+        editor_->openFile("samples/article-1280x1024.png");
+        for (int round = 0; round < 5; ++round) test::pump();
+        EXPECT_TRUE(messages_.messages.empty()) << messages_.messages[0].text;
+        dialog.EndModal(wxID_OK);
+    });
+    ModalDialog(nullptr, wxID_ANY, "The question").ShowModal();
+    EXPECT_TRUE(test::pumpUntil([this] { return messages_.messages.size() == 1; }));
 }
 
 TEST_F(MainEditorUse, TheOpenDialogOffersEveryKind) {
@@ -270,6 +283,28 @@ TEST_F(MainEditorUse, EveryToolHasItsKey) {
         test::click(button(name));
         EXPECT_EQ(editor_->canvas()->tool(), byKey) << name;
     }
+}
+
+TEST_F(MainEditorUse, TheKeyboardGoesThroughAllPartsAndTheKeysOfTheCanvasWorkInThem) {
+    add({"one", "two"});
+    ASSERT_TRUE(test::bringForward(*editor_, &list()));
+    const auto zoom = [this] { return editor_->canvas()->zoom(); };
+    for (const char* part : {"pnlSelection", "EditForm", "pnlProperties", "tbMain", "lvAnnotations"}) {
+        test::pressKey(VK_F6);
+        EXPECT_TRUE(test::findControl(*editor_, part)->IsDescendant(wxWindow::FindFocus())) << part;
+        test::pressKey(VK_ADD, 0x4000);
+        EXPECT_EQ(zoom(), 125) << part;
+        test::pressKey('0', 0x4000);
+        EXPECT_EQ(zoom(), 100) << part;
+    }
+    test::pressKey(VK_F6, 0x2000);
+    EXPECT_TRUE(test::findControl(*editor_, "tbMain")->IsDescendant(wxWindow::FindFocus()));
+    // What is typed into a name is not for the canvas.
+    list().SetFocus();
+    test::pressKey(VK_F2);
+    test::pressKey(VK_ADD, 0x4000);
+    EXPECT_EQ(zoom(), 100);
+    test::pressKey(VK_ESCAPE);
 }
 
 // --- what comes after the picture ---------------------------------------------------------------------------------

@@ -10,6 +10,7 @@
 #include "output/main_toolbar.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
+#include "support/scratch_folder.h"
 #include "support/windows/forms.h"
 #include "windows/shots.h"
 
@@ -54,7 +55,8 @@ void settle(TMainEditor& editor) {
 
 void mainWindow(const std::string& prefix) {
     setMessageBoxes(nullptr);
-    auto* editor = new TMainEditor;
+    const test::ScratchFolder recovery("main shots");
+    auto* editor = new TMainEditor(recovery.path());
     pMainEditor = editor;
     editor->SetPosition(wxPoint(0, 0));
     const wxSize usual = editor->GetSize();
@@ -89,7 +91,7 @@ void mainWindow(const std::string& prefix) {
     for (size_t i = 6; i < 40; ++i) open(*editor, i);
     shot("40");
     editor->Close(true);
-    test::pump();
+    test::pumpUntil([] { return pMainEditor == nullptr; });
 }
 
 }  // namespace glimmer::shots

@@ -1,0 +1,66 @@
+#include "common/accessible_name.h"
+
+#include <wx/access.h>
+#include <wx/window.h>
+
+#include <utility>
+
+namespace glimmer {
+
+#if wxUSE_ACCESSIBILITY
+
+namespace {
+
+/// Everything else is as the system says it.
+class Named : public wxAccessible {
+public:
+    Named(wxWindow& window, wxString name) : wxAccessible(&window), name_(std::move(name)) {}
+    wxAccStatus GetName(int child, wxString* name) override {
+        if (child != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
+        *name = name_;
+        return wxACC_OK;
+    }
+
+private:
+    wxString name_;
+};
+
+class Pressed final : public Named {
+public:
+    Pressed(wxWindow& window, const wxString& name, PressedControl kind, std::function<void()> press)
+        : Named(window, name), kind_(kind), press_(std::move(press)) {}
+    wxAccStatus GetRole(int /*child*/, wxAccRole* role) override {
+        *role = kind_ == PressedControl::Link ? wxROLE_SYSTEM_LINK : wxROLE_SYSTEM_PUSHBUTTON;
+        return wxACC_OK;
+    }
+    wxAccStatus GetDefaultAction(int /*child*/, wxString* action) override {
+        *action = "Press";
+        return wxACC_OK;
+    }
+    wxAccStatus DoDefaultAction(int /*child*/) override {
+        press_();
+        return wxACC_OK;
+    }
+
+private:
+    PressedControl kind_;
+    std::function<void()> press_;
+};
+
+}  // namespace
+
+// The windows own them.
+void setAccessibleName(wxWindow& window, const wxString& name) { window.SetAccessible(new Named(window, name)); }
+void setAccessibleName(wxWindow& window, const wxString& name, PressedControl kind, std::function<void()> press) {
+    window.SetAccessible(new Pressed(window, name, kind, std::move(press)));
+}
+
+#else
+
+void setAccessibleName(wxWindow& /*window*/, const wxString& /*name*/) {}
+void setAccessibleName(wxWindow& /*window*/, const wxString& /*name*/, PressedControl /*kind*/,
+                       std::function<void()> /*press*/) {}
+
+#endif
+
+}  // namespace glimmer
