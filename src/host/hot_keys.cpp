@@ -60,11 +60,13 @@ void HotKeys::reportTaken() {
     for (const Command& command : commands_) {
         const int32_t shortcut = OptionsHolder().number(command.option);
         if (taken_.count(shortcut) == 0 || !reported_.insert(shortcut).second) continue;
-        text += text.empty() ? "" : "\n";
-        text += "The hot key " + hotKeyText(shortcut) + " is used by another program. It does not work for: ";
+        text += '\n';
+        text += hotKeyText(shortcut);
+        text += ": ";
         text += optionTable()[optionIndex(command.option)].caption;
     }
-    if (!text.empty() && report_) report_(text);
+    // Short enough for all keys at once: a balloon holds 255 characters.
+    if (!text.empty() && report_) report_("Taken by another program:" + text);
 }
 
 void HotKeys::pressed(int id) const {

@@ -67,18 +67,18 @@ TMForm::~TMForm() = default;
 /// The icon in the notification area and the hot keys.
 void TMForm::takePlace() {
     trayIcon_ = std::make_unique<TrayIcon>(*this);
-    hotKeys_ =
-        std::make_unique<HotKeys>(GetHWND(),
-                                  std::vector<HotKeys::Command>{
-                                      {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
-                                      {"hotContinueEditing", [this] { mnuContinueClick(); }},
-                                      {"hotCaptureTopWindow", captureTopWindow},
-                                      {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
-                                  },
-                                  // A balloon, which keeps nobody from working.
-                                  [this](const std::string& text) {
-                                      trayIcon_->ShowBalloon("Glimmerpad", wxString::FromUTF8(text), 0, wxICON_WARNING);
-                                  });
+    hotKeys_ = std::make_unique<HotKeys>(GetHWND(),
+                                         std::vector<HotKeys::Command>{
+                                             {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
+                                             {"hotContinueEditing", [this] { mnuContinueClick(); }},
+                                             {"hotCaptureTopWindow", captureTopWindow},
+                                             {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
+                                         },
+                                         // A balloon, which keeps nobody from working.
+                                         [this](const std::string& text) {
+                                             trayIcon_->ShowBalloon("Glimmerpad hot keys", wxString::FromUTF8(text), 0,
+                                                                    wxICON_WARNING);
+                                         });
 }
 
 void TMForm::start(const std::optional<std::string>& file) {

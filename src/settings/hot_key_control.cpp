@@ -82,7 +82,8 @@ bool THotKey::keyUp(uint32_t key) {
 }
 
 bool THotKey::MSWShouldPreProcessMessage(WXMSG* message) {
-    // No accelerator of the form takes a combination from this box, the dialog's own keys excepted.
+    // No accelerator and no access key of the form takes a combination from this box, the dialog's own keys excepted.
+    if (message->message == WM_SYSCHAR) return false;
     const auto key = static_cast<uint32_t>(message->wParam);
     const bool isKey = message->message == WM_KEYDOWN || message->message == WM_SYSKEYDOWN;
     const int32_t modifiers = heldModifiers();

@@ -325,8 +325,17 @@ bool TVistraneOptions::apply() {
     saveOptions();
     applied_ = options;
     askAgain_ = false;
+    // The button is disabled now; the keyboard must not be left with nobody.
+    if (applyButton_->HasFocus()) FindWindow(wxID_OK)->SetFocus();
     showValues(applied_);
     return true;
+}
+
+/// Looks for an access key in the whole dialog. Left to themselves, the box and the page around a control would each
+/// look only inside, and keep the key from the others.
+bool TVistraneOptions::MSWTranslateMessage(WXMSG* message) {
+    if (message->message == WM_SYSCHAR && IsDialogMessageW(GetHWND(), message) != FALSE) return true;
+    return ModalDialog::MSWTranslateMessage(message);
 }
 
 void TVistraneOptions::btnBrowseWorkingFolderClick() {

@@ -38,6 +38,8 @@ public:
     /// Shows the page of that name; false when there is none.
     bool showPage(const std::string& page);
 
+    bool MSWTranslateMessage(WXMSG* message) override;
+
 private:
     void makeButtons(class wxBoxSizer& column);
     void bindHandlers();

@@ -296,7 +296,43 @@ TEST_F(OptionsDialog, CanBeUsedWithTheKeyboard) {
     }
     EXPECT_GT(used.size(), 40U);
     EXPECT_TRUE(names.count("Background") == 1 && names.count("Frame") == 1 && names.count("Selection colour") == 1);
+    // They lead to the control behind the caption.
+    const struct {
+        const char* page;
+        const char* from;
+        char key;
+        const char* to;
+    } accesses[] = {{"General", "lstPages", 'W', "edtWorkingFolderPath"},
+                    {"General", "edtWorkingFolderPath", 'D', "chkShowToolbar"},
+                    {"General", "chkShowToolbar", 'F', "chkFolderCleanup"},
+                    {"Confirmations", "cmbConfirmExit", 'D', "cmbDeleteCaptures"},
+                    {"Watermarking", "lstPages", 'D', "chkWMDisplay"},
+                    {"Annotation Control", "edtFontName", 'S', "spnAnnotationCtlFontSize"},
+                    {"Annotation Control", "spnAnnotationCtlFontSize", 'P', "lstPages"}};
+    for (const auto& access : accesses) {
+        dialog_->showPage(access.page);
+        ASSERT_TRUE(test::bringForward(*dialog_, control<wxWindow>(access.from)));
+        test::pressKey(static_cast<uint8_t>(access.key), hotKeyAlt);
+        EXPECT_TRUE(control<wxWindow>(access.to)->HasFocus()) << access.page << access.key;
+    }
+    ASSERT_TRUE(test::bringForward(*dialog_, control<wxWindow>("spnAnnotationCtlFontSize")));
+    test::pressKey('A', hotKeyAlt);
+    EXPECT_FALSE(OptionsHolder().on("chkDisplayAnnotations"));
+    EXPECT_FALSE(applyButton()->IsEnabled());
+    dialog_->showPage("Display");
+    test::click(*control<wxCheckBox>("chkDisplayNumbers"));
+    ASSERT_TRUE(test::bringForward(*dialog_, applyButton()));
+    test::pressKey(0x20);
+    EXPECT_FALSE(applyButton()->IsEnabled());
+    EXPECT_TRUE(dialog_->FindWindow(wxID_OK)->HasFocus());
+    // A hot key box takes them for itself.
+    dialog_->showPage("Hotkeys");
+    ASSERT_TRUE(test::bringForward(*dialog_, control<wxWindow>("hotSilentCapture")));
+    test::pressKey('N', hotKeyAlt);
+    EXPECT_TRUE(control<wxWindow>("hotSilentCapture")->HasFocus());
+    EXPECT_EQ(control<wxTextCtrl>("hotSilentCapture")->GetValue(), "Alt+N");
     // Ctrl+Page Down and Ctrl+Shift+Tab turn the pages, round the end too.
+    dialog_->showPage("Annotation Control");
     ASSERT_TRUE(test::bringForward(*dialog_, control<wxTextCtrl>("edtFontName")));
     test::pressKey(0x22, hotKeyCtrl);
     EXPECT_EQ(pages->GetStringSelection(), "General");
