@@ -86,6 +86,8 @@ void TProgram::prepareMainEditor() {
                               [this] { showOptions(); },
                               [this] { tellResumeState(); },
                               [this](const std::string& url) { openPage(url); }});
+    // The standalone program does it at its own start.
+    if (!isStandalone()) pMainEditor->CallAfter([] { cleanUpWorkingFolder(); });
 }
 
 void TProgram::offerRecovered() {

@@ -177,7 +177,10 @@ std::optional<Answer> ask(const Question& question) {
     DWORD cookie = 0;
     if (question.events != nullptr) dialog->Advise(question.events, &cookie);
     const ModalScope open;
-    const HRESULT shown = dialog->Show(GetActiveWindow());
+    HWND owner = GetActiveWindow();
+    const HRESULT shown = dialog->Show(owner);
+    // Wine leaves the keyboard to another program's window.
+    if (owner != nullptr) SetActiveWindow(owner);
     if (question.events != nullptr) dialog->Unadvise(cookie);
 
     ComObject<IShellItem> item;

@@ -53,7 +53,7 @@ void checkDocuments(TSaver::Documents documents) {
 /// What the user answered, once the quality is known that JPEG needs; nothing when the user gives up there.
 std::optional<PictureTarget> withQuality(std::optional<PictureTarget> answer) {
     if (!answer || answer->format != PictureFormat::Jpeg) return answer;
-    TJPEGSettings dialog(wxWindow::FindFocus() != nullptr ? wxGetTopLevelParent(wxWindow::FindFocus()) : nullptr);
+    TJPEGSettings dialog(wxGetActiveWindow());
     return dialog.ShowModal() == wxID_OK ? answer : std::nullopt;
 }
 

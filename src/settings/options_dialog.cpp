@@ -6,6 +6,7 @@
 #include <wx/dcbuffer.h>
 #include <wx/dirdlg.h>
 #include <wx/filedlg.h>
+#include <wx/filename.h>
 #include <wx/listbox.h>
 #include <wx/msw/wrapwin.h>
 #include <wx/simplebook.h>
@@ -286,17 +287,29 @@ void TVistraneOptions::updatePreview() {
     });
 }
 
+bool TVistraneOptions::refuse(std::string_view page, std::string_view control, const std::string& why) {
+    showPage(std::string(page));
+    showError(why);
+    FindWindow(text(control))->SetFocus();
+    return false;
+}
+
+/// Where a path without a drive leads depends on the folder that the program happens to be in.
+bool TVistraneOptions::folderIsComplete(const Options& options) {
+    const wxString folder = text(options.text("edtWorkingFolderPath"));
+    if (folder.empty() || wxFileName::DirName(folder).IsAbsolute()) return true;
+    return refuse("General", "edtWorkingFolderPath", "The working folder needs its full path, such as C:\\Captures.");
+}
+
 bool TVistraneOptions::hotKeysDiffer(const Options& options) {
     std::vector<const Option*> keys;
     for (const Option& option : optionTable()) {
         if (option.kind != OptionKind::HotKey || options.number(option.control) == 0) continue;
         for (const Option* other : keys) {
             if (options.number(other->control) != options.number(option.control)) continue;
-            showPage("Hotkeys");
-            showError("The hot key " + hotKeyText(options.number(option.control)) + " is used twice:\n" +
-                      std::string(other->caption) + "\n" + std::string(option.caption));
-            FindWindow(text(option.control))->SetFocus();
-            return false;
+            return refuse("Hotkeys", option.control,
+                          "The hot key " + hotKeyText(options.number(option.control)) + " is used twice:\n" +
+                              std::string(other->caption) + "\n" + std::string(option.caption));
         }
         keys.push_back(&option);
     }
@@ -305,7 +318,7 @@ bool TVistraneOptions::hotKeysDiffer(const Options& options) {
 
 bool TVistraneOptions::apply() {
     Options options = wantedOptions();
-    if (!hotKeysDiffer(options)) return false;
+    if (!folderIsComplete(options) || !hotKeysDiffer(options)) return false;
     // What the system refuses goes back to what it was; everything else is kept.
     Status associated = applyAssociations(*services_.associations, applied_, options);
     if (!associated) {

@@ -54,7 +54,10 @@ private:
     void updatePreview();
     /// False, after a message, when the values cannot be applied.
     bool apply();
+    bool folderIsComplete(const Options& options);
     bool hotKeysDiffer(const Options& options);
+    /// Shows the control and says why its value cannot be applied; false.
+    bool refuse(std::string_view page, std::string_view control, const std::string& why);
 
     void btnBrowseWorkingFolderClick();
     void btnBrowseWatermarkClick();

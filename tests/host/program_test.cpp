@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -12,10 +15,12 @@
 #include "host/uProgram.h"
 #include "output/saver_fixture.h"
 #include "output/uMainEditor.h"
+#include "output/working_folder.h"
 
 namespace glimmer {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -113,6 +118,19 @@ TEST_F(Program, TheNextCaptureIsSkippedOnce) {
     EXPECT_THAT(asked, IsEmpty());
     take(CaptureAction::Load);
     EXPECT_EQ(editors(), 1U);
+}
+
+TEST_F(Program, InAHostTheWorkingFolderIsCleanedOnceTheWindowIsThere) {
+    fs::create_directories(work());
+    for (const char* name : {"ours.png", "theirs.png"}) {
+        std::ofstream(work() / name) << "x";
+        fs::last_write_time(work() / name, fs::file_time_type::clock::now() - std::chrono::hours(6 * 24));
+    }
+    ASSERT_TRUE(WorkingFolder(work()).remember(work() / "ours.png").ok());
+    OptionsHolder().setOn("chkFolderCleanup", true);
+    take(CaptureAction::Load);
+    EXPECT_TRUE(test::pumpUntil([this] { return !fs::exists(work() / "ours.png"); }));
+    EXPECT_TRUE(fs::exists(work() / "theirs.png"));
 }
 
 TEST_F(Program, ACaptureIsNamedAndStampedByItsPage) {

@@ -252,6 +252,23 @@ TEST_F(OptionsDialog, RefusesOneHotKeyForTwoCommands) {
     EXPECT_NE(OptionsHolder().number("hotSilentCapture"), hotKeyCtrl | 'D');
 }
 
+TEST_F(OptionsDialog, RefusesAWorkingFolderThatLiesAnywhere) {
+    auto* folder = control<wxTextCtrl>("edtWorkingFolderPath");
+    for (const char* path : {"captures", "\\captures", "..\\captures"}) {
+        boxes_.messages.clear();
+        folder->SetValue(path);
+        apply();
+        EXPECT_EQ(boxes_.messages.size(), 1U) << path;
+        EXPECT_EQ(OptionsHolder().text("edtWorkingFolderPath"), "") << path;
+    }
+    for (const char* path : {"C:\\captures", "\\\\server\\share\\captures"}) {
+        folder->SetValue(path);
+        apply();
+        EXPECT_EQ(OptionsHolder().text("edtWorkingFolderPath"), path);
+    }
+    EXPECT_EQ(boxes_.messages.size(), 1U);
+}
+
 TEST_F(OptionsDialog, AnswersAreAskedForAgain) {
     OptionsHolder().setNumber("cmbConfirmExit", 2);
     OptionsHolder().setNumber("cmbShowWelcomeMessage", 1);
