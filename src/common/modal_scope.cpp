@@ -19,13 +19,18 @@ struct ModalScope::Watch {
 };
 
 ModalScope::ModalScope()
-    : outer_(innermost_), hook_(SetWindowsHookExW(WH_CBT, &Watch::see, nullptr, GetCurrentThreadId())) {
+    : outer_(innermost_),
+      hook_(SetWindowsHookExW(WH_CBT, &Watch::see, nullptr, GetCurrentThreadId())),
+      active_(reinterpret_cast<void*>(GetActiveWindow())) {
     innermost_ = this;
 }
 
 ModalScope::~ModalScope() {
     innermost_ = outer_;
     if (hook_ != nullptr) UnhookWindowsHookEx(static_cast<HHOOK>(hook_));
+    const auto before = static_cast<HWND>(active_);
+    if (GetActiveWindow() == nullptr && IsWindowVisible(before) != FALSE && IsWindowEnabled(before) != FALSE)
+        SetForegroundWindow(before);
 }
 
 std::vector<void*> ModalScope::windows() {

@@ -141,6 +141,14 @@ void ToolButton::setMenu(std::unique_ptr<wxMenu> menu) {
     InvalidateBestSize();
 }
 
+void ToolButton::choose(int id) {
+    wxMenuItem* item = menu_ != nullptr ? menu_->FindItem(id) : nullptr;
+    if (item == nullptr) return;
+    if (item->IsRadio()) item->Check();
+    wxCommandEvent event(wxEVT_MENU, id);
+    menu_->ProcessEvent(event);
+}
+
 void ToolButton::popUp() {
     if (menu_ == nullptr) return;
     PopupMenu(menu_.get(), 0, GetClientSize().GetHeight());

@@ -44,6 +44,9 @@ public:
     void showCaption(bool show);
     /// A menu that opens below when the arrow is clicked; the rest of the button stays a button.
     void setMenu(std::unique_ptr<wxMenu> menu);
+    [[nodiscard]] const wxMenu* menu() const { return menu_.get(); }
+    /// As if the user had chosen that item of the menu.
+    void choose(int id);
     /// Opens the menu now. Does nothing without one.
     void popUp();
     /// As if the user had pressed it: changes the state and sends the event. Does nothing while disabled.

@@ -67,6 +67,7 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
     });
     entry.document = std::move(document);
     documents_.push_back(std::move(entry));
+    projectChanged_ = !projectPath_.empty();
     recovery_->add(added, std::move(former));
     list_->insert(documents_.size() - 1, wide(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
@@ -148,6 +149,9 @@ void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
         documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(*place));
     }
     if (currentGoes && current_ != nullptr) list_->setCurrent(placeOf(*current_), true);
+    // What is opened into the empty window has nothing to do with the project any more.
+    if (documents_.empty()) projectPath_.clear();
+    projectChanged_ = !projectPath_.empty();
     stateStale_ = true;
 }
 
@@ -180,7 +184,6 @@ void TMainEditor::discardAll(bool kept) {
     for (size_t i = 0; i < all.size(); ++i) all[i] = i;
     unshow();
     removePlaces(std::move(all), kept);
-    projectPath_.clear();
 }
 
 void TMainEditor::moveCapture(size_t from, size_t to) {
@@ -193,6 +196,8 @@ void TMainEditor::moveCapture(size_t from, size_t to) {
     documents_.insert(documents_.begin() + static_cast<std::ptrdiff_t>(to), std::move(entry));
     list_->insert(to, name);
     list_->setCurrent(to, true);
+    projectChanged_ = !projectPath_.empty();
+    stateStale_ = true;
     show(to);
 }
 
@@ -303,7 +308,8 @@ void TMainEditor::refreshState() {
     labels_->enableAll(current_ != nullptr);
     const std::string product = productName();
     std::string title = product;
-    if (current_ != nullptr) title = current_->info().name + (current_->modified() ? " * - " : " - ") + product;
+    if (current_ != nullptr)
+        title = current_->info().name + (current_->modified() || projectChanged_ ? " * - " : " - ") + product;
     if (GetTitle() != wide(title)) SetTitle(wide(title));
     updateStatus();
 }

@@ -40,6 +40,12 @@ constexpr size_t mostNames = 10;
 
 bool isProject(const std::string& path) { return upperAscii(utf8FromPath(pathFromUtf8(path).extension())) == ".GMP"; }
 
+/// What went wrong with a file, for a message about several of them.
+std::string namingFile(const std::string& failure, const std::string& path) {
+    const std::string name = utf8FromPath(pathFromUtf8(path).filename());
+    return failure.find(name) != std::string::npos ? failure : std::string(name).append(": ").append(failure);
+}
+
 /// The host as the rating page knows it.
 std::string hostCode() { return isChrome() ? "ch" : "fx"; }
 
@@ -70,12 +76,13 @@ bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
         Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path), &lacksData);
         someLackData = someLackData || lacksData;
         if (!opened) {
-            failures.push_back(opened.message());
+            failures.push_back(namingFile(opened.message(), path));
             continue;
         }
         // A project that is opened into an empty window is the one that "Save" goes on with.
-        if (documents_.empty() && isProject(path)) projectPath_ = path;
+        const bool whole = documents_.empty() && isProject(path);
         for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
+        if (whole) projectPath_ = path;
         added += opened->size();
     }
     std::string text;
@@ -100,6 +107,7 @@ bool TMainEditor::saveProject(bool askForName) {
     const Documents all = allEditors();
     if (!TSaver().saveProject(all, path, askForName)) return false;
     projectPath_ = utf8FromPath(path);
+    projectChanged_ = false;
     for (CaptureDocument* document : all) document->markSaved();
     return true;
 }
@@ -229,12 +237,15 @@ bool TMainEditor::confirmUnsaved(const Documents& documents) {
         if (!document->modified()) continue;
         if (++count <= mostNames) names.append("\n  \xE2\x80\xA2 ").append(document->info().name);
     }
-    if (count == 0) return true;
+    if (count == 0 && !projectChanged_) return true;
     if (count > mostNames)
         names.append("\n  \xE2\x80\xA2 and ").append(std::to_string(count - mostNames)).append(" more");
     Message question;
     question.caption = "Exit Editor";
-    if (count == 1) {
+    if (count == 0) {
+        question.text = "Captures were added, deleted or moved since the project was saved:";
+        names = "\n  \xE2\x80\xA2 " + utf8FromPath(pathFromUtf8(projectPath_).filename());
+    } else if (count == 1) {
         question.text = "One capture is not saved:";
     } else {
         question.text.append(std::to_string(count)).append(" captures are not saved:");
@@ -255,7 +266,7 @@ bool TMainEditor::leave(bool confirmed) {
     if (!documents_.empty()) {
         const bool unsaved = std::any_of(documents_.begin(), documents_.end(),
                                          [](const Entry& entry) { return entry.document->modified(); });
-        if (unsaved) {
+        if (unsaved || projectChanged_) {
             if (!confirmUnsaved(allEditors())) return false;
         } else if (!confirmed) {
             Message question;

@@ -216,16 +216,36 @@ void TMainToolbar::arrange() {
     Refresh();
 }
 
+void TMainToolbar::appendHidden(wxMenu& menu, const Item& item) {
+    const wxString caption = plainText(item.command->caption);
+    ToolButton* const button = item.button;
+    wxMenuItem* entry = nullptr;
+    if (const wxMenu* own = button->menu()) {
+        // The button's menu is offered here as well.
+        auto* copy = new wxMenu;  // the menu's
+        for (const wxMenuItem* choice : own->GetMenuItems()) {
+            wxMenuItem* same = copy->AppendCheckItem(wxID_ANY, choice->GetItemLabel());
+            same->Check(button->down() && choice->IsChecked());
+            menu.Bind(
+                wxEVT_MENU, [button, id = choice->GetId()](wxCommandEvent&) { button->choose(id); }, same->GetId());
+        }
+        entry = menu.AppendSubMenu(copy, caption);
+    } else {
+        entry = menu.Append(wxID_ANY, caption, "", item.command->radio ? wxITEM_CHECK : wxITEM_NORMAL);
+        if (button->down()) entry->Check();
+        menu.Bind(
+            wxEVT_MENU, [button](wxCommandEvent&) { button->press(); }, entry->GetId());
+    }
+    entry->Enable(button->IsEnabled());
+}
+
 void TMainToolbar::showHidden() {
     wxMenu menu;
     CommandGroup group = hidden_.empty() ? CommandGroup::Project : hidden_.front()->command->group;
     for (const Item* item : hidden_) {
         if (item->command->group != group) menu.AppendSeparator();
         group = item->command->group;
-        wxMenuItem* entry = menu.Append(wxID_ANY, plainText(item->command->caption));
-        entry->Enable(item->button->IsEnabled());
-        menu.Bind(
-            wxEVT_MENU, [item](wxCommandEvent&) { item->button->press(); }, entry->GetId());
+        appendHidden(menu, *item);
     }
     more_->PopupMenu(&menu, 0, more_->GetSize().y);
 }

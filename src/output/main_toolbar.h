@@ -57,6 +57,7 @@ private:
     void dress(ToolButton& button, const char* icon) const;
     void rearrange();
     void arrange();
+    void appendHidden(wxMenu& menu, const Item& item);
     void showHidden();
     void showSizeMenu();
     void paintHandle();

@@ -158,6 +158,7 @@ std::optional<Answer> ask(const Question& question) {
     } const leave{initialized};
 
     const bool file = question.kind == Question::File;
+    const ModalScope open;  // until the dialog is gone with all its windows
     ComObject<IFileDialog> dialog;
     if (FAILED(CoCreateInstance(file ? __uuidof(FileSaveDialog) : __uuidof(FileOpenDialog), nullptr,
                                 CLSCTX_INPROC_SERVER, __uuidof(IFileDialog), reinterpret_cast<void**>(dialog.out()))))
@@ -176,11 +177,7 @@ std::optional<Answer> ask(const Question& question) {
         dialog->SetFolder(folder.get());
     DWORD cookie = 0;
     if (question.events != nullptr) dialog->Advise(question.events, &cookie);
-    const ModalScope open;
-    HWND owner = GetActiveWindow();
-    const HRESULT shown = dialog->Show(owner);
-    // Wine leaves the keyboard to another program's window.
-    if (owner != nullptr) SetActiveWindow(owner);
+    const HRESULT shown = dialog->Show(GetActiveWindow());
     if (question.events != nullptr) dialog->Unadvise(cookie);
 
     ComObject<IShellItem> item;

@@ -189,7 +189,8 @@ private:
     CaptureDocument* current_ = nullptr;
     TEditForm* canvas_ = nullptr;
     DisplayState displayState_ = DisplayState::Shown;
-    std::string projectPath_;
+    std::string projectPath_;      ///< of the project that "Save" goes on with; empty: there is none
+    bool projectChanged_ = false;  ///< captures came, went or moved since it was opened or saved
     Commands commands_;
     const char* toolButton_ = "btnPointer";
     EditTool shapeTool_;  ///< what the shape button's menu chose last

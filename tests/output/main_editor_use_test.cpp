@@ -22,6 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 using MainEditorUse = MainEditorTest;
 
@@ -132,7 +133,7 @@ TEST_F(MainEditorUse, DroppedFilesAreOpenedAndWhatCannotBeIsToldOnce) {
     ASSERT_TRUE(test::pumpUntil([this] { return messages_.messages.size() == 2; }));
     EXPECT_THAT(names(), ElementsAre("one", "two", "article-1280x1024"));
     for (const Message& message : messages_.messages) EXPECT_EQ(message.caption, "Error");
-    EXPECT_THAT(messages_.messages[0].text, HasSubstr("missing.png"));
+    for (const char* name : {"missing.png", "notes.txt"}) EXPECT_THAT(messages_.messages[0].text, HasSubstr(name));
     EXPECT_EQ(messages_.messages[1].text, missingDataText);  // of the picture, in which nothing was drawn yet
     for (const CaptureDocument* document : editor_->allEditors()) EXPECT_FALSE(document->modified());
 }
@@ -361,6 +362,34 @@ TEST_F(MainEditorUse, GivingUpTheSaveOrFailingAtItKeepsTheWindow) {
     EXPECT_FALSE(editor_->closeSession());
     EXPECT_TRUE(editor_->currentEditor()->modified());
     EXPECT_TRUE(editor_->IsShown());
+}
+
+TEST_F(MainEditorUse, AProjectWhoseCapturesMovedIsNotLeftWithoutAQuestionAndNotOverwrittenByOtherCaptures) {
+    add({"one", "two"});
+    fs::path project = folder() / "two.gmp";
+    ASSERT_TRUE(saver_.saveProject(editor_->allEditors(), project, false));
+    editor_->discardAll();
+    ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
+    ASSERT_TRUE(test::bringForward(*editor_, &list()));
+    messages_.messages.clear();
+    EXPECT_THAT(editor_->GetTitle().utf8_string(), Not(HasSubstr("*")));
+    test::pressKey(VK_UP, 0x8000);
+    ASSERT_THAT(names(), ElementsAre("two", "one"));
+    messages_.answers = {{MessageAnswer::Yes}};
+    EXPECT_TRUE(editor_->closeSession());
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_THAT(messages_.messages[0].text, HasSubstr("two.gmp"));
+    ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
+    EXPECT_THAT(names(), ElementsAre("two", "one"));
+
+    OptionsHolder().setNumber("cmbDeleteCaptures", 1);
+    clickLabel("lblDeleteAll");
+    add({"other"});
+    dialogs_.proposed.clear();
+    dialogs_.path = folder() / "other.gmp";
+    editor_->click("btnSaveProject");
+    EXPECT_NE(dialogs_.proposed, "") << "its name was asked for";
+    EXPECT_TRUE(fs::exists(dialogs_.path));
 }
 
 TEST_F(MainEditorUse, LeavingWithEverythingSavedKeepsToTheAnswer) {
