@@ -16,14 +16,19 @@ namespace {
 
 constexpr int gap = 10;  // pixels at 96 dpi, between groups and around the form
 
+/// Made before the number that it stands behind: a screen reader takes the text before a box for its name.
+wxWindow* newUnit(wxWindow* parent, const wxString& unit) {
+    auto* label = new wxStaticText(parent, wxID_ANY, unit);
+    label->SetMinSize(parent->FromDIP(wxSize(38, -1)));
+    return label;
+}
+
 /// A choice with its number and unit in one line.
-wxSizer* line(wxWindow* parent, wxWindow* choice, wxWindow* number, const wxString& unit) {
+wxSizer* line(wxWindow* parent, wxWindow* choice, wxWindow* number, wxWindow* unit) {
     auto* row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(choice, 1, wxALIGN_CENTER_VERTICAL);
     row->Add(number, 0, wxALIGN_CENTER_VERTICAL | wxLEFT, parent->FromDIP(gap));
-    auto* label = new wxStaticText(parent, wxID_ANY, unit);
-    label->SetMinSize(parent->FromDIP(wxSize(38, -1)));
-    row->Add(label, 0, wxALIGN_CENTER_VERTICAL | wxLEFT, parent->FromDIP(gap / 2));
+    row->Add(unit, 0, wxALIGN_CENTER_VERTICAL | wxLEFT, parent->FromDIP(gap / 2));
     return row;
 }
 
@@ -42,20 +47,22 @@ TIECaptureOptions::TIECaptureOptions(wxWindow* parent)
     const wxSize numberSize = FromDIP(wxSize(80, -1));
     radPercent_ = new wxRadioButton(inside, wxID_ANY, "Pe&rcentage of the page", wxDefaultPosition, wxDefaultSize,
                                     wxRB_GROUP, wxDefaultValidator, "radPercent");
+    wxWindow* percent = newUnit(inside, "%");
     spnPercent_ = new wxSpinCtrl(inside, wxID_ANY, {}, wxDefaultPosition, numberSize, wxSP_ARROW_KEYS,
                                  CaptureOptions::leastPercent, CaptureOptions::mostPercent, 100, "spnPercent");
     radFixedWidth_ = new wxRadioButton(inside, wxID_ANY, "Fixed &width, proportions kept", wxDefaultPosition,
                                        wxDefaultSize, 0, wxDefaultValidator, "radFixedWidth");
+    wxWindow* pixels = newUnit(inside, "pixels");
     spnFixedWidth_ = new wxSpinCtrl(inside, wxID_ANY, {}, wxDefaultPosition, numberSize, wxSP_ARROW_KEYS, 1,
                                     CaptureOptions::mostWidth, 1024, "spnFixedWidth");
-    box->Add(line(inside, radPercent_, spnPercent_, "%"), 0, wxEXPAND | wxALL, FromDIP(gap / 2));
-    box->Add(line(inside, radFixedWidth_, spnFixedWidth_, "pixels"), 0, wxEXPAND | wxALL, FromDIP(gap / 2));
+    box->Add(line(inside, radPercent_, spnPercent_, percent), 0, wxEXPAND | wxALL, FromDIP(gap / 2));
+    box->Add(line(inside, radFixedWidth_, spnFixedWidth_, pixels), 0, wxEXPAND | wxALL, FromDIP(gap / 2));
 
     auto* all = new wxBoxSizer(wxVERTICAL);
     all->Add(chkPlaySound_, 0, wxALL, FromDIP(gap));
     all->Add(chkPerformUpdateCheck_, 0, wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(gap));
     all->Add(box, 0, wxEXPAND | wxLEFT | wxRIGHT, FromDIP(gap));
-    all->Add(CreateSeparatedButtonSizer(wxOK | wxCANCEL), 0, wxEXPAND | wxALL, FromDIP(gap));
+    all->Add(newOkAndCancel(), 0, wxEXPAND | wxALL, FromDIP(gap));
     SetSizerAndFit(all);
 
     radPercent_->Bind(wxEVT_RADIOBUTTON, [this](wxCommandEvent&) { enableSizes(); });

@@ -1,8 +1,11 @@
 #include "common/modal_dialog.h"
 
 #include <wx/app.h>
+#include <wx/button.h>
 #include <wx/evtloop.h>
 #include <wx/modalhook.h>
+#include <wx/sizer.h>
+#include <wx/statline.h>
 #include <wx/utils.h>
 
 #include <memory>
@@ -65,6 +68,21 @@ bool ModalDialog::Show(bool show) {
         loop->end();
     }
     return wxDialog::Show(show);
+}
+
+wxSizer* ModalDialog::newOkAndCancel() {
+    auto* buttons = new wxBoxSizer(wxHORIZONTAL);
+    auto* ok = new wxButton(this, wxID_OK, "OK");
+    auto* cancel = new wxButton(this, wxID_CANCEL, "Cancel");
+    buttons->AddStretchSpacer();
+    buttons->Add(ok);
+    buttons->Add(cancel, 0, wxLEFT, FromDIP(8));
+    auto* all = new wxBoxSizer(wxVERTICAL);
+    all->Add(new wxStaticLine(this), 0, wxEXPAND | wxBOTTOM, FromDIP(10));
+    all->Add(buttons, 0, wxEXPAND);
+    ok->SetDefault();
+    ok->SetFocus();
+    return all;
 }
 
 }  // namespace glimmer

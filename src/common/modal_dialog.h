@@ -15,6 +15,10 @@ public:
     [[nodiscard]] bool IsModal() const override { return loop_ != nullptr; }
     bool Show(bool show = true) override;
 
+protected:
+    /// A line and below it, at the right edge, OK and Cancel; OK is the default and has the focus.
+    wxSizer* newOkAndCancel();
+
 private:
     class Loop;
     Loop* loop_ = nullptr;

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 
+#include "common/accessible_name.h"
 #include "common/modal_dialog.h"
 #include "editor/style_store.h"
 #include "settings/options.h"
@@ -198,6 +199,9 @@ public:
                 return wxString::Format("%d   ", first_->GetValue() + static_cast<int>(n)) + texts_[n];
             },
             [this](int way) { shift(way); });
+        setAccessibleName(*list_, "Annotations");
+        // Before the box: its access key leads to what was made next.
+        auto* caption = new wxStaticText(this, wxID_ANY, "&First number:");
         first_ = new wxSpinCtrl(this, wxID_ANY, "1", wxDefaultPosition, wxDefaultSize, wxSP_ARROW_KEYS, minStepNumber,
                                 maxStepNumber - 10000, 1, "spnFirstNumber");
         first_->Bind(wxEVT_SPINCTRL, [this](wxSpinEvent&) { fill(list_->GetSelection()); });
@@ -214,13 +218,12 @@ public:
         middleRow->Add(list_, 1, wxEXPAND | wxRIGHT, FromDIP(8));
         middleRow->Add(column);
         auto* firstRow = new wxBoxSizer(wxHORIZONTAL);
-        firstRow->Add(new wxStaticText(this, wxID_ANY, "&First number:"), 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT,
-                      FromDIP(6));
+        firstRow->Add(caption, 0, wxALIGN_CENTRE_VERTICAL | wxRIGHT, FromDIP(6));
         firstRow->Add(first_);
         auto* all = new wxBoxSizer(wxVERTICAL);
         all->Add(middleRow, 1, wxEXPAND | wxALL, FromDIP(10));
         all->Add(firstRow, 0, wxLEFT | wxRIGHT | wxBOTTOM, FromDIP(10));
-        all->Add(CreateSeparatedButtonSizer(wxOK | wxCANCEL), 0, wxEXPAND | wxALL, FromDIP(10));
+        all->Add(newOkAndCancel(), 0, wxEXPAND | wxALL, FromDIP(10));
         SetSizerAndFit(all);
         const auto at = std::find(ids_.begin(), ids_.end(), selected);
         fill(at == ids_.end() ? 0 : static_cast<int>(at - ids_.begin()));

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 
+#include "common/accessible_name.h"
 #include "imaging/picture_file.h"
 #include "settings/settings.h"
 
@@ -44,6 +45,7 @@ TJPEGSettings::TJPEGSettings(wxWindow* parent) : ModalDialog(parent, wxID_ANY, "
                            FromDIP(wxSize(48, -1)), wxTE_RIGHT, wxTextValidator(wxFILTER_DIGITS));
     edit_->SetName("edtCompressionQ");
     edit_->SetMaxLength(3);
+    setAccessibleName(*edit_, "JPEG compression quality");
     slider_->Bind(wxEVT_SLIDER, [this](wxCommandEvent&) { sliderMoved(); });
     edit_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { textChanged(); });
     Bind(
@@ -60,7 +62,7 @@ TJPEGSettings::TJPEGSettings(wxWindow* parent) : ModalDialog(parent, wxID_ANY, "
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(label, 0, wxLEFT | wxRIGHT | wxTOP, gap);
     sizer->Add(row, 0, wxEXPAND | wxALL, gap);
-    sizer->Add(CreateSeparatedButtonSizer(wxOK | wxCANCEL), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
+    sizer->Add(newOkAndCancel(), 0, wxEXPAND | wxLEFT | wxRIGHT | wxBOTTOM, gap);
     SetSizerAndFit(sizer);
     CentreOnParent();
 }

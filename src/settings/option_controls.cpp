@@ -10,6 +10,7 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
+#include "common/accessible_name.h"
 #include "settings/hot_key_control.h"
 
 namespace glimmer {
@@ -55,7 +56,7 @@ private:
 };
 
 /// The button of a colour box. The toolkit's own swatch grows with the square of the screen's density and covers the
-/// mark of the focus; it tells a screen reader nothing.
+/// mark of the focus.
 class ColourButton : public wxColourPickerWidget {
 public:
     explicit ColourButton(wxWindow* parent) { Create(parent, wxID_ANY); }
@@ -71,31 +72,13 @@ protected:
     }
 };
 
-class ColourAccessible : public wxAccessible {
-public:
-    ColourAccessible(ColourButton* button, wxString name)
-        : wxAccessible(button), button_(button), name_(std::move(name)) {}
-    wxAccStatus GetName(int /*child*/, wxString* name) override {
-        *name = name_;
-        return wxACC_OK;
-    }
-    wxAccStatus GetValue(int /*child*/, wxString* value) override {
-        *value = button_->GetColour().GetAsString(wxC2S_HTML_SYNTAX);
-        return wxACC_OK;
-    }
-
-private:
-    ColourButton* button_;
-    wxString name_;
-};
-
 class ColourBox : public wxColourPickerCtrl {
 public:
     ColourBox(wxWindow* parent, const wxString& name) {
         CreateBase(parent, wxID_ANY, wxString(), wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator,
                    wxColourPickerCtrlNameStr);
         auto* button = new ColourButton(this);
-        button->SetAccessible(new ColourAccessible(button, name));
+        setAccessibleName(*button, name);
         SetPickerCtrl(button);
         PostCreation();
         button->Bind(wxEVT_COLOURPICKER_CHANGED, &ColourBox::OnColourChange, this);
