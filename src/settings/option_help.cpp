@@ -23,7 +23,7 @@ constexpr Help table[] = {
     {"General", "Start with Windows, the toolbar, the working folder and its cleaning."},
     {"Confirmations", "What the program asks and tells, and what it does without asking."},
     {"Associations", "Which files open in the editor when they are double-clicked."},
-    {"Hotkeys", "Keys that work in every program as long as this one runs."},
+    {"Hotkeys", "Keys that work in every program as long as the standalone program runs."},
     {"Capturing", "File names, and what happens when a picture is taken."},
     {"Editing", "The tool windows and the strength of the blur."},
     {"Display", "Which parts new annotations show, shadows, and hints on buttons."},

@@ -291,6 +291,8 @@ bool TVistraneOptions::refuse(std::string_view page, std::string_view control, c
     showPage(std::string(page));
     showError(why);
     FindWindow(text(control))->SetFocus();
+    // The message took the mark of the default button away.
+    dynamic_cast<wxButton&>(*FindWindow(wxID_OK)).SetDefault();
     return false;
 }
 
@@ -298,7 +300,7 @@ bool TVistraneOptions::refuse(std::string_view page, std::string_view control, c
 bool TVistraneOptions::folderIsComplete(const Options& options) {
     const wxString folder = text(options.text("edtWorkingFolderPath"));
     if (folder.empty() || wxFileName::DirName(folder).IsAbsolute()) return true;
-    return refuse("General", "edtWorkingFolderPath", "The working folder needs its full path, such as C:\\Captures.");
+    return refuse("General", "edtWorkingFolderPath", "The working folder needs its full path,\nsuch as C:\\Captures.");
 }
 
 bool TVistraneOptions::hotKeysDiffer(const Options& options) {

@@ -2,6 +2,7 @@
 
 #include <wx/stattext.h>
 
+#include "common/host_kind.h"
 #include "settings/options_page.h"
 
 namespace glimmer {
@@ -32,7 +33,8 @@ void associations(OptionsPage& page) {
 }
 
 void hotkeys(OptionsPage& page) {
-    page.note("Click a box and press the keys; Delete clears it.");
+    page.note(isStandalone() ? "Click a box and press the keys; Delete clears it."
+                             : "These keys are the standalone program's. Add-ons have keys of their own.");
     for (const char* control : {"hotCreateZK", "hotContinueEditing", "hotCaptureTopWindow", "hotSilentCapture"})
         page.row(control);
 }
