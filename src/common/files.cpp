@@ -60,6 +60,11 @@ Result<std::vector<uint8_t>> readFile(const std::filesystem::path& path, uint64_
 }
 
 TemporaryOutput::TemporaryOutput(std::filesystem::path target) : target_(std::move(target)) {
+    // A file that is protected stays, although the folder would let another one take its place.
+    std::error_code error;
+    const std::filesystem::file_status state = std::filesystem::status(target_, error);
+    constexpr auto writable = std::filesystem::perms::owner_write;
+    if (std::filesystem::exists(state) && (state.permissions() & writable) == std::filesystem::perms::none) return;
     // Unique among the program's instances and among files that one of them writes at a time.
     static std::atomic<unsigned> counter{0};
     for (int attempt = 0; attempt < 16 && file_ == nullptr; ++attempt) {

@@ -21,7 +21,7 @@ Result<std::vector<uint8_t>> readFile(const std::filesystem::path& path, uint64_
 
 /// A file that appears under its name only when it is complete. The bytes go to a temporary file in the same
 /// folder; commit() flushes it to the disk and puts it in the target's place in one step. Without commit() the
-/// destructor removes the temporary file and the target is as it was.
+/// destructor removes the temporary file and the target is as it was. A target that is read-only is not replaced.
 class TemporaryOutput {
 public:
     explicit TemporaryOutput(std::filesystem::path target);

@@ -314,6 +314,13 @@ void TMainEditor::refreshState() {
     updateStatus();
 }
 
+/// The hint of the tool's button, without its key.
+wxString TMainEditor::toolInHand() const {
+    for (const MainCommand& command : mainCommands())
+        if (std::string_view(command.control) == toolButton_) return wxString::FromUTF8(command.hint).BeforeFirst('\r');
+    return {};
+}
+
 void TMainEditor::updateStatus() {
     wxString fields[5];
     if (current_ == nullptr) {
@@ -321,12 +328,19 @@ void TMainEditor::updateStatus() {
     } else {
         const auto selected = list_->selected().size();
         fields[0] = selected > 1 ? wxString::Format("%zu of %zu captures selected", selected, documents_.size())
+                    : canvas_->tool() != EditTool::Pointer ? toolInHand()
                     : documents_.size() > 1
                         ? wxString::Format("Capture %zu of %zu", placeOf(*current_) + 1, documents_.size())
                         : wxString();
-        if (const Rect area = canvas_->selectedArea(); !area.empty())
-            fields[1] =
-                wxString::Format(L"Selection %d \u00d7 %d at %d, %d", area.width(), area.height(), area.left, area.top);
+        const auto described = [](const wchar_t* what, const Rect& area) {
+            return wxString::Format(L"%s %d \u00d7 %d at %d, %d", what, area.width(), area.height(), area.left,
+                                    area.top);
+        };
+        if (const Rect area = canvas_->selectedArea(); !area.empty()) {
+            fields[1] = described(L"Selection", area);
+        } else if (const TBBShape* shape = current_->selectedAnnotation()) {
+            fields[1] = described(L"Annotation", shape->handleRect().normalized());
+        }
         if (const auto at = canvas_->pointerPosition()) fields[2] = wxString::Format("x %d, y %d", at->x, at->y);
         fields[3] = wxString::Format(L"%d \u00d7 %d px", current_->size().width, current_->size().height);
         fields[4] = wxString::Format("%d %%", canvas_->zoom());

@@ -159,7 +159,7 @@ void TMainEditor::layOut() {
 
     wxStatusBar* status =
         CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
-    const int widths[] = {-1, FromDIP(170), FromDIP(110), FromDIP(110), FromDIP(60)};
+    const int widths[] = {-1, FromDIP(200), FromDIP(110), FromDIP(110), FromDIP(60)};
     status->SetStatusWidths(5, widths);
     SetStatusBarPane(-1);  // menus have no help to show there
 }

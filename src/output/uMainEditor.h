@@ -159,6 +159,7 @@ private:
     void parkOthers();
     void refreshState();
     void updateStatus();
+    [[nodiscard]] wxString toolInHand() const;
     void openDropped(const std::vector<std::string>& paths);
 
     // The recovery folder (main_editor_recovery.cpp)

@@ -55,6 +55,11 @@ TEST_F(Files, FailuresSaySoAndLeaveNothing) {
     EXPECT_FALSE(readFile(folder_ / "none", 100).ok());
     ASSERT_TRUE(writeFile(folder_ / "b", std::vector<uint8_t>(101)).ok());
     EXPECT_FALSE(readFile(folder_ / "b", 100).ok());
+    fs::permissions(folder_ / "b", fs::perms::owner_write, fs::perm_options::remove);
+    EXPECT_FALSE(writeFile(folder_ / "b", std::vector<uint8_t>(3)).ok()) << "it is protected";
+    EXPECT_EQ(fs::file_size(folder_ / "b"), 101U);
+    EXPECT_EQ(entries(), 2U);
+    fs::permissions(folder_ / "b", fs::perms::owner_write, fs::perm_options::add);
 }
 
 #ifndef _WIN32

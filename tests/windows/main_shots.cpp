@@ -43,6 +43,18 @@ void open(TMainEditor& editor, size_t index) {
     }
 }
 
+/// What README and guide show (docs/pictures/main-window.png).
+void guidePicture(TMainEditor& editor) {
+    for (const char* sample : {samples[2], samples[1]}) editor.openFile(std::string("samples/") + sample);
+    annotate(*editor.currentEditor(), "Green Frame (big text)", {100, 160, 460, 300}, "New price", 0);
+    editor.openFile(std::string("samples/") + samples[0]);
+    CaptureDocument& document = *editor.currentEditor();
+    annotate(document, "Red Frame", {56, 128, 700, 236}, "The heading is too long", 1);
+    annotate(document, "Green Frame (big text)", {350, 456, 462, 516}, "One bird less", 2);
+    for (CaptureDocument* capture : editor.allEditors()) capture->markSaved();
+    document.selectAnnotation(document.annotations()[0].id());
+}
+
 /// Until every thumbnail has been made.
 void settle(TMainEditor& editor) {
     for (size_t i = 0; i < 30 + editor.editorCount(); ++i) {
@@ -66,6 +78,9 @@ void mainWindow(const std::string& prefix) {
         shoot(*editor, prefix + name);
     };
     shot("empty");
+    guidePicture(*editor);
+    shot("guide");
+    editor->discardAll();
     open(*editor, 0);
     shot("1");
     for (size_t i = 1; i < 6; ++i) open(*editor, i);
