@@ -36,7 +36,7 @@ std::string accessibleName(HWND window) {
     self.vt = VT_I4;
     BSTR name = nullptr;
     object->get_accName(self, &name);
-    const std::string text = name == nullptr ? std::string() : wxString(name).utf8_string();
+    std::string text = name == nullptr ? std::string() : wxString(name).utf8_string();
     SysFreeString(name);
     object->Release();
     return text;
