@@ -4,6 +4,7 @@
 
 #include <wx/accel.h>
 #include <wx/dcclient.h>
+#include <wx/dialog.h>
 #include <wx/gdicmn.h>
 #include <wx/menu.h>
 #include <wx/settings.h>
@@ -20,6 +21,7 @@
 
 #include "common/host_kind.h"
 #include "common/icons.h"
+#include "common/modal_scope.h"
 #include "common/section_memory.h"
 #include "editor/clipboard_window.h"
 #include "editor/document.h"
@@ -366,15 +368,26 @@ void TMainEditor::showRoutine() {
     Show();
     if (canvas_ != nullptr) canvas_->paintNow();  // before all else: the picture is what the user waits for
     bringForward();
-    if (canvas_ != nullptr) canvas_->SetFocus();
+    if (canvas_ != nullptr && IsEnabled()) canvas_->SetFocus();
 }
 
 void TMainEditor::hiddenRoutine() { refreshState(); }
+
+/// A dialog waits for an answer: in front of it the window would only look dead.
+void TMainEditor::bringDialogForward() {
+    for (wxWindow* top : wxTopLevelWindows) {
+        auto* dialog = dynamic_cast<wxDialog*>(top);
+        if (dialog != nullptr && dialog->IsShown() && dialog->IsModal() && dialog->IsEnabled()) dialog->Raise();
+    }
+    const std::vector<void*> ofSystem = ModalScope::windows();
+    if (!ofSystem.empty()) SetForegroundWindow(static_cast<HWND>(ofSystem.front()));
+}
 
 void TMainEditor::bringForward() {
     if (!IsShown()) return;
     const auto window = static_cast<HWND>(GetHWND());
     if (IsIconized()) ShowWindow(window, SW_RESTORE);
+    if (IsWindowEnabled(window) == FALSE) return bringDialogForward();
     SetForegroundWindow(window);
     SetActiveWindow(window);
 }

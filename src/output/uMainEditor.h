@@ -136,6 +136,7 @@ private:
     void execute(const MainCommand& command);
     void finishClosing();
     [[nodiscard]] bool available(CommandNeeds needs) const;
+    static void bringDialogForward();
     void restorePlace();
     void restoreToolbar();
     void storeState();

@@ -144,6 +144,9 @@ TEST_F(MainEditorUse, TheNoticeOfAnOpenedPictureWaitsForTheQuestionThatIsOpen) {
         editor_->openFile("samples/article-1280x1024.png");
         for (int round = 0; round < 5; ++round) test::pump();
         EXPECT_TRUE(messages_.messages.empty()) << messages_.messages[0].text;
+        editor_->showRoutine();
+        test::pump();
+        EXPECT_EQ(GetForegroundWindow(), dialog.GetHWND()) << "the window would hide what it waits for";
         dialog.EndModal(wxID_OK);
     });
     ModalDialog(nullptr, wxID_ANY, "The question").ShowModal();
