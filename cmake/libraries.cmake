@@ -42,6 +42,18 @@ if(WIN32)
     separate_arguments(wx_libs)
     # "-Wl,--subsystem,windows -mwindows" belong to the programs, which say themselves what they are.
     list(FILTER wx_libs EXCLUDE REGEX "subsystem|mwindows")
+    include(${CMAKE_CURRENT_LIST_DIR}/delayed_libraries.cmake)
+    glimmer_delayed_library(delayed_comdlg32 COMDLG32.DLL
+        ChooseColorW@4 ChooseFontW@4 CommDlgExtendedError@0 GetOpenFileNameW@4 GetSaveFileNameW@4 PageSetupDlgW@4
+        PrintDlgW@4)
+    glimmer_delayed_library(delayed_winspool WINSPOOL.DRV
+        ClosePrinter@4 DocumentPropertiesW@24 GetPrinterW@20 OpenPrinterW@12)
+    glimmer_delayed_library(delayed_oleacc OLEACC.DLL CreateStdAccessibleObject@16 LresultFromObject@12)
+    glimmer_delayed_library(delayed_winmm WINMM.DLL PlaySoundW@12)
+    # First: what they have is not looked for in the usual libraries, which the toolkit names too.
+    list(APPEND wx_archives ${wx_libs})
+    list(FILTER wx_archives EXCLUDE REGEX "^-l")
+    list(FILTER wx_libs INCLUDE REGEX "^-l")
     add_library(glimmer_dep_wx INTERFACE)
     add_library(glimmer::wx ALIAS glimmer_dep_wx)
     foreach(option IN LISTS wx_cxx)
@@ -51,5 +63,6 @@ if(WIN32)
             target_compile_definitions(glimmer_dep_wx INTERFACE ${CMAKE_MATCH_1})
         endif()
     endforeach()
-    target_link_libraries(glimmer_dep_wx INTERFACE ${wx_libs} PNG::PNG JPEG::JPEG ZLIB::ZLIB comctl32 uxtheme oleacc)
+    target_link_libraries(glimmer_dep_wx INTERFACE ${wx_archives} ${delayed_comdlg32} ${delayed_winspool}
+        ${delayed_oleacc} ${delayed_winmm} ${wx_libs} PNG::PNG JPEG::JPEG ZLIB::ZLIB comctl32 uxtheme oleacc)
 endif()

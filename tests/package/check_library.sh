@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # check_library.sh glimmerpad.dll: the library as it ships is 32-bit, exports exactly its two functions, undecorated,
-# needs nothing but Windows' own libraries, and lets the system move it and keep its data from being run.
+# needs nothing but Windows' own libraries, loads at its start only those that it needs then, and lets the system move it
+# and keep its data from being run.
 set -euo pipefail
 library=$1
 headers=$(LC_ALL=C i686-w64-mingw32-objdump -p "$library")
@@ -14,6 +15,11 @@ grep -q NX_COMPAT <<<"$headers" || complain "its data can be executed (DEP)"
 # The name table of the exports: "[   0] +base[   1]  0000 initLibrary" in recent binutils, "[   0] initLibrary" before.
 exports=$(sed -n '/Ordinal\/Name Pointer/,/^$/p' <<<"$headers" | sed -nE 's/^\s*\[ *[0-9]+\].* ([^ ]+)$/\1/p' | sort | xargs)
 [ "$exports" = "initLibrary runZKApplication" ] || complain "exports: $exports"
+
+# Those that cmake/libraries.cmake lets wait for their first use are not among what is loaded at the start.
+for name in comdlg32 oleacc winmm winspool.drv; do
+    ! grep -qi "DLL Name: ${name%.drv}[.]" <<<"$headers" || complain "loads $name at its start"
+done
 
 own=" advapi32 comctl32 comdlg32 crypt32 dwmapi gdi32 gdiplus imm32 kernel32 mapi32 mpr msimg32 msvcrt ole32 oleacc \
 oleaut32 psapi rpcrt4 shell32 shlwapi user32 uuid uxtheme version winhttp wininet winmm winspool.drv ws2_32 wsock32 "

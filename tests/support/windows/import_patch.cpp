@@ -8,31 +8,64 @@ namespace glimmer::test {
 
 namespace {
 
-/// The place in a module's import address table where a function's address stands; null when it is not imported.
-void** importSlot(HMODULE module, const char* library, const char* function) {
-    auto* base = reinterpret_cast<uint8_t*>(module);
-    const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const IMAGE_DATA_DIRECTORY& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    if (directory.VirtualAddress == 0) return nullptr;
-    const auto* imports = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
-    for (; imports->Name != 0; ++imports) {
-        if (_stricmp(reinterpret_cast<const char*>(base + imports->Name), library) != 0) continue;
-        const auto* names = reinterpret_cast<const IMAGE_THUNK_DATA*>(base + imports->OriginalFirstThunk);
-        auto* slots = reinterpret_cast<void**>(base + imports->FirstThunk);
-        for (; names->u1.AddressOfData != 0; ++names, ++slots) {
-            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
-            const auto* name = reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(name->Name), function) == 0) return slots;
-        }
+/// A module as it lies in memory; everything in it is found by its distance from the start.
+class Image {
+public:
+    explicit Image(HMODULE module) : base_(reinterpret_cast<uint8_t*>(module)) {}
+
+    /// The place where a function's address stands; null when it is not imported.
+    [[nodiscard]] void** importSlot(const char* library, const char* function) const {
+        const auto* imports = at<IMAGE_IMPORT_DESCRIPTOR>(directory(IMAGE_DIRECTORY_ENTRY_IMPORT).VirtualAddress);
+        for (; imports->Name != 0; ++imports)
+            if (named(imports->Name, library))
+                if (void** slot = slotOf(function, imports->OriginalFirstThunk, imports->FirstThunk)) return slot;
+        return delayedSlot(library, function);
     }
-    return nullptr;
-}
+
+private:
+    template <class Type>
+    [[nodiscard]] Type* at(DWORD distance) const {
+        return reinterpret_cast<Type*>(base_ + distance);
+    }
+    [[nodiscard]] const IMAGE_NT_HEADERS& headers() const {
+        return *at<IMAGE_NT_HEADERS>(static_cast<DWORD>(at<IMAGE_DOS_HEADER>(0)->e_lfanew));
+    }
+    [[nodiscard]] const IMAGE_DATA_DIRECTORY& directory(int which) const {
+        return headers().OptionalHeader.DataDirectory[which];
+    }
+    [[nodiscard]] bool named(DWORD name, const char* library) const {
+        return name < headers().OptionalHeader.SizeOfImage && _stricmp(at<char>(name), library) == 0;
+    }
+
+    [[nodiscard]] void** slotOf(const char* function, DWORD nameTable, DWORD slotTable) const {
+        const auto* names = at<IMAGE_THUNK_DATA>(nameTable);
+        for (auto** slot = at<void*>(slotTable); names->u1.AddressOfData != 0; ++names, ++slot) {
+            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+            const auto* name = at<IMAGE_IMPORT_BY_NAME>(static_cast<DWORD>(names->u1.AddressOfData));
+            if (std::strcmp(name->Name, function) == 0) return slot;
+        }
+        return nullptr;
+    }
+
+    /// Of a library that is loaded at its first call. The linker does not say in the headers where these stand, so they
+    /// are looked for.
+    [[nodiscard]] void** delayedSlot(const char* library, const char* function) const {
+        const DWORD end = headers().OptionalHeader.SizeOfImage - sizeof(IMAGE_DELAYLOAD_DESCRIPTOR);
+        for (DWORD place = 0; place <= end; place += sizeof(DWORD)) {
+            const auto* delayed = at<IMAGE_DELAYLOAD_DESCRIPTOR>(place);
+            if (delayed->Attributes.AllAttributes == 1 && named(delayed->DllNameRVA, library))
+                return slotOf(function, delayed->ImportNameTableRVA, delayed->ImportAddressTableRVA);
+        }
+        return nullptr;
+    }
+
+    uint8_t* base_;
+};
 
 }  // namespace
 
 ImportPatch::ImportPatch(HMODULE module, const char* library, const char* function, void* replacement)
-    : slot_(importSlot(module, library, function)) {
+    : slot_(Image(module).importSlot(library, function)) {
     if (slot_ == nullptr) {
         ADD_FAILURE() << function << " of " << library << " is not imported";
         return;
