@@ -4,9 +4,11 @@
 // After windows.h, which it needs.
 #include <shellapi.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "common/files.h"
 #include "common/host_kind.h"
 #include "common/library_module.h"
 #include "common/wide_text.h"
@@ -17,6 +19,7 @@
 #include "host/start_rules.h"
 #include "host/toolkit.h"
 #include "host/uMForm.h"
+#include "output/open_captures.h"
 
 namespace glimmer {
 
@@ -33,6 +36,8 @@ std::vector<std::string> commandLineArguments() {
 }
 
 void run(const StartRequest& request) {
+    std::optional<OpeningAhead> opening;
+    if (request.file) opening.emplace(pathFromUtf8(*request.file));
     if (!startToolkit()) return;
     MForm = new TMForm;  // the toolkit's window list holds it until Destroy()
     MForm->start(request.file);

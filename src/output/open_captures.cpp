@@ -1,5 +1,8 @@
 #include "output/open_captures.h"
 
+#include <system_error>
+#include <utility>
+
 #include "common/files.h"
 #include "common/text.h"
 #include "imaging/picture_file.h"
@@ -40,18 +43,49 @@ Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData)
     return CaptureDocument::create(picture.take(), std::move(info));
 }
 
-}  // namespace
-
-Result<std::vector<Document>> openCaptures(const std::filesystem::path& path, bool* lacksData) {
+Result<std::vector<Document>> read(const std::filesystem::path& path, bool& lacksData) {
     if (upperAscii(utf8FromPath(path.extension())) == ".GMP") return readProject(path, decodeProjectPicture);
     bool flat = false;
     Result<Document> document = openPicture(path, flat);
     if (!document) return document.failure();
-    if (lacksData != nullptr) *lacksData = flat;
+    lacksData = flat;
     (*document)->markSaved();
     std::vector<Document> one;
     one.push_back(document.take());
     return one;
+}
+
+OpeningAhead* ahead = nullptr;
+
+}  // namespace
+
+Result<std::vector<Document>> openCaptures(const std::filesystem::path& path, bool* lacksData) {
+    bool flat = false;
+    std::optional<OpeningAhead::Opened> early = OpeningAhead::take(path);
+    Result<std::vector<Document>> captures = early ? std::move(early->captures) : read(path, flat);
+    if (lacksData != nullptr && captures) *lacksData = early ? early->lacksData : flat;
+    return captures;
+}
+
+OpeningAhead::OpeningAhead(std::filesystem::path path) : path_(std::move(path)) {
+    try {
+        opened_ = std::async(std::launch::async, [file = path_] {
+            bool flat = false;
+            Result<std::vector<Document>> captures = read(file, flat);
+            return Opened{std::move(captures), flat};
+        });
+        ahead = this;
+    } catch (const std::system_error&) {  // the file is read when it is asked for
+    }
+}
+
+OpeningAhead::~OpeningAhead() {
+    if (ahead == this) ahead = nullptr;
+}
+
+std::optional<OpeningAhead::Opened> OpeningAhead::take(const std::filesystem::path& path) {
+    if (ahead == nullptr || ahead->path_ != path || !ahead->opened_.valid()) return std::nullopt;
+    return ahead->opened_.get();
 }
 
 }  // namespace glimmer

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <future>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "editor/document.h"
@@ -12,5 +14,29 @@ namespace glimmer {
 /// annotations opens with them; for one that does not `lacksData` is set. Fails with a sentence, and then opens none.
 Result<std::vector<std::unique_ptr<CaptureDocument>>> openCaptures(const std::filesystem::path& path,
                                                                    bool* lacksData = nullptr);
+
+/// Reads a file in a thread of its own while the caller has other things to do: the next openCaptures() of the same
+/// path takes what was read. One at a time; made, used and destroyed by the same thread. Where there can be no thread,
+/// it does nothing. Its end waits for the thread.
+class OpeningAhead {
+public:
+    explicit OpeningAhead(std::filesystem::path path);
+    ~OpeningAhead();
+    OpeningAhead(const OpeningAhead&) = delete;
+    OpeningAhead& operator=(const OpeningAhead&) = delete;
+    OpeningAhead(OpeningAhead&&) = delete;
+    OpeningAhead& operator=(OpeningAhead&&) = delete;
+
+    struct Opened {
+        Result<std::vector<std::unique_ptr<CaptureDocument>>> captures;
+        bool lacksData = false;
+    };
+    /// What was read, once, when it is this file.
+    static std::optional<Opened> take(const std::filesystem::path& path);
+
+private:
+    std::filesystem::path path_;
+    std::future<Opened> opened_;
+};
 
 }  // namespace glimmer

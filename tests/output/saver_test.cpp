@@ -346,6 +346,28 @@ protected:
     std::vector<std::unique_ptr<CaptureDocument>> captures_;
 };
 
+TEST_F(Project, WhatWasReadAheadIsWhatIsOpened) {
+    make(3);
+    fs::path path = folder() / "ahead.gmp";
+    ASSERT_TRUE(saver_.saveProject(all(), path, false));
+    const fs::path plain = folder() / "plain.png";
+    ASSERT_TRUE(writeFile(plain, *encodePng(test::page(30, 20, PixelFormat::Bgr24, 4))));
+    {
+        const OpeningAhead ahead(path);
+        EXPECT_TRUE(openCaptures(plain).ok()) << "another file is read as ever";
+        const auto opened = openCaptures(path);
+        ASSERT_TRUE(opened.ok()) << opened.message();
+        EXPECT_EQ(opened->size(), 3U);
+        fs::remove(path);
+        EXPECT_FALSE(openCaptures(path).ok()) << "a file is read ahead once";
+    }
+    { const OpeningAhead unused(plain); }
+    fs::remove(plain);
+    const OpeningAhead missing(plain);
+    EXPECT_EQ(refusal(plain), refusal(plain)) << "the same sentence from the thread and from here";
+    EXPECT_NE(refusal(plain), "opened");
+}
+
 TEST_F(Project, TwentyCapturesComeBackAsTheyWere) {
     make(20);
     OptionsHolder().setOn("chkEmbedNativeInfo", false);  // that is for pictures
