@@ -7,7 +7,6 @@
 #include <wx/sizer.h>
 #include <wx/slider.h>
 #include <wx/stattext.h>
-#include <wx/wupdlock.h>
 
 #include <span>
 
@@ -64,9 +63,9 @@ wxArrayString texts(std::span<const int32_t> numbers) {
 
 }  // namespace
 
-PropertyPanels::PropertyPanels(TEditForm& form)
-    : wxScrolledWindow(&form, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL, "pnlProperties"),
-      form_(form) {
+PropertyPanels::PropertyPanels(TEditForm& form) : form_(form) {
+    Hide();  // until it is filled
+    Create(&form, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxVSCROLL | wxTAB_TRAVERSAL, "pnlProperties");
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     SetScrollRate(0, FromDIP(20));
     SetMinSize({FromDIP(panelWidth), -1});
@@ -74,7 +73,6 @@ PropertyPanels::PropertyPanels(TEditForm& form)
 
 void PropertyPanels::fill() {
     if (annotation_ != nullptr) return;
-    const wxWindowUpdateLocker atOnce(this);
     annotation_ = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlAnnotation");
     auto* groups = new wxBoxSizer(wxVERTICAL);
     for (wxPanel* panel : {makeStyle(), makeShape(), makeText(), makeLine(), makeNumber(), makeDelete()})
@@ -96,6 +94,7 @@ void PropertyPanels::fill() {
     Layout();
     FitInside();
     showState();
+    Show();
 }
 
 wxPanel* PropertyPanels::makePanel(const char* name, const char* title, int tag) {

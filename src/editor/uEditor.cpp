@@ -7,7 +7,6 @@
 #include <wx/sizer.h>
 #include <wx/statbmp.h>
 #include <wx/textctrl.h>
-#include <wx/tooltip.h>
 
 #include "common/wx_bitmap.h"
 #include "editor/annotation_drag.h"
@@ -55,7 +54,7 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
       text_(std::make_unique<RichTextPainter>([this] { return makePaintingControl(this)->GetHWND(); })),
       newAnnotations_(newAnnotationOptions(OptionsHolder())) {
     SetLabel("Edit Screenshot");
-    makeHiddenControls();
+    SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     makeCanvas();
     selectionToolbar_ = new SelectionToolbar(*this, pbScreen_);
     labelEditor_ = new LabelEditor(*this, pbScreen_);
@@ -63,7 +62,7 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
 
     auto* columns = new wxBoxSizer(wxHORIZONTAL);
     columns->Add(scrollBox_, 1, wxEXPAND);
-    columns->Add(panels_, 0, wxEXPAND);
+    columns->Add(panels_, wxSizerFlags().Expand().ReserveSpaceEvenIfHidden());
     SetSizer(columns);
 
     attach(document);
@@ -137,25 +136,26 @@ TEditForm::~TEditForm() {
     DestroyChildren();
 }
 
-void TEditForm::makeHiddenControls() {
+/// What the first picture need not wait for.
+void TEditForm::complete() {
+    complete_ = true;
+    panels_->fill();
+    updateScrollBars();
     auto* imgCircle = new wxStaticBitmap;
     imgCircle->Hide();
     imgCircle->Create(this, wxID_ANY, wxBitmapOf(badgePicture()), wxDefaultPosition, wxDefaultSize, 0, "imgCircle");
+    // A host may have made the thread one on which nothing can be dropped: then there is none of it.
+    const wxLogNull quiet;
+    pbScreen_->SetDropTarget(new AnnotationDropTarget(pbScreen_, [this](std::vector<TBBShape> shapes, wxPoint place) {
+        return controller_->dropAnnotations(std::move(shapes), view_.toPicture(Point{place.x, place.y}));
+    }));
 }
 
 void TEditForm::makeCanvas() {
-    scrollBox_ = new FocusWindow(this, "scrollBox", wxVSCROLL | wxHSCROLL | wxCLIP_CHILDREN);
+    scrollBox_ =
+        new FocusWindow(this, "scrollBox", wxCLIP_CHILDREN);  // its bars come when there is something to scroll
     pbScreen_ = new FocusWindow(scrollBox_, "pbScreen", wxWANTS_CHARS | wxCLIP_CHILDREN | wxBORDER_NONE);
     pbScreen_->SetLabel("Canvas");
-    {
-        // A host may have made the thread one on which nothing can be dropped: then there is none of it.
-        const wxLogNull quiet;
-        pbScreen_->SetDropTarget(
-            new AnnotationDropTarget(pbScreen_, [this](std::vector<TBBShape> shapes, wxPoint place) {
-                return controller_->dropAnnotations(std::move(shapes), view_.toPicture(Point{place.x, place.y}));
-            }));
-    }
-
     scrollBox_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         windowResized();
         event.Skip();
@@ -201,6 +201,8 @@ void TEditForm::windowResized() {
 void TEditForm::updateScrollBars() {
     const Size all = view_.extent();
     const Size window = view_.window();
+    // Nothing of the picture moves when both come later.
+    if (!complete_ && all.width > window.width && all.height > window.height) return;
     scrollBox_->SetScrollbar(wxHORIZONTAL, view_.scroll().x, window.width, all.width);
     scrollBox_->SetScrollbar(wxVERTICAL, view_.scroll().y, window.height, all.height);
     // A bar that came or went has changed the room.
@@ -336,7 +338,7 @@ void TEditForm::inkChanged(const Rect& area) {
 
 void TEditForm::idle(wxIdleEvent& event) {
     event.Skip();
-    panels_->fill();
+    if (!complete_) complete();
     placeFloatingPanels();
     if (stateDirty_) {
         stateDirty_ = pointerDirty_ = false;
@@ -402,7 +404,6 @@ void TEditForm::applyDisplayOptions() {
         look_.desk = rgb(38, 42, 48);
         look_.border = rgb(84, 92, 102);
     }
-    wxToolTip::Enable(options.on("chkDisplayHintsNew"));
     working_->invalidateAll();
     pbScreen_->Refresh(false);
 }

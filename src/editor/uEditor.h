@@ -110,7 +110,7 @@ private:
     void makeCanvas();
     void attach(CaptureDocument& document);
     void closePickers();
-    void makeHiddenControls();
+    void complete();
     void placePanels();
     void placeFloatingPanels();
     void optionsChanged();
@@ -166,6 +166,7 @@ private:
     Point pointer_;
     bool pointerInside_ = false;
     bool pointerDirty_ = false;
+    bool complete_ = false;  ///< what the first picture does not need is there
     bool stateDirty_ = false;
     NewAnnotationOptions newAnnotations_;  ///< the options as last seen
     TShapeStyle keptSettings_;             ///< the last used style as the settings have it

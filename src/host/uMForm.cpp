@@ -60,7 +60,7 @@ void captureTopWindow() {
 }  // namespace
 
 TMForm::TMForm()
-    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxFRAME_NO_TASKBAR, "MForm") {}
+    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxDEFAULT_FRAME_STYLE, "MForm") {}
 
 TMForm::~TMForm() = default;
 

@@ -1,7 +1,6 @@
 #include "host/uProgram.h"
 
 #include <windows.h>
-#include <wx/tooltip.h>
 
 #include <ctime>
 #include <utility>
@@ -50,9 +49,6 @@ void standaloneNotify(const std::string& name, const std::string& value) {
     if (name == "openURL") shellStart().open(value, {});
 }
 
-/// The editors of captures see to it too, but the window's own buttons have hints while there is none.
-void showHintsAsWanted() { wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew")); }
-
 }  // namespace
 
 /// A capture while it is being taken.
@@ -90,7 +86,6 @@ void TProgram::prepareMainEditor() {
                               [this] { showOptions(); },
                               [this] { tellResumeState(); },
                               [this](const std::string& url) { openPage(url); }});
-    showHintsAsWanted();
     // The standalone program does it at its own start.
     if (!isStandalone()) pMainEditor->CallAfter([] { cleanUpWorkingFolder(); });
 }
@@ -322,7 +317,6 @@ void TProgram::showOptions() {
     notifyHost("setupMode", "true");
     if (MForm != nullptr) MForm->suspendHotKeys(true);
     showOptionsDialog(pMainEditor != nullptr && pMainEditor->IsShown() ? pMainEditor : nullptr, optionsServices());
-    showHintsAsWanted();
     if (MForm != nullptr) MForm->suspendHotKeys(false);
     notifyHost("setupMode", "false");
     open = false;

@@ -27,10 +27,10 @@ int selectionColour(HWND list) { return ::GetFocus() == list ? COLOR_HIGHLIGHT :
 
 }  // namespace
 
-CaptureList::CaptureList(wxWindow* parent, Events events)
-    : wxListCtrl(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                 wxLC_ICON | wxLC_AUTOARRANGE | wxLC_EDIT_LABELS | wxBORDER_NONE, wxDefaultValidator, "lvAnnotations"),
-      events_(std::move(events)) {
+CaptureList::CaptureList(wxWindow* parent, Events events) : events_(std::move(events)) {
+    Hide();
+    Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+           wxLC_ICON | wxLC_AUTOARRANGE | wxLC_EDIT_LABELS | wxBORDER_NONE, wxDefaultValidator, "lvAnnotations");
     SetLabel("Captures");
     const Size size = thumbnailSize();
     ilstThumbnails_ = std::make_unique<wxImageList>(size.width, size.height, false, 8);

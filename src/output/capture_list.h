@@ -27,6 +27,7 @@ public:
         std::function<void()> deletePressed;
     };
 
+    /// Hidden until its owner shows it.
     CaptureList(wxWindow* parent, Events events);
     ~CaptureList() override;
 

@@ -322,6 +322,7 @@ wxString TMainEditor::toolInHand() const {
 }
 
 void TMainEditor::updateStatus() {
+    if (GetStatusBar() == nullptr) return;
     wxString fields[5];
     if (current_ == nullptr) {
         fields[0] = "No capture";

@@ -17,7 +17,6 @@ namespace glimmer {
 
 namespace {
 
-constexpr int recoveryPeriod = 30;  // milliseconds
 /// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
 constexpr std::chrono::milliseconds recoveryBudget{8};
 /// More names than this would not fit on a message box.
@@ -35,7 +34,6 @@ void TMainEditor::startKeeping(std::filesystem::path folder) {
     recovery_ = std::make_unique<RecoveryKeeper>(std::move(folder));
     // A timer's message comes when there is no other: the user never waits for this.
     tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { recovery_->work(recoveryBudget); });
-    tmrRecovery_.Start(recoveryPeriod);
 }
 
 void TMainEditor::offerRecovered(bool inBar) {

@@ -27,13 +27,11 @@ wxString plainText(const char* text) {
 
 }  // namespace
 
-TMainToolbar::TMainToolbar(wxWindow* parent, Run run)
-    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxFULL_REPAINT_ON_RESIZE, "tbMain"),
-      run_(std::move(run)),
-      tmrDimHandle_(this) {
+TMainToolbar::TMainToolbar(wxWindow* parent, Run run) : run_(std::move(run)), tmrDimHandle_(this) {
+    Hide();  // until it is filled
+    Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL | wxFULL_REPAINT_ON_RESIZE, "tbMain");
     handle_ = new wxWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_NONE, "imgHandle");
     handle_->SetBackgroundStyle(wxBG_STYLE_PAINT);
-    handle_->SetCursor(wxCursor(wxCURSOR_HAND));
     handle_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paintHandle(); });
     handle_->Bind(wxEVT_LEFT_DOWN, [this](wxMouseEvent&) { setFolded(open()); });
     Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
@@ -46,7 +44,6 @@ TMainToolbar::TMainToolbar(wxWindow* parent, Run run)
     });
     Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent&) { showSizeMenu(); });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { dimHandle(); });
-    tmrDimHandle_.Start(timerPeriod);
 }
 
 ToolButton* TMainToolbar::makeButton(const char* control, const char* caption, const char* hint, const char* icon,
@@ -82,8 +79,10 @@ void TMainToolbar::fill() {
     more_->MoveBeforeInTabOrder(button("btnFirefox"));
     fix_->MoveBeforeInTabOrder(button("btnExit"));
     handle_->MoveAfterInTabOrder(button("btnExit"));
+    handle_->SetCursor(wxCursor(wxCURSOR_HAND));
     handle_->SetToolTip("Minimize/Maximize Main Toolbar");  // the first hint of a program takes time as well
     setAccessibleName(*handle_, handle_->GetToolTipText(), PressedControl::Button, [this] { setFolded(open()); });
+    tmrDimHandle_.Start(timerPeriod);
 }
 
 ToolButton* TMainToolbar::button(std::string_view control) const {

@@ -38,8 +38,10 @@ constexpr Row rows[] = {
 }  // namespace
 
 SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked)
-    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection"),
-      clicked_(std::move(clicked)) {}
+    : clicked_(std::move(clicked)) {
+    Hide();
+    Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection");
+}
 
 bool SelectionPanel::fill() {
     if (GetSizer() != nullptr) return false;
@@ -71,6 +73,7 @@ bool SelectionPanel::fill() {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(grid, 0, wxEXPAND | wxALL, FromDIP(6));
     SetSizer(sizer);
+    Show();
     // What wraps knows its height only after it was given a width.
     GetParent()->Layout();
     GetParent()->Layout();

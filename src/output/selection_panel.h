@@ -11,7 +11,7 @@ namespace glimmer {
 /// need not wait for them: they are made by fill().
 class SelectionPanel : public wxPanel {
 public:
-    /// `clicked` gets the control's name, for example "lblSelectAll".
+    /// `clicked` gets the control's name, for example "lblSelectAll". Hidden until it is filled.
     SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked);
     /// Makes the texts, the first time. False when they are there already.
     bool fill();

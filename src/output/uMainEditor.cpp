@@ -11,6 +11,7 @@
 #include <wx/sizer.h>
 #include <wx/splitter.h>
 #include <wx/statusbr.h>
+#include <wx/tooltip.h>
 #include <wx/wupdlock.h>
 
 #include <windows.h>
@@ -46,15 +47,18 @@ TMainEditor* pMainEditor = nullptr;
 namespace {
 
 constexpr int thumbnailPeriod = 100;  // milliseconds
+constexpr int recoveryPeriod = 30;
 // Device-independent pixels.
 constexpr int narrowestLeftPanel = 120;
 constexpr int widestLeftPanel = 2000;
+constexpr int statusBarMargin = 6;  ///< around its text, above and below together
+const wxSize standardSize(1180, 780);
 constexpr const char* section = "MainEditor";
 
 }  // namespace
 
 TMainEditor::TMainEditor(std::filesystem::path recovery)
-    : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, wxDefaultSize,
+    : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, standardSize,
               wxDEFAULT_FRAME_STYLE, "MainEditor"),
       shapeTool_(EditTool::TextShapeRectangle),
       tmrUpdateThumbnails_(this),
@@ -91,13 +95,14 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         event.Skip();
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
+        complete();
+        wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
         for (Entry& entry : documents_) entry.thumbnailStale = true;
         thumbnailInWork_.reset();
         toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
         showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
         Layout();
     });
-    tmrUpdateThumbnails_.Start(thumbnailPeriod);
     startKeeping(std::move(recovery));
     pictureClipboard() = {[](const TBitmap& picture) { return copyPictureToClipboard(picture); }, pictureFromClipboard,
                           clipboardHasPicture};
@@ -116,7 +121,10 @@ void TMainEditor::layOut() {
         Layout();
         Refresh();  // what moved is not always painted where it came to
     });
-    column->Add(toolbar_, 0, wxEXPAND);
+    // Neither bar is there yet, but nothing moves when it comes.
+    toolbarRoom_ = column->Add(toolbar_, wxSizerFlags().Expand());
+    if (OptionsHolder().on("chkShowToolbar"))
+        toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() | wxRESERVE_SPACE_EVEN_IF_HIDDEN);
 
     auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                           wxSP_LIVE_UPDATE | wxSP_NOBORDER, "splLeftPanel");
@@ -156,14 +164,17 @@ void TMainEditor::layOut() {
     left->Hide();
     showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
     column->Add(splitter, 1, wxEXPAND);
+    column->AddSpacer(GetCharHeight() + FromDIP(statusBarMargin));
     SetSizer(column);
-    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
+}
 
+void TMainEditor::makeStatusBar() {
     wxStatusBar* status =
         CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
     const int widths[] = {-1, FromDIP(200), FromDIP(110), FromDIP(110), FromDIP(60)};
     status->SetStatusWidths(5, widths);
     SetStatusBarPane(-1);  // menus have no help to show there
+    GetSizer()->Remove(static_cast<int>(GetSizer()->GetItemCount()) - 1);
 }
 
 void TMainEditor::showLeftPanel(bool show) {
@@ -180,15 +191,24 @@ void TMainEditor::showLeftPanel(bool show) {
 /// The picture is up: now the rest of the window. False when it is there already.
 bool TMainEditor::complete() {
     if (toolbar_->filled()) return false;
-    const wxWindowUpdateLocker atOnce(toolbar_);  // after the question: its end paints the whole bar
+    makeStatusBar();
     toolbar_->fill();
     addShapeMenu();
     toolbar_->update([this](CommandNeeds needs) { return available(needs); });  // what is of no use takes no room
-    toolbar_->SendSizeEvent();
-    labels_->fill();
+    {
+        const wxWindowUpdateLocker atOnce(leftPanel_);
+        list_->Show();
+        labels_->fill();
+    }
     nameForReaders();
+    wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
     list_->SetToolTip("Click the captions once or press F2 to rename");
+    toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() & ~wxRESERVE_SPACE_EVEN_IF_HIDDEN);
+    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
+    Layout();
     SetIcons(applicationIcons());
+    tmrUpdateThumbnails_.Start(thumbnailPeriod);
+    tmrRecovery_.Start(recoveryPeriod);
     return true;
 }
 
@@ -327,11 +347,7 @@ bool TMainEditor::available(CommandNeeds needs) const {
 
 void TMainEditor::restorePlace() {
     SetMinSize(FromDIP(wxSize(480, 360)));
-    wxSize size = FromDIP(wxSize(1180, 780));
-    size.DecTo(wxGetClientDisplayRect().GetSize());
-    SetSize(size);
-    Centre();
-    restoreGeometry(settings(), settingsSection(section), *this);
+    restoreGeometry(settings(), settingsSection(section), *this, FromDIP(standardSize));
 }
 
 void TMainEditor::restoreToolbar() {

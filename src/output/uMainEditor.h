@@ -2,6 +2,7 @@
 
 #include <wx/frame.h>
 #include <wx/panel.h>
+#include <wx/sizer.h>
 #include <wx/timer.h>
 
 #include <chrono>
@@ -125,6 +126,7 @@ public:
 private:
     // Layout (uMainEditor.cpp)
     void layOut();
+    void makeStatusBar();
     void addShapeMenu();
     void nameForReaders();
     bool complete();
@@ -202,6 +204,7 @@ private:
     bool missingDataDue_ = false;  ///< a picture without the program's own data was opened, and nobody was told yet
 
     TMainToolbar* toolbar_ = nullptr;
+    wxSizerItem* toolbarRoom_ = nullptr;
     wxWindow* leftPanel_ = nullptr;
     CaptureList* list_ = nullptr;
     SelectionPanel* labels_ = nullptr;

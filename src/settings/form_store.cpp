@@ -4,7 +4,6 @@
 #include <wx/choice.h>
 #include <wx/clrpicker.h>
 #include <wx/combobox.h>
-#include <wx/display.h>
 #include <wx/msw/wrapwin.h>
 #include <wx/radiobut.h>
 #include <wx/slider.h>
@@ -102,12 +101,22 @@ void forEachControl(wxWindow& parent, const Action& action) {
     }
 }
 
+BOOL CALLBACK addWorkArea(HMONITOR monitor, HDC /*dc*/, RECT* /*whole*/, LPARAM areas) {
+    MONITORINFO info{};
+    info.cbSize = sizeof info;
+    if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
+    auto& all = *reinterpret_cast<std::vector<Rect>*>(areas);
+    const RECT& work = info.rcWork;
+    const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
+    all.insert(primary ? all.begin() : all.end(), Rect{work.left, work.top, work.right, work.bottom});
+    return TRUE;
+}
+
+/// Of all monitors, the primary one first. Asked for without the toolkit's display class: that makes a window of its
+/// own to hear of changes, which a start need not wait for.
 std::vector<Rect> workAreas() {
     std::vector<Rect> areas;
-    for (unsigned i = 0; i < wxDisplay::GetCount(); ++i) {
-        const wxRect area = wxDisplay(i).GetClientArea();
-        areas.push_back({area.x, area.y, area.x + area.width, area.y + area.height});
-    }
+    EnumDisplayMonitors(nullptr, nullptr, addWorkArea, reinterpret_cast<LPARAM>(&areas));
     return areas;
 }
 
@@ -128,6 +137,15 @@ WindowGeometry geometryOf(const wxTopLevelWindow& form) {
     const bool maximized = minimized ? (placement.flags & WPF_RESTORETOMAXIMIZED) != 0 : form.IsMaximized();
     return {bounds.moved(monitor.rcWork.left - monitor.rcMonitor.left, monitor.rcWork.top - monitor.rcMonitor.top),
             maximized};
+}
+
+void place(wxTopLevelWindow& form, const WindowGeometry& geometry) {
+    if ((form.GetWindowStyleFlag() & wxRESIZE_BORDER) == 0) {
+        form.Move(geometry.bounds.left, geometry.bounds.top);
+        return;
+    }
+    form.SetSize(geometry.bounds.left, geometry.bounds.top, geometry.bounds.width(), geometry.bounds.height());
+    if (geometry.maximized) form.Maximize();
 }
 
 }  // namespace
@@ -171,15 +189,17 @@ void saveGeometry(TCachedMemIniFile& store, std::string_view section, const wxWi
 }
 
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form) {
-    const bool resizable = (form.GetWindowStyleFlag() & wxRESIZE_BORDER) != 0;
-    const WindowGeometry standard{rectOf(form.GetRect()), false};
-    const WindowGeometry geometry = restoreGeometry(store, section, standard, workAreas());
-    if (resizable) {
-        form.SetSize(geometry.bounds.left, geometry.bounds.top, geometry.bounds.width(), geometry.bounds.height());
-        if (geometry.maximized) form.Maximize();
-    } else {
-        form.Move(geometry.bounds.left, geometry.bounds.top);
-    }
+    place(form, restoreGeometry(store, section, {rectOf(form.GetRect()), false}, workAreas()));
+}
+
+void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form,
+                     wxSize standard) {
+    const std::vector<Rect> areas = workAreas();
+    const Rect area = areas.empty() ? Rect{0, 0, standard.x, standard.y} : areas.front();
+    standard.DecTo({area.width(), area.height()});
+    const Point at{area.left + (area.width() - standard.x) / 2, area.top + (area.height() - standard.y) / 2};
+    const Rect middle{at.x, at.y, at.x + standard.x, at.y + standard.y};
+    place(form, restoreGeometry(store, section, {middle, false}, areas));
 }
 
 void saveForm(wxTopLevelWindow& form) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <wx/gdicmn.h>
 #include <memory>
+
 #include <string_view>
 
 #include "settings/form_state.h"
@@ -26,6 +28,9 @@ void restoreControl(const TCachedMemIniFile& store, std::string_view section, wx
 void saveGeometry(TCachedMemIniFile& store, std::string_view section, const wxWindow& window);
 /// Puts a form where it was, on a monitor that exists. To be called before it is shown.
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form);
+/// The same for a form that has no place yet: what the store does not know, it gets in that size in the middle of the
+/// first monitor.
+void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form, wxSize standard);
 
 /// Both at once into the section named after the form, in the shared store, which is then written: for a form's close.
 void saveForm(wxTopLevelWindow& form);
