@@ -1,6 +1,7 @@
 #include "output/capture_list.h"
 
 #include <wx/dcclient.h>
+#include <wx/image.h>
 #include <wx/msw/wrapcctl.h>
 #include <wx/settings.h>
 #include <wx/textctrl.h>
@@ -120,8 +121,11 @@ void CaptureList::insert(size_t place, const wxString& name) {
     const Size size = thumbnailSize();
     int image = 0;
     if (freeImages_.empty()) {
-        wxBitmap blank(size.width, size.height, 24);
-        image = ilstThumbnails_->Add(blank);
+        // An empty page, until there is a thumbnail.
+        wxImage blank(size.width, size.height, false);
+        const wxColour paper = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+        blank.SetRGB(wxRect(), paper.Red(), paper.Green(), paper.Blue());
+        image = ilstThumbnails_->Add(wxBitmap(blank, 24));
     } else {
         image = freeImages_.back();
         freeImages_.pop_back();

@@ -2,6 +2,8 @@
 
 #include <wx/msw/wrapwin.h>
 
+#include <chrono>
+
 #include "common/tool_button.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/document.h"
@@ -55,9 +57,11 @@ void guidePicture(TMainEditor& editor) {
     document.selectAnnotation(document.annotations()[0].id());
 }
 
-/// Until every thumbnail has been made.
+/// Until every thumbnail has been made: what was changed rests first, then each takes a round of a timer.
 void settle(TMainEditor& editor) {
-    for (size_t i = 0; i < 30 + editor.editorCount(); ++i) {
+    using std::chrono::milliseconds;
+    const auto end = std::chrono::steady_clock::now() + milliseconds(900) + milliseconds(100) * editor.editorCount();
+    while (std::chrono::steady_clock::now() < end) {
         test::pump();
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 30, QS_ALLINPUT);
     }
