@@ -14,7 +14,7 @@ namespace {
 /// Everything else is as the system says it.
 class Named : public wxAccessible {
 public:
-    Named(wxWindow& window, wxString name) : wxAccessible(&window), name_(std::move(name)) {}
+    Named(wxWindow& window, const wxString& name) : wxAccessible(&window), name_(name) {}
     wxAccStatus GetName(int child, wxString* name) override {
         if (child != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
         *name = name_;
