@@ -1,5 +1,6 @@
 #include "common/bitmap.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -25,7 +26,7 @@ private:
     uint8_t* data_;
 };
 
-PixelAllocator allocate = heapPixelMemory;
+std::atomic<PixelAllocator> allocate = heapPixelMemory;  // a thread may be reading pictures while it is set
 
 std::string describe(int64_t width, int64_t height) { return std::to_string(width) + " x " + std::to_string(height); }
 
@@ -51,7 +52,7 @@ Status TBitmap::check(int64_t width, int64_t height, PixelFormat format) {
 
 Result<TBitmap> TBitmap::create(int32_t width, int32_t height, PixelFormat format) {
     if (Status fits = check(width, height, format); !fits) return fits.failure();
-    std::unique_ptr<PixelMemory> memory = allocate(stride(width, format) * static_cast<size_t>(height));
+    std::unique_ptr<PixelMemory> memory = allocate.load()(stride(width, format) * static_cast<size_t>(height));
     if (memory == nullptr)
         return Failure{"There is not enough memory for a picture of " + describe(width, height) + " pixels."};
     return adopt(std::move(memory), width, height, format);

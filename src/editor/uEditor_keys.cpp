@@ -96,7 +96,7 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     if (code == WXK_F6) {
         // From the canvas on to the panels, back from them; the other ways lead out of here.
         const bool fromPanels = panels_->IsDescendant(const_cast<wxWindow*>(focus));
-        if (fromPanels != held.shift && floating_ == nullptr) return false;
+        if (fromPanels != held.shift) return false;
         takeFocus(!fromPanels);
         return true;
     }

@@ -27,7 +27,7 @@ void TEditForm::placePanels() {
 }
 
 void TEditForm::placeFloatingPanels() {
-    if (floating_ == nullptr || controller_->dragging()) return;
+    if (floating_ == nullptr || !complete_ || controller_->dragging()) return;
     const wxPoint origin = pbScreen_->GetScreenPosition();
     const wxSize size = pbScreen_->GetClientSize();
     // Without an annotation: at the canvas's right edge, within it.

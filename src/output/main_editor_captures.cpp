@@ -243,7 +243,6 @@ void TMainEditor::onLabel(std::string_view control) {
 }
 
 void TMainEditor::showActionsMenu(const wxPoint& screen) {
-    complete();
     if (current_ == nullptr) return;
     wxMenu menu;  // pmActions
     const auto add = [&menu](const char* caption, std::function<void()> action) {

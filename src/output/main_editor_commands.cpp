@@ -96,8 +96,12 @@ bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
 }
 
 // Of no moment for what the user sees, so it comes after the window, and waits until no question is open.
+bool TMainEditor::mayTellOfMissingData() const {
+    return missingDataDue_ && IsShown() && IsEnabled() && !ModalScope::any() && commandsRunning_ == 0;
+}
+
 void TMainEditor::tellOfMissingData() {
-    if (!missingDataDue_ || !IsShown() || !IsEnabled() || ModalScope::any() || commandsRunning_ > 0) return;
+    if (!mayTellOfMissingData()) return;
     missingDataDue_ = false;
     showRemembered("cmbMissingDataMessage", {missingDataText, missingDataCaption, MessageIcon::Error});
 }

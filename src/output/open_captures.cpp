@@ -1,6 +1,6 @@
 #include "output/open_captures.h"
 
-#include <system_error>
+#include <exception>
 #include <utility>
 
 #include "common/files.h"
@@ -75,7 +75,7 @@ OpeningAhead::OpeningAhead(std::filesystem::path path) : path_(std::move(path)) 
             return Opened{std::move(captures), flat};
         });
         ahead = this;
-    } catch (const std::system_error&) {  // the file is read when it is asked for
+    } catch (const std::exception&) {  // the file is read when it is asked for
     }
 }
 

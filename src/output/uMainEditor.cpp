@@ -90,18 +90,16 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
-        if (complete() || stateStale_) refreshState();
-        if (missingDataDue_) CallAfter([this] { tellOfMissingData(); });
+        complete();
+        if (stateStale_) refreshState();
+        if (mayTellOfMissingData()) CallAfter([this] { tellOfMissingData(); });
         event.Skip();
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
-        complete();
-        wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
         for (Entry& entry : documents_) entry.thumbnailStale = true;
         thumbnailInWork_.reset();
-        toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
         showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
-        Layout();
+        if (toolbar_->filled()) applyOptions();
     });
     startKeeping(std::move(recovery));
     pictureClipboard() = {[](const TBitmap& picture) { return copyPictureToClipboard(picture); }, pictureFromClipboard,
@@ -188,28 +186,31 @@ void TMainEditor::showLeftPanel(bool show) {
     }
 }
 
-/// The picture is up: now the rest of the window. False when it is there already.
-bool TMainEditor::complete() {
-    if (toolbar_->filled()) return false;
+/// The picture is up: now the rest of the window.
+void TMainEditor::complete() {
+    if (toolbar_->filled()) return;
     makeStatusBar();
     toolbar_->fill();
     addShapeMenu();
-    toolbar_->update([this](CommandNeeds needs) { return available(needs); });  // what is of no use takes no room
     {
         const wxWindowUpdateLocker atOnce(leftPanel_);
         list_->Show();
         labels_->fill();
     }
+    refreshState();  // before the layout: what is of no use takes no room
     nameForReaders();
-    wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
     list_->SetToolTip("Click the captions once or press F2 to rename");
     toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() & ~wxRESERVE_SPACE_EVEN_IF_HIDDEN);
-    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
-    Layout();
+    applyOptions();
     SetIcons(applicationIcons());
     tmrUpdateThumbnails_.Start(thumbnailPeriod);
     tmrRecovery_.Start(recoveryPeriod);
-    return true;
+}
+
+void TMainEditor::applyOptions() {
+    wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
+    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
+    Layout();
 }
 
 /// What a screen reader calls the parts of the window; without that it would be the names of the controls.
@@ -298,7 +299,7 @@ void TMainEditor::click(std::string_view control) {
 
 void TMainEditor::run(const MainCommand& command) {
     if (commandsRunning_ > 0 || !available(command.needs)) return;
-    if (complete()) refreshState();  // a dialog may keep the first quiet moment away
+    complete();  // a dialog may keep the first quiet moment away
     execute(command);
 }
 

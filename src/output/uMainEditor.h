@@ -129,7 +129,8 @@ private:
     void makeStatusBar();
     void addShapeMenu();
     void nameForReaders();
-    bool complete();
+    void complete();
+    void applyOptions();
     void showLeftPanel(bool show);
     void bindKeys();
     bool keyOutsideCanvas(wxKeyEvent& event);
@@ -177,6 +178,7 @@ private:
     bool leave(bool confirmed);
     [[nodiscard]] bool confirmUnsaved(const Documents& documents);
     bool saveProject(bool askForName);
+    [[nodiscard]] bool mayTellOfMissingData() const;
     void tellOfMissingData();
 
     /// A capture and what the list knows of it.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <wx/gdicmn.h>
-#include <memory>
 
+#include <memory>
 #include <string_view>
 
 #include "settings/form_state.h"

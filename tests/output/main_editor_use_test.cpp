@@ -1,4 +1,5 @@
 #include <gmock/gmock.h>
+#include <wx/app.h>
 #include <wx/msw/wrapwin.h>
 #include <wx/textctrl.h>
 // After windows.h, which it needs.
@@ -144,6 +145,9 @@ TEST_F(MainEditorUse, TheNoticeOfAnOpenedPictureWaitsForTheQuestionThatIsOpen) {
         editor_->openFile("samples/article-1280x1024.png");
         for (int round = 0; round < 5; ++round) test::pump();
         EXPECT_TRUE(messages_.messages.empty()) << messages_.messages[0].text;
+        wxIdleEvent quiet;
+        editor_->ProcessWindowEvent(quiet);
+        EXPECT_FALSE(wxTheApp->HasPendingEvents()) << "it would take a processor for as long as the question is open";
         editor_->showRoutine();
         test::pump();
         EXPECT_EQ(GetForegroundWindow(), dialog.GetHWND()) << "the window would hide what it waits for";
@@ -290,19 +294,27 @@ TEST_F(MainEditorUse, EveryToolHasItsKey) {
 }
 
 TEST_F(MainEditorUse, TheKeyboardGoesThroughAllPartsAndTheKeysOfTheCanvasWorkInThem) {
-    add({"one", "two"});
-    ASSERT_TRUE(test::bringForward(*editor_, &list()));
     const auto zoom = [this] { return editor_->canvas()->zoom(); };
-    for (const char* part : {"pnlSelection", "EditForm", "pnlProperties", "tbMain", "lvAnnotations"}) {
-        test::pressKey(VK_F6);
-        EXPECT_TRUE(test::findControl(*editor_, part)->IsDescendant(wxWindow::FindFocus())) << part;
-        test::pressKey(VK_ADD, 0x4000);
-        EXPECT_EQ(zoom(), 125) << part;
-        test::pressKey('0', 0x4000);
-        EXPECT_EQ(zoom(), 100) << part;
+    for (const bool floating : {true, false}) {
+        OptionsHolder().setOn("chkFloatingToolbar", floating);
+        editor_->discardAll();
+        add({"one", "two"});
+        ASSERT_TRUE(test::bringForward(*editor_, &list()));
+        wxWindow* panels = wxWindow::FindWindowByName("pnlProperties");
+        ASSERT_NE(panels, nullptr);
+        EXPECT_EQ(wxGetTopLevelParent(panels) != editor_, floating);
+        EXPECT_TRUE(editor_->canvas()->GetScreenRect().Contains(panels->GetScreenRect()));
+        for (const char* part : {"pnlSelection", "EditForm", "pnlProperties", "tbMain", "lvAnnotations"}) {
+            test::pressKey(VK_F6);
+            EXPECT_TRUE(wxWindow::FindWindowByName(part)->IsDescendant(wxWindow::FindFocus())) << part << floating;
+            test::pressKey(VK_ADD, 0x4000);
+            EXPECT_EQ(zoom(), 125) << part << floating;
+            test::pressKey('0', 0x4000);
+            EXPECT_EQ(zoom(), 100) << part << floating;
+        }
+        test::pressKey(VK_F6, 0x2000);
+        EXPECT_TRUE(test::findControl(*editor_, "tbMain")->IsDescendant(wxWindow::FindFocus())) << floating;
     }
-    test::pressKey(VK_F6, 0x2000);
-    EXPECT_TRUE(test::findControl(*editor_, "tbMain")->IsDescendant(wxWindow::FindFocus()));
     // What is typed into a name is not for the canvas.
     list().SetFocus();
     test::pressKey(VK_F2);
@@ -318,7 +330,8 @@ TEST_F(MainEditorUse, TheToolbarIsThereForTheFirstCommandAndThenAtRest) {
     ASSERT_TRUE(test::pumpUntil([] { return pMainEditor == nullptr; }));
     open();
     wxWindow* bar = test::findControl(*editor_, "tbMain");
-    ASSERT_EQ(bar->GetChildren().size(), 1U) << "the handle";
+    saveOptions();
+    ASSERT_EQ(bar->GetChildren().size(), 1U) << "the handle; a capture that is saved in silence does not wait for more";
     // A key that comes before the first quiet moment: its dialog may keep that away for long.
     const wxAcceleratorTable* keys = editor_->GetAcceleratorTable();
     ASSERT_TRUE(keys->IsOk());
