@@ -1,27 +1,19 @@
-// The main editor window: its parts and how they lie, its keys, its state towards the user.
+// The main editor window: its keys and commands, its place on the screen, its state towards the user.
 
 #include "output/uMainEditor.h"
 
 #include <wx/accel.h>
-#include <wx/dcclient.h>
 #include <wx/dialog.h>
 #include <wx/gdicmn.h>
-#include <wx/menu.h>
 #include <wx/settings.h>
-#include <wx/sizer.h>
 #include <wx/splitter.h>
-#include <wx/statusbr.h>
-#include <wx/tooltip.h>
-#include <wx/wupdlock.h>
 
 #include <windows.h>
 
-#include <algorithm>
 #include <new>
 #include <utility>
 
 #include "common/host_kind.h"
-#include "common/icons.h"
 #include "common/modal_scope.h"
 #include "common/section_memory.h"
 #include "editor/clipboard_window.h"
@@ -46,13 +38,7 @@ TMainEditor* pMainEditor = nullptr;
 
 namespace {
 
-constexpr int thumbnailPeriod = 100;  // milliseconds
-constexpr int recoveryPeriod = 30;
-// Device-independent pixels.
-constexpr int narrowestLeftPanel = 120;
-constexpr int widestLeftPanel = 2000;
-constexpr int statusBarMargin = 6;  ///< around its text, above and below together
-const wxSize standardSize(1180, 780);
+const wxSize standardSize(1180, 780);  // in device-independent pixels
 constexpr const char* section = "MainEditor";
 
 }  // namespace
@@ -110,134 +96,6 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
 TMainEditor::~TMainEditor() {
     for (const Entry& entry : documents_) recovery_->leave(*entry.document);
     if (pMainEditor == this) pMainEditor = nullptr;
-}
-
-void TMainEditor::layOut() {
-    auto* column = new wxBoxSizer(wxVERTICAL);
-    toolbar_ = new TMainToolbar(this, [this](const MainCommand& command) { run(command); });
-    toolbar_->onHeightChange([this] {
-        Layout();
-        Refresh();  // what moved is not always painted where it came to
-    });
-    // Neither bar is there yet, but nothing moves when it comes.
-    toolbarRoom_ = column->Add(toolbar_, wxSizerFlags().Expand());
-    if (OptionsHolder().on("chkShowToolbar"))
-        toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() | wxRESERVE_SPACE_EVEN_IF_HIDDEN);
-
-    auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
-                                          wxSP_LIVE_UPDATE | wxSP_NOBORDER, "splLeftPanel");
-    splitter->SetMinimumPaneSize(FromDIP(narrowestLeftPanel));
-    auto* left = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlLeft");
-    leftPanel_ = left;
-    CaptureList::Events events;
-    events.shown = [this](size_t place) { show(place); };
-    events.selectionChanged = [this] { stateStale_ = true; };
-    events.renamed = [this](size_t place, const wxString& name) { renameCapture(place, name); };
-    events.moved = [this](size_t from, size_t to) { moveCapture(from, to); };
-    events.menu = [this](const wxPoint& screen) { showActionsMenu(screen); };
-    events.deletePressed = [this] { deleteCaptures(list_->selected()); };
-    list_ = new CaptureList(left, std::move(events));
-    labels_ = new SelectionPanel(left, [this](std::string_view control) { onLabel(control); });
-    auto* leftColumn = new wxBoxSizer(wxVERTICAL);
-    leftColumn->Add(list_, 1, wxEXPAND);
-    leftColumn->Add(labels_, 0, wxEXPAND);
-    left->SetSizer(leftColumn);
-
-    canvasHost_ = new wxPanel(splitter, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlCanvas");
-    canvasHost_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
-    canvasHost_->SetSizer(new wxBoxSizer(wxVERTICAL));
-    canvasHost_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-        wxPaintDC dc(canvasHost_);
-        if (current_ != nullptr) return;
-        dc.SetTextForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
-        dc.SetFont(GetFont().Scaled(1.3F));
-        dc.DrawLabel("Open a picture or project with Ctrl + O, or drop one here.", canvasHost_->GetClientRect(),
-                     wxALIGN_CENTRE);
-    });
-    canvasHost_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
-        if (current_ == nullptr) canvasHost_->Refresh();
-        event.Skip();
-    });
-    splitter->Initialize(canvasHost_);
-    left->Hide();
-    showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
-    column->Add(splitter, 1, wxEXPAND);
-    column->AddSpacer(GetCharHeight() + FromDIP(statusBarMargin));
-    SetSizer(column);
-}
-
-void TMainEditor::makeStatusBar() {
-    wxStatusBar* status =
-        CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
-    const int widths[] = {-1, FromDIP(200), FromDIP(110), FromDIP(110), FromDIP(60)};
-    status->SetStatusWidths(5, widths);
-    SetStatusBarPane(-1);  // menus have no help to show there
-    GetSizer()->Remove(static_cast<int>(GetSizer()->GetItemCount()) - 1);
-}
-
-void TMainEditor::showLeftPanel(bool show) {
-    auto* splitter = static_cast<wxSplitterWindow*>(leftPanel_->GetParent());
-    if (show == splitter->IsSplit()) return;
-    if (show) {
-        const int width = std::clamp(OptionsHolder().number("spnLeftPanelWidth"), narrowestLeftPanel, widestLeftPanel);
-        splitter->SplitVertically(leftPanel_, canvasHost_, FromDIP(width));
-    } else {
-        splitter->Unsplit(leftPanel_);
-    }
-}
-
-/// The picture is up: now the rest of the window.
-void TMainEditor::complete() {
-    if (toolbar_->filled()) return;
-    makeStatusBar();
-    toolbar_->fill();
-    addShapeMenu();
-    {
-        const wxWindowUpdateLocker atOnce(leftPanel_);
-        list_->Show();
-        labels_->fill();
-    }
-    refreshState();  // before the layout: what is of no use takes no room
-    nameForReaders();
-    list_->SetToolTip("Click the captions once or press F2 to rename");
-    toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() & ~wxRESERVE_SPACE_EVEN_IF_HIDDEN);
-    applyOptions();
-    SetIcons(applicationIcons());
-    tmrUpdateThumbnails_.Start(thumbnailPeriod);
-    tmrRecovery_.Start(recoveryPeriod);
-}
-
-void TMainEditor::applyOptions() {
-    wxToolTip::Enable(OptionsHolder().on("chkDisplayHintsNew"));
-    toolbar_->Show(OptionsHolder().on("chkShowToolbar"));
-    Layout();
-}
-
-/// What a screen reader calls the parts of the window; without that it would be the names of the controls.
-void TMainEditor::nameForReaders() {
-    toolbar_->SetLabel("Main toolbar");
-    labels_->SetLabel("Selection");
-    for (wxWindow* frame : {leftPanel_, leftPanel_->GetParent(), static_cast<wxWindow*>(canvasHost_)})
-        frame->SetLabel("");
-}
-
-void TMainEditor::addShapeMenu() {
-    static constexpr std::pair<const char*, EditTool> shapes[] = {{"Rectangle", EditTool::TextShapeRectangle},
-                                                                  {"Ellipse", EditTool::TextShapeEllipse},
-                                                                  {"Polygon", EditTool::TextShapePolygon}};
-    auto menu = std::make_unique<wxMenu>();
-    ToolButton* button = toolbar_->button("btnTextShape");
-    for (const auto& [caption, tool] : shapes) {
-        wxMenuItem* item = menu->AppendRadioItem(wxID_ANY, caption);
-        menu->Bind(
-            wxEVT_MENU,
-            [this, button, tool = tool](wxCommandEvent&) {
-                shapeTool_ = tool;
-                button->press();
-            },
-            item->GetId());
-    }
-    button->setMenu(std::move(menu));
 }
 
 void TMainEditor::bindKeys() {

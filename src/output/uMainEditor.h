@@ -124,7 +124,7 @@ public:
     void setCommands(Commands commands) { commands_ = std::move(commands); }
 
 private:
-    // Layout (uMainEditor.cpp)
+    // Layout (main_editor_layout.cpp)
     void layOut();
     void makeStatusBar();
     void addShapeMenu();
@@ -132,6 +132,8 @@ private:
     void complete();
     void applyOptions();
     void showLeftPanel(bool show);
+
+    // Keys, place, state (uMainEditor.cpp)
     void bindKeys();
     bool keyOutsideCanvas(wxKeyEvent& event);
     bool focusNextPart(bool back);
