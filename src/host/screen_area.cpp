@@ -5,14 +5,11 @@
 #include <memory>
 #include <vector>
 
+#include "common/monitors.h"
+
 namespace glimmer {
 
 namespace {
-
-BOOL CALLBACK rememberMonitor(HMONITOR /*monitor*/, HDC /*dc*/, LPRECT area, LPARAM list) {
-    reinterpret_cast<std::vector<Rect>*>(list)->push_back({area->left, area->top, area->right, area->bottom});
-    return TRUE;
-}
 
 struct ScreenDc {
     ScreenDc() : dc(GetDC(nullptr)) {}
@@ -40,10 +37,9 @@ Rect wholeScreen() {
 }
 
 Rect captureArea(int32_t monitor) {
-    std::vector<Rect> monitors;
-    EnumDisplayMonitors(nullptr, nullptr, rememberMonitor, reinterpret_cast<LPARAM>(&monitors));
-    if (monitor < 0 || static_cast<size_t>(monitor) >= monitors.size()) return wholeScreen();
-    return monitors[static_cast<size_t>(monitor)];
+    const std::vector<Monitor> all = monitors();
+    if (monitor < 0 || static_cast<size_t>(monitor) >= all.size()) return wholeScreen();
+    return all[static_cast<size_t>(monitor)].bounds;
 }
 
 Result<TBitmap> grabScreen(const Rect& area, bool layered) {

@@ -9,6 +9,7 @@
 
 #include "common/host_kind.h"
 #include "common/text.h"
+#include "common/wx_text.h"
 #include "editor/commands/set_info.h"
 #include "editor/display_options.h"
 #include "editor/document.h"
@@ -31,8 +32,6 @@ constexpr std::chrono::milliseconds thumbnailBudget{12};
 /// A capture that changes is left in peace, and its drag has the processor for itself.
 constexpr std::chrono::milliseconds thumbnailRest{400};
 constexpr size_t longestName = 200;
-
-wxString wide(const std::string& text) { return wxString::FromUTF8(text.data(), text.size()); }
 
 Colour systemColour(wxSystemColour which) {
     const wxColour colour = wxSystemSettings::GetColour(which);
@@ -62,14 +61,14 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
             changed.changedAt = std::chrono::steady_clock::now();
             if (thumbnailInWork_ && &thumbnailInWork_->document() == &added) thumbnailInWork_.reset();
         }
-        if (change.info) list_->setName(placeOf(added), wide(added.info().name));
+        if (change.info) list_->setName(placeOf(added), wxText(added.info().name));
         stateStale_ = true;
     });
     entry.document = std::move(document);
     documents_.push_back(std::move(entry));
     projectChanged_ = !projectPath_.empty();
     recovery_->add(added, std::move(former));
-    list_->insert(documents_.size() - 1, wide(added.info().name));
+    list_->insert(documents_.size() - 1, wxText(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
     show(documents_.size() - 1);
     return added;  // cppcheck-suppress returnReference ; the list of captures owns it now
@@ -192,7 +191,7 @@ void TMainEditor::moveCapture(size_t from, size_t to) {
     documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(from));
     list_->erase(from);
     entry.thumbnailStale = true;
-    const wxString name = wide(entry.document->info().name);
+    const wxString name = wxText(entry.document->info().name);
     documents_.insert(documents_.begin() + static_cast<std::ptrdiff_t>(to), std::move(entry));
     list_->insert(to, name);
     list_->setCurrent(to, true);
@@ -309,7 +308,7 @@ void TMainEditor::refreshState() {
     std::string title = product;
     if (current_ != nullptr)
         title = current_->info().name + (current_->modified() || projectChanged_ ? " * - " : " - ") + product;
-    if (GetTitle() != wide(title)) SetTitle(wide(title));
+    if (GetTitle() != wxText(title)) SetTitle(wxText(title));
     updateStatus();
 }
 

@@ -15,6 +15,7 @@
 
 #include "common/assertion.h"
 #include "common/colour.h"
+#include "common/monitors.h"
 #include "settings/hot_key_control.h"
 #include "settings/settings.h"
 
@@ -101,22 +102,11 @@ void forEachControl(wxWindow& parent, const Action& action) {
     }
 }
 
-BOOL CALLBACK addWorkArea(HMONITOR monitor, HDC /*dc*/, RECT* /*whole*/, LPARAM areas) {
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
-    auto& all = *reinterpret_cast<std::vector<Rect>*>(areas);
-    const RECT& work = info.rcWork;
-    const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
-    all.insert(primary ? all.begin() : all.end(), Rect{work.left, work.top, work.right, work.bottom});
-    return TRUE;
-}
-
 /// Of all monitors, the primary one first. Asked for without the toolkit's display class: that makes a window of its
 /// own to hear of changes, which a start need not wait for.
 std::vector<Rect> workAreas() {
     std::vector<Rect> areas;
-    EnumDisplayMonitors(nullptr, nullptr, addWorkArea, reinterpret_cast<LPARAM>(&areas));
+    for (const Monitor& monitor : monitors()) areas.insert(monitor.primary ? areas.begin() : areas.end(), monitor.work);
     return areas;
 }
 

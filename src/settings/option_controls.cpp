@@ -11,6 +11,7 @@
 #include <wx/textctrl.h>
 
 #include "common/accessible_name.h"
+#include "common/wx_text.h"
 #include "settings/hot_key_control.h"
 
 namespace glimmer {
@@ -22,8 +23,6 @@ constexpr int numberWidth = 76;
 constexpr int choiceWidth = 170;
 const wxSize colourSize(numberWidth, 22);
 const wxSize swatchSize(56, 10);
-
-wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
 
 wxArrayString fontNames() {
     wxArrayString names = wxFontEnumerator::GetFacenames();
@@ -107,13 +106,13 @@ wxWindow* makeOptionControl(wxWindow* parent, const Option& option, const wxStri
             return new wxRadioButton(parent, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, style);
         case OptionKind::Combo: {
             wxArrayString items;
-            for (const std::string_view item : option.texts) items.Add(text(item));
+            for (const std::string_view item : option.texts) items.Add(wxText(item));
             return new wxChoice(parent, wxID_ANY, wxDefaultPosition, choice, items);
         }
         case OptionKind::Spin:
             return new NumberBox(parent, option);
         case OptionKind::Colour:
-            return new ColourBox(parent, text(option.caption));
+            return new ColourBox(parent, wxText(option.caption));
         case OptionKind::HotKey: {
             auto* box = new THotKey(parent, wxID_ANY);
             box->SetInitialSize(choice);

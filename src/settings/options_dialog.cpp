@@ -18,6 +18,7 @@
 
 #include <utility>
 
+#include "common/wx_text.h"
 #include "settings/form_store.h"
 #include "settings/hot_key.h"
 #include "settings/hot_key_control.h"
@@ -34,8 +35,6 @@ wxString& lastPage() {
     static wxString page;
     return page;
 }
-
-wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
 
 /// What the system holds is what it holds, whoever changed it since.
 Options currentOptions() {
@@ -174,7 +173,7 @@ void TVistraneOptions::showHelp(const wxWindow* control) {
     for (; control != nullptr && control != this; control = control->GetParent()) {
         const std::string_view help = optionHelp(control->GetName().utf8_string());
         if (help.empty()) continue;
-        help_->SetLabelText(text(help));
+        help_->SetLabelText(wxText(help));
         help_->Wrap(help_->GetSize().GetWidth());
         return;
     }
@@ -201,7 +200,7 @@ void TVistraneOptions::FormKeyDown(wxKeyEvent& event) {
 void TVistraneOptions::showValues(const Options& options) {
     showing_ = true;
     for (const Option& option : optionTable()) {
-        wxWindow* window = option.page.empty() ? nullptr : FindWindow(text(option.control));
+        wxWindow* window = option.page.empty() ? nullptr : FindWindow(wxText(option.control));
         if (window == nullptr) continue;
         if (option.kind == OptionKind::Text) {
             const wxString value = wxString::FromUTF8(options.text(option.control));
@@ -217,7 +216,7 @@ void TVistraneOptions::showValues(const Options& options) {
 Options TVistraneOptions::shownValues() {
     Options options = applied_;
     for (const Option& option : optionTable()) {
-        wxWindow* window = option.page.empty() ? nullptr : FindWindow(text(option.control));
+        wxWindow* window = option.page.empty() ? nullptr : FindWindow(wxText(option.control));
         if (window == nullptr) {
             if (askAgain_ && isRememberedAnswer(option)) options.setNumber(option.control, 0);
         } else if (option.kind == OptionKind::Text) {
@@ -282,7 +281,7 @@ void TVistraneOptions::updatePreview() {
             dc.SetFont(panel->GetFont());
             RECT area{0, 0, size.x, size.y};
             SetBkMode(dc.GetHDC(), TRANSPARENT);
-            DrawTextW(dc.GetHDC(), text(picture.message()).wc_str(), -1, &area, DT_WORDBREAK | DT_NOPREFIX);
+            DrawTextW(dc.GetHDC(), wxText(picture.message()).wc_str(), -1, &area, DT_WORDBREAK | DT_NOPREFIX);
         }
     });
 }
@@ -290,7 +289,7 @@ void TVistraneOptions::updatePreview() {
 bool TVistraneOptions::refuse(std::string_view page, std::string_view control, const std::string& why) {
     showPage(std::string(page));
     showError(why);
-    FindWindow(text(control))->SetFocus();
+    FindWindow(wxText(control))->SetFocus();
     // The message took the mark of the default button away.
     dynamic_cast<wxButton&>(*FindWindow(wxID_OK)).SetDefault();
     return false;
@@ -298,7 +297,7 @@ bool TVistraneOptions::refuse(std::string_view page, std::string_view control, c
 
 /// Where a path without a drive leads depends on the folder that the program happens to be in.
 bool TVistraneOptions::folderIsComplete(const Options& options) {
-    const wxString folder = text(options.text("edtWorkingFolderPath"));
+    const wxString folder = wxText(options.text("edtWorkingFolderPath"));
     if (folder.empty() || wxFileName::DirName(folder).IsAbsolute()) return true;
     return refuse("General", "edtWorkingFolderPath", "The working folder needs its full path,\nsuch as C:\\Captures.");
 }
@@ -370,7 +369,7 @@ void TVistraneOptions::btnBrowseWatermarkClick() {
 void TVistraneOptions::btnAskAgainClick() {
     askAgain_ = true;
     for (const Option& option : optionTable())
-        if (option.page == "Confirmations") formControl(FindWindow(text(option.control)))->setValue(0);
+        if (option.page == "Confirmations") formControl(FindWindow(wxText(option.control)))->setValue(0);
     valueChanged();
 }
 

@@ -6,6 +6,7 @@
 #include <wx/stattext.h>
 
 #include "common/link_colour.h"
+#include "common/wx_text.h"
 #include "settings/option_controls.h"
 #include "settings/option_help.h"
 #include "settings/option_table.h"
@@ -19,8 +20,6 @@ constexpr int gap = 6;          // between lines
 constexpr int groupMargin = 8;  // around a group's content
 constexpr int noteWidth = 470;
 
-wxString text(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
-
 const Option& optionOf(std::string_view control) { return optionTable()[optionIndex(control)]; }
 
 /// A text that may be of any length gets the room that is left.
@@ -33,8 +32,8 @@ bool grows(const Option& option) {
 
 OptionsPage::OptionsPage(wxWindow* parent, std::string_view title)
     : wxPanel(parent), column_(new wxBoxSizer(wxVERTICAL)), current_(column_), place_(this) {
-    SetName(text(title));
-    auto* heading = new wxStaticText(this, wxID_ANY, text(title));
+    SetName(wxText(title));
+    auto* heading = new wxStaticText(this, wxID_ANY, wxText(title));
     heading->SetFont(heading->GetFont().Scaled(1.4F));
     column_->Add(heading, 0, wxBOTTOM, FromDIP(4));
     SetSizer(column_);
@@ -43,7 +42,7 @@ OptionsPage::OptionsPage(wxWindow* parent, std::string_view title)
 }
 
 wxString OptionsPage::withAccessKey(std::string_view caption) {
-    const wxString plain = text(caption);
+    const wxString plain = wxText(caption);
     wxString escaped = plain;
     escaped.Replace("&", "&&");
     if (escaped != plain) return escaped;
@@ -68,8 +67,8 @@ wxWindow* OptionsPage::make(std::string_view control, long style) {
     const bool carriesCaption = option.kind == OptionKind::Check || option.kind == OptionKind::Radio;
     wxWindow* window =
         makeOptionControl(place_, option, carriesCaption ? withAccessKey(option.caption) : wxString(), style);
-    window->SetName(text(control));
-    window->SetToolTip(text(optionHelp(control)));
+    window->SetName(wxText(control));
+    window->SetToolTip(wxText(optionHelp(control)));
     return window;
 }
 
@@ -77,7 +76,7 @@ wxWindow* OptionsPage::caption(std::string_view control) {
     return new wxStaticText(place_, wxID_ANY, withAccessKey(optionOf(control).caption));
 }
 
-wxWindow* OptionsPage::unitText(std::string_view unit) { return new wxStaticText(place_, wxID_ANY, text(unit)); }
+wxWindow* OptionsPage::unitText(std::string_view unit) { return new wxStaticText(place_, wxID_ANY, wxText(unit)); }
 
 wxButton* OptionsPage::namedButton(const char* name, const char* buttonCaption) {
     auto* button = new wxButton(place_, wxID_ANY, withAccessKey(buttonCaption));
@@ -107,7 +106,7 @@ wxFlexGridSizer* OptionsPage::rows() {
 }
 
 void OptionsPage::openGroup(wxSizer& parent, std::string_view heading, int proportion) {
-    auto* box = new wxStaticBoxSizer(wxVERTICAL, this, text(heading));
+    auto* box = new wxStaticBoxSizer(wxVERTICAL, this, wxText(heading));
     auto* inner = new wxBoxSizer(wxVERTICAL);
     box->Add(inner, 1, wxEXPAND | wxALL, FromDIP(groupMargin));
     parent.Add(box, proportion, wxEXPAND);
@@ -189,7 +188,7 @@ void OptionsPage::rowOfTwo(std::string_view first, std::string_view second, std:
 
 void OptionsPage::note(std::string_view content) {
     rows_ = nullptr;
-    auto* label = new wxStaticText(place_, wxID_ANY, text(content));
+    auto* label = new wxStaticText(place_, wxID_ANY, wxText(content));
     label->Wrap(FromDIP(noteWidth));
     label->SetForegroundColour(quietTextColour());
     append(label);
