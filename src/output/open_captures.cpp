@@ -43,16 +43,15 @@ Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData)
     return CaptureDocument::create(picture.take(), std::move(info));
 }
 
-Result<std::vector<Document>> read(const std::filesystem::path& path, bool& lacksData) {
-    if (upperAscii(utf8FromPath(path.extension())) == ".GMP") return readProject(path, decodeProjectPicture);
-    bool flat = false;
-    Result<Document> document = openPicture(path, flat);
-    if (!document) return document.failure();
-    lacksData = flat;
+OpeningAhead::Opened read(const std::filesystem::path& path) {
+    if (upperAscii(utf8FromPath(path.extension())) == ".GMP") return {readProject(path, decodeProjectPicture)};
+    bool lacksData = false;
+    Result<Document> document = openPicture(path, lacksData);
+    if (!document) return {document.failure()};
     (*document)->markSaved();
     std::vector<Document> one;
     one.push_back(document.take());
-    return one;
+    return {std::move(one), lacksData};
 }
 
 OpeningAhead* ahead = nullptr;
@@ -60,20 +59,15 @@ OpeningAhead* ahead = nullptr;
 }  // namespace
 
 Result<std::vector<Document>> openCaptures(const std::filesystem::path& path, bool* lacksData) {
-    bool flat = false;
-    std::optional<OpeningAhead::Opened> early = OpeningAhead::take(path);
-    Result<std::vector<Document>> captures = early ? std::move(early->captures) : read(path, flat);
-    if (lacksData != nullptr && captures) *lacksData = early ? early->lacksData : flat;
-    return captures;
+    std::optional<OpeningAhead::Opened> opened = OpeningAhead::take(path);
+    if (!opened) opened = read(path);
+    if (lacksData != nullptr && opened->captures) *lacksData = opened->lacksData;
+    return std::move(opened->captures);
 }
 
 OpeningAhead::OpeningAhead(std::filesystem::path path) : path_(std::move(path)) {
     try {
-        opened_ = std::async(std::launch::async, [file = path_] {
-            bool flat = false;
-            Result<std::vector<Document>> captures = read(file, flat);
-            return Opened{std::move(captures), flat};
-        });
+        opened_ = std::async(std::launch::async, [file = path_] { return read(file); });
         ahead = this;
     } catch (const std::exception&) {  // the file is read when it is asked for
     }
