@@ -1,6 +1,5 @@
 #include "common/bitmap.h"
 
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -26,7 +25,7 @@ private:
     uint8_t* data_;
 };
 
-std::atomic<PixelAllocator> allocate = heapPixelMemory;  // a thread may be reading pictures while it is set
+PixelAllocator allocate = heapPixelMemory;
 
 std::string describe(int64_t width, int64_t height) { return std::to_string(width) + " x " + std::to_string(height); }
 
@@ -52,7 +51,7 @@ Status TBitmap::check(int64_t width, int64_t height, PixelFormat format) {
 
 Result<TBitmap> TBitmap::create(int32_t width, int32_t height, PixelFormat format) {
     if (Status fits = check(width, height, format); !fits) return fits.failure();
-    std::unique_ptr<PixelMemory> memory = allocate.load()(stride(width, format) * static_cast<size_t>(height));
+    std::unique_ptr<PixelMemory> memory = allocate(stride(width, format) * static_cast<size_t>(height));
     if (memory == nullptr)
         return Failure{"There is not enough memory for a picture of " + describe(width, height) + " pixels."};
     return adopt(std::move(memory), width, height, format);

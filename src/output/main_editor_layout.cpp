@@ -43,9 +43,9 @@ void TMainEditor::layOut() {
         Refresh();  // what moved is not always painted where it came to
     });
     // Neither bar is there yet, but nothing moves when it comes.
-    toolbarRoom_ = column->Add(toolbar_, wxSizerFlags().Expand());
-    if (OptionsHolder().on("chkShowToolbar"))
-        toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() | wxRESERVE_SPACE_EVEN_IF_HIDDEN);
+    wxSizerFlags room = wxSizerFlags().Expand();
+    if (OptionsHolder().on("chkShowToolbar")) room.ReserveSpaceEvenIfHidden();
+    column->Add(toolbar_, room);
 
     auto* splitter = new wxSplitterWindow(this, wxID_ANY, wxDefaultPosition, wxDefaultSize,
                                           wxSP_LIVE_UPDATE | wxSP_NOBORDER, "splLeftPanel");
@@ -123,7 +123,7 @@ void TMainEditor::complete() {
     refreshState();  // before the layout: what is of no use takes no room
     nameForReaders();
     list_->SetToolTip("Click the captions once or press F2 to rename");
-    toolbarRoom_->SetFlag(toolbarRoom_->GetFlag() & ~wxRESERVE_SPACE_EVEN_IF_HIDDEN);
+    GetSizer()->GetItem(toolbar_)->SetFlag(wxEXPAND);  // from now on a hidden one takes no room
     applyOptions();
     SetIcons(applicationIcons());
     tmrUpdateThumbnails_.Start(thumbnailPeriod);

@@ -15,7 +15,6 @@
 
 #include "common/host_kind.h"
 #include "common/modal_scope.h"
-#include "common/section_memory.h"
 #include "editor/clipboard_window.h"
 #include "editor/document.h"
 #include "editor/edit_tool.h"
@@ -49,7 +48,6 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
       shapeTool_(EditTool::TextShapeRectangle),
       tmrUpdateThumbnails_(this),
       thumbnailText_(std::make_unique<RichTextPainter>()) {
-    setPixelAllocator(sectionPixelMemory);
     SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     restorePlace();  // first, so that everything in the window is laid out once
     layOut();

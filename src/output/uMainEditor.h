@@ -2,7 +2,6 @@
 
 #include <wx/frame.h>
 #include <wx/panel.h>
-#include <wx/sizer.h>
 #include <wx/timer.h>
 
 #include <chrono>
@@ -208,7 +207,6 @@ private:
     bool missingDataDue_ = false;  ///< a picture without the program's own data was opened, and nobody was told yet
 
     TMainToolbar* toolbar_ = nullptr;
-    wxSizerItem* toolbarRoom_ = nullptr;
     wxWindow* leftPanel_ = nullptr;
     CaptureList* list_ = nullptr;
     SelectionPanel* labels_ = nullptr;

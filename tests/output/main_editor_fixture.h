@@ -3,6 +3,7 @@
 #include <wx/hyperlink.h>
 #include <wx/listctrl.h>
 
+#include "common/section_memory.h"
 #include "common/tool_button.h"
 #include "editor/uEditor.h"
 #include "output/uMainEditor.h"
@@ -15,6 +16,7 @@ class MainEditorTest : public SaverTest {
 protected:
     void SetUp() override {
         SaverTest::SetUp();
+        setPixelAllocator(sectionPixelMemory);  // as in the program
         open();
         editor_->showRoutine();
         ASSERT_TRUE(test::bringForward(*editor_));
@@ -26,6 +28,7 @@ protected:
     void TearDown() override {
         if (pMainEditor != nullptr) editor_->Close(true);
         ASSERT_TRUE(test::pumpUntil([] { return pMainEditor == nullptr; }));
+        setPixelAllocator(nullptr);
         SaverTest::TearDown();
     }
 
