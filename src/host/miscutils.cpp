@@ -10,6 +10,7 @@
 #include "common/debugger.h"
 #include "common/library_module.h"
 #include "common/section_memory.h"
+#include "common/system_folders.h"
 #include "common/wide_text.h"
 #include "host/start_rules.h"
 #include "settings/cached_mem_ini_file.h"
@@ -33,10 +34,8 @@ bool canAppend(const std::string& path) {
 
 /// The user's application data, or "tmp" beside the running program where the shell does not know it.
 std::string applicationData() {
-    wchar_t folder[MAX_PATH] = L"";
-    if (SUCCEEDED(SHGetFolderPathW(nullptr, CSIDL_APPDATA | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, folder))) {
-        return fromWide(folder, MAX_PATH) + "\\";
-    }
+    const std::filesystem::path folder = systemFolder(SystemFolder::RoamingData);
+    if (!folder.empty()) return fromWide(folder.wstring()) + "\\";
     return folderOf(moduleFile(nullptr)) + "tmp\\";
 }
 

@@ -1,14 +1,11 @@
 #include "output/output_folders.h"
 
-#include <windows.h>
-// After windows.h, which it needs.
-#include <shlobj.h>
-
 #include <chrono>
 #include <system_error>
 
 #include "common/files.h"
 #include "common/host_kind.h"
+#include "common/system_folders.h"
 #include "output/working_folder.h"
 #include "settings/options.h"
 #include "settings/settings.h"
@@ -24,12 +21,6 @@ constexpr const char* mailSubFolder = "mail";
 constexpr std::chrono::hours oneDay{24};
 /// How long a mail program may take to fetch what it was handed.
 constexpr std::chrono::hours mailAge = 7 * oneDay;
-
-fs::path systemFolder(int id) {
-    wchar_t path[MAX_PATH] = {};
-    if (SHGetFolderPathW(nullptr, id | CSIDL_FLAG_CREATE, nullptr, SHGFP_TYPE_CURRENT, path) != S_OK) return {};
-    return path;
-}
 
 /// The folder, made when missing and tried for access. `number` tells in the message which of them it was.
 Result<fs::path> usableFolder(const fs::path& parent, const fs::path& folder, int number) {
@@ -54,14 +45,14 @@ fs::path productFolder() { return isStandalone() ? "Glimmerpad" : "Vistrane"; }
 }  // namespace
 
 fs::path picturesFolder() {
-    const fs::path pictures = systemFolder(CSIDL_MYPICTURES);
+    const fs::path pictures = systemFolder(SystemFolder::Pictures);
     return pictures.empty() ? fs::path(".") : pictures;
 }
 
 fs::path workingFolder() {
     fs::path chosen = pathFromUtf8(OptionsHolder().text("edtWorkingFolderPath"));
     if (!chosen.empty()) return chosen;
-    const fs::path data = systemFolder(CSIDL_APPDATA);
+    const fs::path data = systemFolder(SystemFolder::RoamingData);
     return data.empty() ? data : data / productFolder();
 }
 
@@ -84,10 +75,10 @@ void cleanUpMailFolder() {
 }
 
 Result<fs::path> publishFolder() { return usableFolder(workingFolder(), "publish", 2); }
-Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(CSIDL_MYPICTURES), "Vistrane", 4); }
+Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(SystemFolder::Pictures), "Vistrane", 4); }
 
 fs::path recoveryFolder() {
-    const fs::path data = systemFolder(CSIDL_APPDATA);
+    const fs::path data = systemFolder(SystemFolder::RoamingData);
     return data.empty() ? data : data / "Glimmerpad" / "recovery";
 }
 
