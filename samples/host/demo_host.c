@@ -8,8 +8,42 @@
 
 #include "glimmerpad.h"
 
+/* Writes in any language, which the C library's own functions do not: UTF-16 to a console, UTF-8 to a file or a pipe.
+ */
+static void print(DWORD where, const wchar_t* text) {
+    const HANDLE output = GetStdHandle(where);
+    DWORD mode, written;
+    if (GetConsoleMode(output, &mode)) {
+        WriteConsoleW(output, text, (DWORD)wcslen(text), &written, NULL);
+        return;
+    }
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, NULL, 0, NULL, NULL); /* with the zero at the end */
+    char* bytes = size > 0 ? malloc((size_t)size) : NULL;
+    if (bytes == NULL) return;
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, bytes, size, NULL, NULL);
+    WriteFile(output, bytes, (DWORD)size - 1, &written, NULL);
+    free(bytes);
+}
+
 static void GLIMMERPAD_NOTIFY notify(const char* name, const wchar_t* value) {
-    fprintf(stderr, "host is asked: %s %ls\n", name, value);
+    wchar_t wide_name[64] = L"";
+    MultiByteToWideChar(CP_UTF8, 0, name, -1, wide_name, 64);
+    print(STD_ERROR_HANDLE, L"host is asked: ");
+    print(STD_ERROR_HANDLE, wide_name);
+    print(STD_ERROR_HANDLE, L" ");
+    print(STD_ERROR_HANDLE, value);
+    print(STD_ERROR_HANDLE, L"\n");
+}
+
+/* The library beside this program, by its full path: a bare name would be looked for in the current folder, too. */
+static HMODULE load_library(void) {
+    static const wchar_t name[] = L"glimmerpad.dll";
+    wchar_t path[MAX_PATH + sizeof name / sizeof *name];
+    const DWORD length = GetModuleFileNameW(NULL, path, MAX_PATH);
+    if (length == 0 || length >= MAX_PATH) return NULL;
+    wchar_t* last = wcsrchr(path, L'\\');
+    wcscpy(last != NULL ? last + 1 : path, name);
+    return LoadLibraryW(path);
 }
 
 static void* read_file(const wchar_t* path) {
@@ -57,7 +91,7 @@ int wmain(int count, wchar_t** arguments) {
     void* png = read_file(picture);
     if (png == NULL) return fail("the picture cannot be read");
 
-    HMODULE library = LoadLibraryW(L"glimmerpad.dll");
+    HMODULE library = load_library();
     if (library == NULL) return fail("glimmerpad.dll cannot be loaded");
     GlimmerpadInitLibrary init_library = (GlimmerpadInitLibrary)(void (*)(void))GetProcAddress(library, "initLibrary");
     GlimmerpadInterface glimmerpad = {.version = GLIMMERPAD_INTERFACE_VERSION};
@@ -79,6 +113,7 @@ int wmain(int count, wchar_t** arguments) {
 
     wchar_t path[MAX_PATH];
     if (!newest_picture(&before, path)) return fail("no picture was saved");
-    printf("%ls\n", path);
+    print(STD_OUTPUT_HANDLE, path);
+    print(STD_OUTPUT_HANDLE, L"\n");
     return 0;
 }

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "common/boundary.h"
+
 namespace glimmer {
 
 #if wxUSE_ACCESSIBILITY
@@ -17,8 +19,10 @@ public:
     Named(wxWindow& window, const wxString& name) : wxAccessible(&window), name_(name) {}
     wxAccStatus GetName(int child, wxString* name) override {
         if (child != wxACC_SELF) return wxACC_NOT_IMPLEMENTED;
-        *name = name_;
-        return wxACC_OK;
+        return guarded(wxACC_FAIL, [&] {
+            *name = name_;
+            return wxACC_OK;
+        });
     }
 
 private:
@@ -34,12 +38,17 @@ public:
         return wxACC_OK;
     }
     wxAccStatus GetDefaultAction(int /*child*/, wxString* action) override {
-        *action = "Press";
-        return wxACC_OK;
+        return guarded(wxACC_FAIL, [=] {
+            *action = "Press";
+            return wxACC_OK;
+        });
     }
     wxAccStatus DoDefaultAction(int /*child*/) override {
-        press_();
-        return wxACC_OK;
+        // A screen reader waits for the answer, and the command may ask something.
+        return guarded(wxACC_FAIL, [this] {
+            GetWindow()->CallAfter(press_);
+            return wxACC_OK;
+        });
     }
 
 private:

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "common/boundary.h"
+
 namespace glimmer {
 
 namespace {
@@ -9,13 +11,15 @@ namespace {
 Rect fromSystem(const RECT& area) { return {area.left, area.top, area.right, area.bottom}; }
 
 BOOL CALLBACK remember(HMONITOR monitor, HDC /*dc*/, LPRECT /*area*/, LPARAM list) {
-    MONITORINFO info{};
-    info.cbSize = sizeof info;
-    if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
-    const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
-    reinterpret_cast<std::vector<Monitor>*>(list)->push_back(
-        {fromSystem(info.rcMonitor), fromSystem(info.rcWork), primary});
-    return TRUE;
+    return guarded(FALSE, [=] {
+        MONITORINFO info{};
+        info.cbSize = sizeof info;
+        if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
+        const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
+        reinterpret_cast<std::vector<Monitor>*>(list)->push_back(
+            {fromSystem(info.rcMonitor), fromSystem(info.rcWork), primary});
+        return TRUE;
+    });
 }
 
 }  // namespace

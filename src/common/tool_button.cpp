@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "common/boundary.h"
 #include "common/icons.h"
 
 namespace glimmer {
@@ -23,13 +24,17 @@ class ButtonAccessible final : public wxAccessible {
 public:
     explicit ButtonAccessible(ToolButton* button) : wxAccessible(button), button_(button) {}
     wxAccStatus GetName(int /*child*/, wxString* name) override {
-        *name = button_->caption().Strip(wxString::both);
-        if (name->empty()) *name = button_->GetToolTipText().BeforeFirst('\r').BeforeFirst('\n');
-        return wxACC_OK;
+        return guarded(wxACC_FAIL, [this, name] {
+            *name = button_->caption().Strip(wxString::both);
+            if (name->empty()) *name = button_->GetToolTipText().BeforeFirst('\r').BeforeFirst('\n');
+            return wxACC_OK;
+        });
     }
     wxAccStatus GetDescription(int /*child*/, wxString* description) override {
-        *description = button_->GetToolTipText();
-        return wxACC_OK;
+        return guarded(wxACC_FAIL, [this, description] {
+            *description = button_->GetToolTipText();
+            return wxACC_OK;
+        });
     }
     wxAccStatus GetRole(int /*child*/, wxAccRole* role) override {
         *role = wxROLE_SYSTEM_PUSHBUTTON;
@@ -43,12 +48,17 @@ public:
         return wxACC_OK;
     }
     wxAccStatus GetDefaultAction(int /*child*/, wxString* action) override {
-        *action = "Press";
-        return wxACC_OK;
+        return guarded(wxACC_FAIL, [=] {
+            *action = "Press";
+            return wxACC_OK;
+        });
     }
     wxAccStatus DoDefaultAction(int /*child*/) override {
-        button_->press();
-        return wxACC_OK;
+        // A screen reader waits for the answer, and the command may ask something.
+        return guarded(wxACC_FAIL, [this] {
+            button_->CallAfter(&ToolButton::press);
+            return wxACC_OK;
+        });
     }
 
 private:

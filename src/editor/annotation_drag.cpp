@@ -5,6 +5,7 @@
 
 #include <utility>
 
+#include "common/boundary.h"
 #include "editor/annotation_clipboard.h"
 
 namespace glimmer {
@@ -31,13 +32,17 @@ AnnotationDropTarget::AnnotationDropTarget(wxWindow* canvas, Drop drop)
 }
 
 wxDragResult AnnotationDropTarget::OnData(wxCoord x, wxCoord y, wxDragResult standard) {
+    return guarded(wxDragNone, [&] { return take({x, y}, standard); });
+}
+
+wxDragResult AnnotationDropTarget::take(wxPoint at, wxDragResult standard) {
     if (!GetData()) return wxDragNone;
     const auto* both = static_cast<const wxDataObjectComposite*>(m_dataObject);
     if (both->GetReceivedFormat() == annotationFormat()) {
         const size_t size = annotations_->GetSize();
         if (size > maxClipboardBytes) return wxDragNone;
         std::vector<TBBShape> shapes = decodeAnnotations({static_cast<const uint8_t*>(annotations_->GetData()), size});
-        return !shapes.empty() && drop_(std::move(shapes), {x, y}) ? wxDragCopy : wxDragNone;
+        return !shapes.empty() && drop_(std::move(shapes), at) ? wxDragCopy : wxDragNone;
     }
     const wxArrayString& names = files_->GetFilenames();
     auto* copies = new wxString[names.size()];  // the event's

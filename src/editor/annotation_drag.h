@@ -20,6 +20,8 @@ public:
     wxDragResult OnData(wxCoord x, wxCoord y, wxDragResult standard) override;
 
 private:
+    wxDragResult take(wxPoint at, wxDragResult standard);
+
     wxWindow* canvas_;
     Drop drop_;
     wxCustomDataObject* annotations_;  ///< the data object's

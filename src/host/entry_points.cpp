@@ -2,19 +2,24 @@
 
 #include "host/entry_points.h"
 
+#include <windows.h>
+
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 
+#include "common/boundary.h"
+#include "common/debug_channel.h"
 #include "common/host_kind.h"
 #include "common/library_module.h"
 #include "common/wide_text.h"
-#include "host/boundary.h"
 #include "host/delivery.h"
 #include "host/host_commands.h"
 #include "host/host_state.h"
 #include "host/miscutils.h"
 #include "host/readable_memory.h"
 #include "host/start_rules.h"
+#include "host/toolkit.h"
 #include "host/uProgram.h"
 #include "imaging/png_codec.h"
 
@@ -24,9 +29,22 @@ namespace {
 
 GlimmerpadHostNotify HostNotify = nullptr;
 
+std::atomic<DWORD> ownThread = 0;
+
+/// Whether this is the thread that the library lives on: the one that introduced the host, for good as soon as there is
+/// something that belongs to a thread.
+bool onOurThread() {
+    const DWORD current = GetCurrentThreadId();
+    DWORD none = 0;
+    if (ownThread.compare_exchange_strong(none, current) || none == current) return true;
+    debugRemark("a call from another thread is refused");
+    return false;
+}
+
 void callHost(const std::string& name, const std::string& value) {
     if (HostNotify == nullptr) return;
     const HostCall call;  // the host may call back from there
+    const HostSurroundings host;
     HostNotify(name.c_str(), toWide(value).c_str());
 }
 
@@ -36,6 +54,9 @@ std::string fileNameOf(const std::string& path) { return path.substr(folderOf(pa
 
 void GLIMMERPAD_CALL hostInit(uint8_t kind, const GlimmerpadHostRecord* host) {
     if (host == nullptr) return;
+    if (!toolkitRuns()) ownThread = GetCurrentThreadId();
+    if (!onOurThread()) return;
+    HostSurroundings::remember();
     guarded([=] {
         HostNotify = host->notify;
         setNotifyHandler(callHost);
@@ -45,6 +66,7 @@ void GLIMMERPAD_CALL hostInit(uint8_t kind, const GlimmerpadHostRecord* host) {
 
 void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const wchar_t* tag, const void* data,
                                  int32_t action, int32_t width, int32_t height) {
+    if (!onOurThread()) return;
     guarded([=] {
         const HostCall call;
         if (shutdownWaits() || !ensureProgram()) return;
@@ -72,6 +94,7 @@ void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const
 }
 
 void GLIMMERPAD_CALL hostShutdown() {
+    if (!onOurThread()) return;
     guarded([] {
         const HostCall call;
         shutDownProgram();
@@ -79,7 +102,7 @@ void GLIMMERPAD_CALL hostShutdown() {
 }
 
 int32_t GLIMMERPAD_CALL hostExecute(const wchar_t* command, void* out, uintptr_t arg1, uintptr_t arg2) {
-    if (command == nullptr) return 0;
+    if (command == nullptr || !onOurThread()) return 0;
     return guarded(0, [=] {
         const HostCall call;
         return shutdownWaits() ? 0 : executeCommand(hostText(command), {out, arg1, arg2});
@@ -87,6 +110,7 @@ int32_t GLIMMERPAD_CALL hostExecute(const wchar_t* command, void* out, uintptr_t
 }
 
 void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title, int32_t code) {
+    if (!onOurThread()) return;
     guarded([=] {
         const HostCall call;
         if (shutdownWaits()) return;
@@ -111,8 +135,10 @@ uint32_t wordOf(Function* function) {
 }  // namespace
 
 bool fillInterface(GlimmerpadInterface* record, uint32_t size) {
+    if (toolkitRuns() && !onOurThread()) return false;
     HostNotify = nullptr;
-    connectSystem();
+    // While a shutdown waits nobody is asked anything; it puts the questions back itself.
+    if (!shutdownWaits()) guarded(connectSystem);
     if (record == nullptr || record->version != GLIMMERPAD_INTERFACE_VERSION) return false;
     const GlimmerpadInterface filled = {GLIMMERPAD_INTERFACE_VERSION, wordOf(hostInit),    wordOf(hostCapture),
                                         wordOf(hostShutdown),         wordOf(hostExecute), wordOf(hostFinishCapture)};

@@ -1,6 +1,6 @@
 #include "host/host_state.h"
 
-#include "host/boundary.h"
+#include "common/boundary.h"
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/toolkit.h"
 #include "host/uProgram.h"

@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "common/boundary.h"
 #include "common/files.h"
 #include "common/host_kind.h"
 #include "common/library_module.h"
 #include "common/wide_text.h"
-#include "host/boundary.h"
 #include "host/host_state.h"
 #include "host/miscutils.h"
 #include "host/single_instance.h"

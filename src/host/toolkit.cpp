@@ -24,9 +24,9 @@
 #include <utility>
 #include <vector>
 
+#include "common/boundary.h"
 #include "common/library_module.h"
 #include "common/modal_scope.h"
-#include "host/boundary.h"
 #include "settings/message_box.h"
 
 namespace glimmer {
@@ -132,9 +132,11 @@ bool ownedByUs(HWND window) {
 }
 
 BOOL CALLBACK addOurDialog(HWND window, LPARAM list) {
-    if (isDialog(window) && wxFindWinFromHandle(window) == nullptr && ownedByUs(window))
-        reinterpret_cast<std::vector<void*>*>(list)->push_back(window);
-    return TRUE;
+    return guarded(FALSE, [=] {
+        if (isDialog(window) && wxFindWinFromHandle(window) == nullptr && ownedByUs(window))
+            reinterpret_cast<std::vector<void*>*>(list)->push_back(window);
+        return TRUE;
+    });
 }
 
 /// Presses what a user would who wants none of it. A box that only tells something is closed by its one button.
@@ -191,6 +193,12 @@ public:
     }
     void OnUnhandledException() override { reportCurrentException(); }
 
+    // The one door between the toolkit's window procedures, which a host's loop calls, and our handlers.
+    void CallEventHandler(wxEvtHandler* handler, wxEventFunctor& functor, wxEvent& event) const override {
+        const OwnSurroundings ours;
+        wxApp::CallEventHandler(handler, functor, event);
+    }
+
     void finishPendingWork() {
         ProcessPendingEvents();
         // Without posted events the call above leaves closed windows for later.
@@ -236,6 +244,8 @@ bool startToolkit() {
     static const bool running = start();
     return running;
 }
+
+bool toolkitRuns() { return wxTheApp != nullptr; }
 
 void runDeferredWork() {
     if (wxTheApp == nullptr) return;

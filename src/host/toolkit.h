@@ -10,6 +10,8 @@ namespace glimmer {
 /// Without a loop of our own (a host's loop dispatches our messages then) a hook keeps our windows whole: keyboard
 /// shortcuts and tab order, deferred deletion, update events.
 bool startToolkit();
+/// Whether startToolkit() was called.
+bool toolkitRuns();
 
 /// Carries out what was put off to a quiet moment: destroys windows that were closed, handles posted events.
 void runDeferredWork();

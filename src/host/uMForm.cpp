@@ -6,7 +6,7 @@
 // clang-format on
 
 #include "capture/window_grab.h"
-#include "host/boundary.h"
+#include "common/boundary.h"
 #include "host/delivery.h"
 #include "host/host_state.h"
 #include "host/hot_keys.h"
@@ -132,7 +132,7 @@ void TMForm::mnuExitClick() {
 
 WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
     if (message == terminateMessage()) {
-        terminateApplication();
+        guarded(terminateApplication);
         return 0;
     }
     if (message == restoreMessage()) {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "common/boundary.h"
 #include "common/wx_bitmap.h"
 
 namespace glimmer {
@@ -205,8 +206,10 @@ bool CaptureList::MSWOnNotify(int control, WXLPARAM parameter, WXLPARAM* result)
     *result = CDRF_DODEFAULT;
     if (draw->nmcd.dwDrawStage == CDDS_PREPAINT) *result = CDRF_NOTIFYITEMDRAW;
     if (draw->nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
-        paintThumbnail(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
-        paintName(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
+        guarded([this, draw] {
+            paintThumbnail(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
+            paintName(draw->nmcd.hdc, static_cast<long>(draw->nmcd.dwItemSpec));
+        });
         *result = CDRF_SKIPDEFAULT;
     }
     return true;

@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+#include "common/boundary.h"
 #include "common/files.h"
 #include "common/modal_scope.h"
 #include "common/text.h"
@@ -65,7 +66,7 @@ public:
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE OnTypeChange(IFileDialog* dialog) override {
-        dlgSavePictureTypeChange(*dialog);
+        guarded([dialog] { dlgSavePictureTypeChange(*dialog); });
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE OnOverwrite(IFileDialog* /*dialog*/, IShellItem* /*item*/,

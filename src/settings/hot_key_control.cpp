@@ -3,6 +3,7 @@
 #include <wx/msw/private.h>
 #include <wx/utils.h>
 
+#include "common/boundary.h"
 #include "settings/hot_key.h"
 
 namespace glimmer {
@@ -98,11 +99,11 @@ WXLRESULT THotKey::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lPara
     switch (message) {
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:
-            if (keyDown(key)) return 0;
+            if (guarded(true, [=, this] { return keyDown(key); })) return 0;
             break;
         case WM_KEYUP:
         case WM_SYSKEYUP:
-            if (keyUp(key)) return 0;
+            if (guarded(true, [=, this] { return keyUp(key); })) return 0;
             break;
         case WM_CHAR:
         case WM_SYSCHAR:

@@ -1,4 +1,4 @@
-#include "host/boundary.h"
+#include "common/boundary.h"
 
 #include <windows.h>
 
