@@ -99,7 +99,7 @@ bool CanvasController::execute(EditCommand command) {
             done = crop();
             break;
         case EditCommand::Annotate:
-            done = annotate(document_.selection().bounds(document_.size()));
+            done = annotate(document_.selection().bounds(document_.size()), NewKind::Rectangle);
             break;
         case EditCommand::NewSelection:
             document_.select({});
@@ -112,11 +112,8 @@ bool CanvasController::execute(EditCommand command) {
             break;
         }
         case EditCommand::AddAnnotation: {
-            if (!document_.selection().empty()) {
-                done = annotate(document_.selection().bounds(document_.size()));
-                break;
-            }
-            done = annotate(keyboardArea());
+            const Rect area = document_.selection().bounds(document_.size());
+            done = annotate(area.empty() ? keyboardArea() : area, NewKind::AsSet);
             break;
         }
         case EditCommand::Cut:
@@ -235,14 +232,16 @@ bool CanvasController::crop() {
     return true;
 }
 
-bool CanvasController::annotate(const Rect& area) {
+bool CanvasController::annotate(const Rect& area, NewKind newKind) {
     if (area.empty()) return false;
     const EditTool tool = std::exchange(tool_, EditTool::TextShapeRectangle);
     TBBShape shape = newShape(area);
     tool_ = tool;
-    ShapeKind& kind = shape.shape.settings.kind;
-    if (kind != ShapeKind::FilledRectangle) kind = ShapeKind::Rectangle;
-    shape.shape.setVisible(true);
+    if (newKind == NewKind::Rectangle) {
+        ShapeKind& kind = shape.shape.settings.kind;
+        if (kind != ShapeKind::FilledRectangle) kind = ShapeKind::Rectangle;
+    }
+    if (newKind == NewKind::Rectangle || !shape.anyVisible()) shape.shape.setVisible(true);
     document_.select({});
     gesture_ = document_.newGesture();
     if (!addShape(std::move(shape), gesture_)) return false;

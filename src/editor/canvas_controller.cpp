@@ -6,6 +6,7 @@
 #include "common/assertion.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/change_annotation.h"
+#include "editor/commands/delete_annotation.h"
 
 namespace glimmer {
 
@@ -249,22 +250,22 @@ void CanvasController::endTextEdit(AnnotationId id) {
 void CanvasController::beginDrawing(AnnotationId id) {
     host_.finishTextEdit();
     if (drag_ != Drag::None) finishDrag();
-    document_.select({});
-    ink_ = std::make_unique<InkLayer>(document_.size());
-    inkedId_ = noAnnotation;
+    auto ink = std::make_unique<InkLayer>(document_.size());
     const TBBShape* shape = document_.annotations().find(id);
-    if (shape != nullptr && shape->shape.settings.kind == ShapeKind::Drawing && shape->shape.drawing != nullptr) {
-        const Rect rect = shape->shape.rectangle;
-        // A drawing that was stretched would change under the pen; its place is what counts.
-        if (Status loaded = ink_->load(*shape->shape.drawing, {rect.left, rect.top}); !loaded)
+    if (shape != nullptr && shape->shape.drawing != nullptr) {
+        if (Status loaded = ink->load(*shape->shape.drawing, shape->shape.rectangle); !loaded) {
             host_.failed(loaded.message());
-        inkedId_ = id;
-    } else {
-        document_.selectAnnotation(noAnnotation);
+            return;
+        }
     }
+    document_.select({});
+    ink_ = std::move(ink);
+    inkedId_ = shape == nullptr ? noAnnotation : id;
+    beforeInk_.reset();
+    if (shape != nullptr) beforeInk_ = *shape;
+    document_.selectAnnotation(inkedId_);
     inkGesture_ = document_.newGesture();
     inkStored_ = false;
-    inkIsNew_ = inkedId_ == noAnnotation;
     mode_ = CanvasMode::FreeDrawing;
     host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
     host_.stateChanged();
@@ -272,8 +273,13 @@ void CanvasController::beginDrawing(AnnotationId id) {
 }
 
 /// Brings the capture's annotation to what is drawn: after each stroke, so that no long drawing is lost with the
-/// program. An empty drawing takes its annotation away again.
+/// program. An empty drawing takes its annotation away again, or leaves the one it is drawn in as it was.
 void CanvasController::storeInk() {
+    if (!ink_->changed()) {
+        takeBackInk();
+        host_.stateChanged();
+        return;
+    }
     Result<InkLayer::Finished> drawn = ink_->finished();
     if (!drawn) {
         host_.failed(drawn.message());
@@ -281,12 +287,11 @@ void CanvasController::storeInk() {
     }
     const TBBShape* existing = document_.annotations().find(inkedId_);
     if (drawn->picture.empty()) {
-        if (!inkStored_) return;
-        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
-        inkStored_ = false;
-        if (inkIsNew_) inkedId_ = noAnnotation;
+        takeBackInk();
     } else if (existing != nullptr) {
         TBBShape shape = *existing;
+        shape.shape.settings.kind = ShapeKind::Drawing;
+        shape.shape.settings.visible = true;
         shape.setShapeRect(drawn->rect);
         shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
         const uint64_t before = document_.revision();
@@ -306,20 +311,50 @@ void CanvasController::storeInk() {
     host_.stateChanged();
 }
 
+/// The annotation is again as it was before the drawing began. Something else, a new name for the capture, may have
+/// been done since the last stroke; that stays.
+void CanvasController::takeBackInk() {
+    if (!std::exchange(inkStored_, false)) return;
+    if (document_.history().newestIs(inkGesture_)) {
+        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
+    } else if (beforeInk_) {
+        change(*beforeInk_);
+    } else {
+        run(std::make_unique<DeleteAnnotation>(inkedId_));
+    }
+    if (!beforeInk_) inkedId_ = noAnnotation;
+}
+
+/// All ink of a drawing was cleared or erased: what else the annotation shows stays.
+void CanvasController::settleErased(AnnotationId id) {
+    TBBShape shape = *document_.annotations().find(id);
+    if (shape.shape.settings.kind != ShapeKind::Drawing) return;
+    shape.shape.setVisible(false);
+    if (!shape.anyVisible()) {
+        execute(EditCommand::DeleteAnnotation);
+        return;
+    }
+    TShapeDescriptor erased = shape.describe();
+    erased.style.shape.visible = true;
+    erased.drawing.reset();
+    clampDescriptor(erased);  // gives it an empty picture
+    change(TBBShape(erased));
+}
+
 void CanvasController::endDrawing() {
     GLIMMER_ASSERT(ink_ != nullptr, "pPicture != NULL", "uEditor");
     if (drag_ == Drag::Ink) ink_->end();
     drag_ = Drag::None;
     storeInk();
     const AnnotationId id = std::exchange(inkedId_, noAnnotation);
-    const bool erased = ink_->blank();
+    const bool erased = ink_->changed() && ink_->blank();
     mode_ = CanvasMode::Annotation;
     const std::unique_ptr<InkLayer> over = std::move(ink_);
     document_.selectAnnotation(id);
     if (const TBBShape* drawn = document_.annotations().find(id)) {
         if (erased) {
-            execute(EditCommand::DeleteAnnotation);
-        } else if (inkIsNew_) {
+            settleErased(id);
+        } else if (!beforeInk_) {
             gesture_ = inkGesture_;
             TBBShape shape = *drawn;
             shape.text.setVisible(settings_.text.visible);
@@ -383,10 +418,19 @@ CanvasOverlay CanvasController::overlay() const {
     };
     const bool framed = selection.kind == Selection::Kind::Rectangle || selection.kind == Selection::Kind::Ellipse;
     if (framed && drag_ != Drag::Area && polygon_.empty()) addHandles(selection.rect);
-    const TBBShape* shape = dragged_ ? &*dragged_ : document_.selectedAnnotation();
-    if (shape != nullptr && shape->anyVisible()) {
-        // Where only a line is to be seen its ends are what can be pulled.
-        if (shape->part(shape->handlePart()).isVisible() || !shape->line.isVisible()) addHandles(shape->handleRect());
+    const std::optional<TBBShape> shape = dragged_ ? dragged_ : selectedShape();
+    if (shape && shape->anyVisible()) {
+        // Where only a line is to be seen its ends are what can be pulled; a badge alone gets a frame.
+        if (shape->hasHandles()) {
+            addHandles(shape->handleRect());
+        } else if (!shape->line.isVisible()) {
+            const Rect badge = shape->number.badge(*shape).inflated(2);
+            overlay.polyline = {{badge.left, badge.top},
+                                {badge.right, badge.top},
+                                {badge.right, badge.bottom},
+                                {badge.left, badge.bottom},
+                                {badge.left, badge.top}};
+        }
         for (const TBBShape::FreeEnd& end : shape->freeLineEnds()) overlay.handles.push_back(end.at);
         if (showGuides_ && gestureUsed_) overlay.guides = shape->guides();
     }

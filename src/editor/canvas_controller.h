@@ -119,6 +119,7 @@ public:
     bool setNumbers(const std::vector<std::pair<AnnotationId, int32_t>>& numbers);
 
     // Free drawing.
+    /// Draws in an annotation, whose shape becomes a drawing with the first stroke, or in a new one (noAnnotation).
     void beginDrawing(AnnotationId id);
     /// Stores the drawing in the annotation and returns to annotation mode.
     void endDrawing();
@@ -127,7 +128,7 @@ public:
     Colour inkColour = rgb(255, 255, 0);
     int32_t inkWidth = initialPenWidth;
     [[nodiscard]] const InkLayer* ink() const { return ink_.get(); }
-    /// The annotation whose ink is being edited and which is therefore not painted, or noAnnotation.
+    /// The annotation whose ink is being edited and whose shape is therefore not painted, or noAnnotation.
     [[nodiscard]] AnnotationId inkedId() const { return inkedId_; }
 
     // Capture mode.
@@ -149,6 +150,7 @@ private:
     [[nodiscard]] bool startsArea() const;
 
     bool pressAnnotation(Point at, bool onlySelected);
+    [[nodiscard]] std::optional<TBBShape> selectedShape() const;
     bool pressLineEnd(Point at);
     bool pressSelection(Point at, Modifiers held);
     void beginArea(Point at, Modifiers held);
@@ -163,11 +165,14 @@ private:
     [[nodiscard]] TBBShape newShape(const Rect& rect) const;
     bool addShape(TBBShape shape, Gesture gesture);
     void storeInk();
+    void takeBackInk();
+    void settleErased(AnnotationId id);
     void fitChanged(const TBBShape& before, TBBShape& after);
 
     bool pixelOperation(EditCommand command, Colour colour = 0);
     bool crop();
-    bool annotate(const Rect& area);
+    enum class NewKind : uint8_t { AsSet, Rectangle };
+    bool annotate(const Rect& area, NewKind kind);
     void toggle(Part part);
     bool renumber();
     bool moveByKey(Key key, Modifiers held);
@@ -191,7 +196,9 @@ private:
     Selection formerSelection_;
     bool adding_ = false;  ///< the area joins formerSelection_
     int32_t areaHandle_ = noHandle;
-    std::optional<TBBShape> dragged_;
+    std::optional<TBBShape> dragged_;  ///< the annotation as the drag under way has it
+    Part activePart_ = Part::Shape;    ///< pressed last, of the annotation with activeId_: has the handles
+    AnnotationId activeId_ = noAnnotation;
     bool frontEnd_ = false;  ///< which end of the line is dragged
     std::vector<Point> polygon_;
     Point hover_;
@@ -205,9 +212,9 @@ private:
 
     std::unique_ptr<InkLayer> ink_;
     AnnotationId inkedId_ = noAnnotation;
-    Gesture inkGesture_ = 0;  ///< all that is drawn before "Apply" is one step
-    bool inkStored_ = false;  ///< the capture has ink of this drawing
-    bool inkIsNew_ = false;   ///< the annotation was made by this drawing
+    Gesture inkGesture_ = 0;             ///< all that is drawn before "Apply" is one step
+    bool inkStored_ = false;             ///< the capture has ink of this drawing
+    std::optional<TBBShape> beforeInk_;  ///< the annotation that is drawn in, as it was
     std::function<void(Rect)> captured_;
 };
 

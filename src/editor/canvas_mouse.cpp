@@ -119,24 +119,32 @@ bool CanvasController::pressLineEnd(Point at) {
     return false;
 }
 
-/// Handles and body of the selected annotation, or the topmost one at the point.
+/// The selected annotation, with the part as the active one that was pressed last.
+std::optional<TBBShape> CanvasController::selectedShape() const {
+    const TBBShape* selected = document_.selectedAnnotation();
+    if (selected == nullptr) return std::nullopt;
+    TBBShape shape = *selected;
+    if (shape.id() == activeId_) shape.setActivePart(activePart_);
+    return shape;
+}
+
+/// The handles of the selected annotation, or the body of the topmost one at the point.
 bool CanvasController::pressAnnotation(Point at, bool onlySelected) {
-    const TBBShape* target = document_.selectedAnnotation();
-    if (!onlySelected) {
-        target = document_.annotations().topAt(at, reach());
-        if (target == nullptr) return false;
-    } else if (target == nullptr || !target->anyVisible()) {
-        return false;
-    }
-    TBBShape copy = *target;
-    const bool handle = onlySelected && copy.grabHandleAt(at, hitSize());
-    if (onlySelected && !handle) return false;
-    if (!handle) {
+    std::optional<TBBShape> target;
+    if (onlySelected) {
+        target = selectedShape();
+        if (!target || !target->grabHandleAt(at, hitSize())) return false;
+    } else {
+        const TBBShape* top = document_.annotations().topAt(at, reach());
+        if (top == nullptr) return false;
+        target = *top;
         // A press anywhere on the annotation asks all parts, so the active one must be a visible one.
-        if (const std::optional<Part> part = copy.partAt(at, reach())) copy.setActivePart(*part);
+        if (const std::optional<Part> part = target->partAt(at, reach())) target->setActivePart(*part);
     }
-    if (!copy.mouseDown(at, reach())) return false;
-    dragged_ = std::move(copy);
+    if (!target->mouseDown(at, reach())) return false;
+    dragged_ = std::move(target);
+    activePart_ = dragged_->activePart();
+    activeId_ = dragged_->id();
     document_.select({});
     document_.selectAnnotation(dragged_->id());
     drag_ = Drag::Annotation;
@@ -343,10 +351,9 @@ void CanvasController::finishDrag() {
             storeInk();
             break;
         case Drag::Annotation: {
-            const TBBShape before = *dragged_;
             dragged_->mouseUp();
             if (dragged_->handlePart() == Part::Text) fitLabel(*dragged_, host_.textPainter());
-            // The list's copy holds the drag's state as well, and the rectangle may have been inverted.
+            // The rectangle may have been inverted.
             if (gestureUsed_) change(*dragged_, gesture_);
             dragged_.reset();
             break;
@@ -398,9 +405,11 @@ void CanvasController::doubleClick(Point at, Modifiers held) {
         const std::optional<Part> part = target == nullptr ? std::nullopt : target->partAt(at, reach());
         if (part) {
             const AnnotationId id = target->id();
-            if (drag_ != Drag::None) finishDrag();
+            const bool ink =
+                *part == Part::Shape && target->shape.settings.kind == ShapeKind::Drawing && !target->text.isVisible();
+            if (drag_ != Drag::None) finishDrag();  // may add an annotation, so that `target` is no longer there
             document_.selectAnnotation(id);
-            if (*part == Part::Shape && target->shape.settings.kind == ShapeKind::Drawing && !target->text.isVisible())
+            if (ink)
                 beginDrawing(id);
             else
                 execute(EditCommand::EditText);
@@ -457,11 +466,11 @@ CanvasCursor CanvasController::cursorAt(Point at) const {
             return handle(dragged_->handleRect(), dragged_->activeHandle());
         }
         if (drag_ == Drag::LineEnd) return CanvasCursor::Move;
-        if (const TBBShape* shape = document_.selectedAnnotation(); shape != nullptr && shape->anyVisible()) {
+        if (const std::optional<TBBShape> shape = selectedShape(); shape && shape->anyVisible()) {
             const int32_t reach = hitSize() / 2;
             for (const TBBShape::FreeEnd& end : shape->freeLineEnds())
                 if (std::abs(end.at.x - at.x) <= reach && std::abs(end.at.y - at.y) <= reach) return CanvasCursor::Move;
-            const int32_t number = handleAt(shape->handleRect(), at, hitSize());
+            const int32_t number = shape->hasHandles() ? handleAt(shape->handleRect(), at, hitSize()) : noHandle;
             if (number != noHandle) return handle(shape->handleRect(), number);
         }
     }

@@ -58,6 +58,7 @@ void CaptureContent::setAnnotations(TShapesList annotations) {
 }
 
 AnnotationId CaptureContent::insertAnnotation(size_t index, TBBShape shape) {
+    shape.settle();
     const Rect area = shape.bounds();
     const AnnotationId id = annotations_.insert(index, std::move(shape));
     announceAnnotations(area);
@@ -75,6 +76,7 @@ void CaptureContent::removeAnnotation(AnnotationId id) {
 void CaptureContent::replaceAnnotation(TBBShape shape) {
     TBBShape* target = annotations_.find(shape.id());
     GLIMMER_ASSERT(target != nullptr, "pShape != NULL", "uEditor");
+    shape.settle();
     const Rect before = target->bounds();
     *target = std::move(shape);
     announceAnnotations(before.united(target->bounds()));

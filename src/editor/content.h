@@ -62,6 +62,7 @@ public:
     void setPicture(TBitmap picture, Point shift);
     /// The whole list at once; the picture stays.
     void setAnnotations(TShapesList annotations);
+    // What comes into the list is settled (see TBBShape::settle): a drag lives in the canvas, not in the capture.
     /// A new annotation at that place in the painting order; answers its id (kept when it has a free one).
     AnnotationId insertAnnotation(size_t index, TBBShape shape);
     void removeAnnotation(AnnotationId id);

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "imaging/scaling.h"
+
 namespace glimmer {
 
 namespace {
@@ -46,22 +48,26 @@ void erasePixel(uint8_t* p, double cover) {
 
 }  // namespace
 
-Status InkLayer::load(const TBitmap& drawing, Point at) {
+Status InkLayer::load(const TBitmap& drawing, const Rect& rect) {
+    const Rect place = rect.normalized();
     Result<TBitmap> copy = drawing.converted(PixelFormat::Bgra32);
+    if (copy && copy->size() != Size{place.width(), place.height()} && !place.empty())
+        copy = resized(*copy, place.width(), place.height());
     if (!copy) return copy.failure();
     loaded_ = copy.take();
-    loadedAt_ = at;
-    if (reserve(loaded_.bounds().moved(at.x, at.y))) copyPixels(bitmap_, {at.x - at_.x, at.y - at_.y}, loaded_);
+    loadedAt_ = {place.left, place.top};
+    limit_ = limit_.united(place);
+    if (!reserve(place)) return Failure{"There is not enough memory for the drawing."};
+    copyPixels(bitmap_, {place.left - at_.x, place.top - at_.y}, loaded_);
     return {};
 }
 
 bool InkLayer::reserve(const Rect& area) {
-    const Rect limit{0, 0, picture_.width, picture_.height};
-    const Rect need = area.intersected(limit);
+    const Rect need = area.intersected(limit_);
     if (need.empty()) return false;
     const Rect have = covered();
     if (!bitmap_.empty() && have.united(need) == have) return true;
-    const Rect grown = have.united(need.inflated(growth).intersected(limit));
+    const Rect grown = have.united(need.inflated(growth).intersected(limit_));
     Result<TBitmap> larger = TBitmap::create(grown.width(), grown.height(), PixelFormat::Bgra32);
     if (!larger) return !bitmap_.empty();  // what lies outside is lost, the rest goes on
     if (!bitmap_.empty()) copyPixels(*larger, {have.left - grown.left, have.top - grown.top}, bitmap_);
@@ -134,6 +140,7 @@ Rect InkLayer::clear() {
     at_ = {};
     strokes_.clear();
     drawing_ = false;
+    cleared_ = true;
     return before;
 }
 

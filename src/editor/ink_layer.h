@@ -15,10 +15,11 @@ namespace glimmer {
 class InkLayer {
 public:
     /// `picture` limits the layer: ink outside it is lost.
-    explicit InkLayer(Size picture) : picture_(picture) {}
+    explicit InkLayer(Size picture) : limit_{0, 0, picture.width, picture.height} {}
 
-    /// Starts from a drawing that was made before, its top-left corner at `at`; it cannot be taken back.
-    Status load(const TBitmap& drawing, Point at);
+    /// Starts from a drawing that was made before, as it is shown: stretched to `rect`, of which nothing is lost. It
+    /// cannot be taken back. Fails for want of memory.
+    Status load(const TBitmap& drawing, const Rect& rect);
 
     /// A stroke begins, goes on and ends. Both answer the picture pixels that changed.
     Rect begin(Point at, bool eraser, Colour colour, int32_t width);
@@ -30,6 +31,8 @@ public:
     /// Empties the layer; the area that changed.
     Rect clear();
 
+    /// Whether strokes, or clear(), make it another drawing than what was loaded.
+    [[nodiscard]] bool changed() const { return cleared_ || !strokes_.empty(); }
     [[nodiscard]] bool empty() const { return bitmap_.empty(); }
     /// The layer, straight alpha, and where its top-left corner lies.
     [[nodiscard]] const TBitmap& bitmap() const { return bitmap_; }
@@ -55,11 +58,12 @@ private:
     [[nodiscard]] Rect inked() const;
     [[nodiscard]] Rect covered() const { return bitmap_.bounds().moved(at_.x, at_.y); }
 
-    Size picture_;
+    Rect limit_;
     TBitmap bitmap_;
     Point at_;
     std::vector<Stroke> strokes_;
     bool drawing_ = false;
+    bool cleared_ = false;
     TBitmap loaded_;
     Point loadedAt_;
 };

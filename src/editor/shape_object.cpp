@@ -20,7 +20,9 @@ void TDrawObject::grabHandle(int32_t handle) {
     activeHandle_ = handle;
 }
 
-void TDrawObject::release(TBBShape& /*owner*/) {
+void TDrawObject::release(TBBShape& /*owner*/) { letGo(); }
+
+void TDrawObject::letGo() {
     activeHandle_ = noHandle;
     dragging_ = false;
 }

@@ -42,8 +42,10 @@ public:
     [[nodiscard]] int32_t activeHandle() const { return activeHandle_; }
     /// Grabs a handle; asserts on a number that is none.
     void grabHandle(int32_t handle);
-    /// Ends a drag: lets go of the handle and forgets where the press was.
+    /// Ends a drag: lets go of the handle and puts right what the drag turned over.
     virtual void release(TBBShape& owner);
+    /// Forgets the drag and leaves everything where it has come to.
+    void letGo();
     /// Whether a press was taken and not yet released.
     [[nodiscard]] bool dragging() const { return dragging_; }
 

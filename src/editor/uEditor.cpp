@@ -318,9 +318,9 @@ void TEditForm::stateChanged() {
     if (panels_ == nullptr) return;
     const bool drawing = controller_->mode() == CanvasMode::FreeDrawing;
     const TBitmap* ink = drawing ? &controller_->ink()->bitmap() : nullptr;
-    if (working_->ink != ink || working_->hidden != controller_->inkedId()) {
+    if (working_->ink != ink || working_->inked != controller_->inkedId()) {
         working_->ink = ink;
-        working_->hidden = controller_->inkedId();
+        working_->inked = controller_->inkedId();
         working_->invalidateAll();
         pbScreen_->Refresh(false);
     }

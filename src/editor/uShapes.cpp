@@ -40,6 +40,7 @@ void clampDescriptor(TShapeDescriptor& descriptor) {
     descriptor.number = clampStepNumber(descriptor.number);
     if (descriptor.style.shape.kind == ShapeKind::Drawing && descriptor.drawing == nullptr)
         descriptor.drawing = emptyDrawing();
+    if (descriptor.style.shape.kind != ShapeKind::Drawing) descriptor.drawing.reset();
 }
 
 TBBShape::TBBShape(const TShapeStyle& settings, const Rect& rect) : styleName(settings.name) {
@@ -193,7 +194,7 @@ Rect TBBShape::handleRect() const { return handlePart() == Part::Text ? text.rec
 bool TBBShape::grabHandleAt(Point point, int32_t hitSize) {
     const Part index = handlePart();
     const int32_t handle = handleAt(handleRect(), point, hitSize);
-    if (handle == noHandle || !part(index).isVisible()) return false;
+    if (handle == noHandle || !hasHandles()) return false;
     activePart_ = index;
     part(index).grabHandle(handle);
     return true;
@@ -233,6 +234,12 @@ void TBBShape::mouseMove(Point point) {
 
 void TBBShape::mouseUp() {
     for (const Part index : allParts) part(index).release(*this);
+}
+
+void TBBShape::settle() {
+    for (const Part index : allParts) part(index).letGo();
+    activePart_ = Part::Shape;
+    if (shape.settings.kind != ShapeKind::Drawing) shape.drawing.reset();
 }
 
 // --- styles

@@ -101,6 +101,8 @@ public:
     [[nodiscard]] Rect handleRect() const;
     /// The part that the handles resize.
     [[nodiscard]] Part handlePart() const;
+    /// Whether there are handles: the part that they would resize is shown.
+    [[nodiscard]] bool hasHandles() const { return part(handlePart()).isVisible(); }
 
     // Pressing, in this order: when the annotation is selected, grabHandleAt(); then mouseDown(), mouseMove() as
     // often as the mouse moves, and mouseUp(). All points are in image pixels.
@@ -115,6 +117,9 @@ public:
     void mouseMove(Point point);
     /// Ends the drag; an inverted rectangle is turned right.
     void mouseUp();
+    /// Brings it to what a list keeps, which nothing of what is seen depends on: no press is under way, the shape is
+    /// the active part, and a shape that is no drawing has no ink from when it was one (a file would hold it).
+    void settle();
     [[nodiscard]] Part activePart() const { return activePart_; }
     void setActivePart(Part index) { activePart_ = index; }
     /// The handle held by the active part, or noHandle.

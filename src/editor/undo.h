@@ -69,6 +69,8 @@ public:
     [[nodiscard]] bool canRedo() const { return done_ < steps_.size(); }
     /// Steps that can be undone.
     [[nodiscard]] size_t depth() const { return done_; }
+    /// Whether the step that would be undone next belongs to this gesture.
+    [[nodiscard]] bool newestIs(Gesture gesture) const { return done_ > 0 && steps_[done_ - 1].gesture == gesture; }
     /// The next command starts a step of its own, whatever its gesture.
     void endGesture() { merging_ = false; }
 

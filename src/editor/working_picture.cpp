@@ -68,11 +68,12 @@ void WorkingPicture::paint(const Rect& area) {
         const size_t offset = static_cast<size_t>(area.left) * 4;
         copyOpaque(background.row(y) + offset, bitmap_.row(y) + offset, area.left, area.right, y);
     }
-    if (hidden == noAnnotation) {
+    if (inked == noAnnotation) {
         paintAnnotations(bitmap_, area, document_.annotations(), text_, options);
     } else {
-        for (const TBBShape& shape : document_.annotations())
-            if (shape.id() != hidden) paintAnnotation(bitmap_, area, shape, text_, options);
+        TShapesList shown = document_.annotations();
+        if (TBBShape* shape = shown.find(inked)) shape->shape.setVisible(false);
+        paintAnnotations(bitmap_, area, shown, text_, options);
     }
     if (ink == nullptr) return;
     const Rect part = ink->bounds().moved(inkAt.x, inkAt.y).intersected(area);

@@ -22,8 +22,8 @@ public:
     void invalidateAll();
     /// Display options, and the annotation whose label is not painted; the caller invalidates.
     PaintOptions options;
-    /// An annotation that is not painted at all while its ink is edited, or noAnnotation.
-    AnnotationId hidden = noAnnotation;
+    /// An annotation whose shape is not painted while its ink is edited, or noAnnotation.
+    AnnotationId inked = noAnnotation;
     /// Ink that is painted above everything, straight alpha, its top-left corner at inkAt; or nothing.
     const TBitmap* ink = nullptr;
     Point inkAt;

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "editor/cairo_text_painter.h"
+#include "editor/commands/set_info.h"
 
 namespace glimmer {
 namespace {
@@ -217,6 +219,132 @@ TEST(Canvas, theBodyMovesAllTheLabelMovesAloneAndSnaps) {
     EXPECT_EQ(c.shape(id).text.settings.position, 2) << "near its place it snaps";
     EXPECT_EQ(c.shape(id).text.rectangle, label);
     EXPECT_TRUE(c.controller->overlay().guides.empty());
+}
+
+TEST(Canvas, whatADragDidIsOverWhenTheNextOneBegins) {
+    Canvas c;
+    const AnnotationId id = c.draw({100, 150, 200, 200});
+    const auto label = [&] { return c.shape(id).text.rectangle; };
+    const auto shape = [&] { return c.shape(id).shape.rectangle; };
+    c.drag({200, 200}, {240, 230});  // the lower right handle
+    EXPECT_EQ(shape(), (Rect{100, 150, 240, 230}));
+    c.drag({110, 151}, {120, 156});  // the frame: moves, also after an undo of the resizing
+    EXPECT_EQ(shape(), (Rect{110, 155, 250, 235}));
+    c.controller->execute(EditCommand::Undo);
+    c.drag({110, 151}, {120, 156});
+    EXPECT_EQ(shape(), (Rect{110, 155, 250, 235}));
+
+    // The handles stand on the part that was pressed last, dragged or not, and can be pulled there.
+    const Point on{middle(label().left, label().right), middle(label().top, label().bottom)};
+    c.drag(on, {on.x + 60, on.y - 30});
+    EXPECT_EQ(c.controller->overlay().handles[0], handlePoint(label(), 0));
+    c.drag({120, 156}, {120, 156});  // a click on the frame
+    EXPECT_EQ(c.controller->overlay().handles[0], handlePoint(shape(), 0));
+    c.drag({250, 235}, {260, 245});
+    EXPECT_EQ(shape(), (Rect{110, 155, 260, 245}));
+    const Point moved{middle(label().left, label().right), middle(label().top, label().bottom)};
+    c.drag(moved, moved);
+    EXPECT_EQ(c.controller->overlay().handles[0], handlePoint(label(), 0));
+}
+
+// Wherever a handle is shown a press grabs it, wherever none is shown none is grabbed; the pointer tells the same.
+TEST(Canvas, handlesAreWhereTheyCanBeGrabbed) {
+    constexpr CanvasCursor sizing[] = {CanvasCursor::NorthWestSouthEast, CanvasCursor::NorthEastSouthWest,
+                                       CanvasCursor::Vertical, CanvasCursor::Horizontal};
+    for (unsigned visible = 1; visible < 16; ++visible) {
+        SCOPED_TRACE(visible);
+        Canvas c;
+        const AnnotationId id = c.draw({100, 150, 200, 200});
+        for (size_t i = 0; i < partCount; ++i) c.controller->showPart(static_cast<Part>(i), (visible >> i & 1) != 0);
+        const TBBShape before = c.shape(id);
+        const CanvasOverlay overlay = c.controller->overlay();
+        EXPECT_FALSE(overlay.handles.empty() && overlay.polyline.empty()) << "one sees that it is selected";
+        for (const Rect& rect : {before.shape.rectangle, before.text.rectangle}) {
+            const Point corner = handlePoint(rect, 4);
+            const bool shown =
+                std::find(overlay.handles.begin(), overlay.handles.end(), corner) != overlay.handles.end();
+            const CanvasCursor cursor = c.controller->cursorAt(corner);
+            EXPECT_EQ(std::find(std::begin(sizing), std::end(sizing), cursor) != std::end(sizing), shown);
+            if (!shown) continue;
+            c.drag(corner, {corner.x + 9, corner.y + 7});
+            EXPECT_EQ(c.document->selectedId(), id);
+            EXPECT_FALSE(c.shape(id) == before);
+            c.controller->execute(EditCommand::Undo);
+        }
+    }
+}
+
+TEST(Canvas, insertMakesWhatTheSettingsSay) {
+    for (const ShapeKind kind :
+         {ShapeKind::FilledRectangle, ShapeKind::Rectangle, ShapeKind::FilledEllipse, ShapeKind::Ellipse}) {
+        Canvas c;
+        c.controller->changeKind(kind);
+        c.controller->key(Key::Insert, none);
+        c.window.finishTextEdit();
+        EXPECT_EQ(c.document->selectedAnnotation()->shape.settings.kind, kind);
+        c.drag({10, 10}, {60, 40});
+        c.controller->key(letter('A'), ctrl);
+        c.window.finishTextEdit();
+        const ShapeKind converted = c.document->selectedAnnotation()->shape.settings.kind;
+        EXPECT_EQ(converted, kind == ShapeKind::FilledRectangle ? kind : ShapeKind::Rectangle);
+    }
+}
+
+TEST(Canvas, drawingInAnAnnotationChangesItsShapeOnlyAndOnlyByStrokes) {
+    Canvas c;
+    const AnnotationId id = c.draw({100, 150, 200, 200});
+    const TBBShape frame = c.shape(id);
+    const size_t steps = c.steps();
+    c.controller->changeKind(ShapeKind::Drawing);
+    c.controller->endDrawing();
+    EXPECT_EQ(c.shape(id), frame) << "nothing was drawn";
+    EXPECT_EQ(c.steps(), steps);
+    c.controller->changeKind(ShapeKind::Drawing);
+    c.drag({120, 160}, {180, 190});
+    c.controller->endDrawing();
+    ASSERT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_EQ(c.shape(id).shape.settings.kind, ShapeKind::Drawing);
+    EXPECT_EQ(c.shape(id).text.text, "label");
+
+    // Stretched, and beyond the picture's edge: taken up and put back, or drawn in, it stays so.
+    const Rect drawn = c.shape(id).shape.rectangle;
+    c.drag({drawn.right, drawn.bottom}, {drawn.right + 40, drawn.bottom + 30});
+    c.drag({150, 180}, {-20, 180});
+    const TBBShape stretched = c.shape(id);
+    ASSERT_LT(stretched.shape.rectangle.left, 0);
+    c.controller->beginDrawing(id);
+    c.controller->endDrawing();
+    EXPECT_EQ(c.shape(id), stretched);
+    c.controller->beginDrawing(id);
+    c.drag({30, 180}, {31, 180});
+    c.controller->endDrawing();
+    EXPECT_EQ(c.shape(id).shape.rectangle.left, stretched.shape.rectangle.left);
+    EXPECT_EQ(c.shape(id).shape.rectangle.bottom, stretched.shape.rectangle.bottom);
+
+    // A new name for the capture in the middle; the strokes are still what is taken back.
+    const TBBShape before = c.shape(id);
+    c.controller->beginDrawing(id);
+    c.drag({10, 20}, {50, 20});
+    ASSERT_TRUE(c.document->run(std::make_unique<SetInfo>(SetInfo::Field::Name, "renamed")));
+    EXPECT_TRUE(c.controller->key(letter('Z'), ctrl));
+    EXPECT_EQ(c.document->info().name, "renamed");
+    EXPECT_EQ(c.shape(id), before);
+
+    // Another kind takes the ink away, from memory and from what is saved.
+    c.controller->endDrawing();
+    c.document->selectAnnotation(id);
+    c.controller->changeKind(ShapeKind::Ellipse);
+    EXPECT_EQ(c.shape(id).shape.drawing, nullptr);
+    c.controller->execute(EditCommand::Undo);
+    EXPECT_EQ(c.shape(id), before);
+
+    // Cleared: what else it shows stays.
+    c.controller->beginDrawing(id);
+    c.controller->clearDrawing();
+    c.controller->endDrawing();
+    ASSERT_EQ(c.document->annotations().size(), 1U);
+    EXPECT_EQ(c.shape(id).text, before.text);
+    EXPECT_EQ(c.shape(id).shape.drawing->size(), (Size{1, 1}));
 }
 
 TEST(Canvas, aLineIsPulledByItsEnds) {
