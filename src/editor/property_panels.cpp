@@ -154,16 +154,24 @@ wxSlider* PropertyPanels::slider(wxWindow* parent, const char* name, int low, in
     auto* made = new wxSlider(parent, wxID_ANY, low, low, high, wxDefaultPosition, wxDefaultSize,
                               wxSL_HORIZONTAL | wxSL_AUTOTICKS, wxDefaultValidator, name);
     made->SetToolTip(hint);
-    // One pull of the thumb is one step of the history.
-    made->Bind(wxEVT_SCROLL_THUMBRELEASE, [this](wxScrollEvent& event) {
-        slide_ = 0;
-        event.Skip();
-    });
-    made->Bind(wxEVT_SLIDER, [this, made, set = std::move(set)](wxCommandEvent&) {
-        if (slide_ == 0) slide_ = form_.document().newGesture();
+    // One pull of the thumb is one step of the history, each other change (a key, the wheel, a click beside the thumb)
+    // one of its own. The toolkit tells of a new value after it has told what was done with the thumb.
+    const auto apply = [this, made, set = std::move(set)] {
         const int value = made->GetValue();
         form_.controller().changeSettings([&](TShapeStyle& style) { set(style, value); }, slide_);
+    };
+    made->Bind(wxEVT_SLIDER, [apply](wxCommandEvent&) { apply(); });
+    made->Bind(wxEVT_SCROLL_THUMBTRACK, [this](wxScrollEvent& event) {
+        if (slide_ == 0) slide_ = form_.document().newGesture();
+        event.Skip();
     });
+    const auto ended = [this, apply](wxScrollEvent& event) {
+        apply();
+        slide_ = 0;
+        event.Skip();
+    };
+    made->Bind(wxEVT_SCROLL_THUMBRELEASE, ended);
+    made->Bind(wxEVT_SCROLL_CHANGED, ended);
     return made;
 }
 

@@ -39,22 +39,37 @@ void writeStyle(TCachedMemIniFile& store, const std::string& name, const TShapeS
 namespace {
 
 constexpr const char* nameKey = "styleName";
+// The options that the last used style has followed.
+constexpr const char* textPositionKey = "optionTextPosition";
+constexpr const char* numberPositionKey = "optionNumberPosition";
+constexpr const char* fontNameKey = "optionFontName";
 
 }  // namespace
 
-TShapeStyle lastUsedStyle() {
+TShapeStyle lastUsedStyle(const NewAnnotationOptions& options) {
     const std::string reserved(lastUsedStyleName);
+    const std::string section = styleSection(reserved);
     TShapeStyle style = readStyle(settings(), reserved, *predefinedStyle("Default"));
-    style.name = settings().readString(styleSection(reserved), nameKey, style.name);
+    style.name = settings().readString(section, nameKey, style.name);
+    NewAnnotationOptions followed = options;
+    followed.textPosition = settings().readInteger(section, textPositionKey, style.text.position);
+    followed.numberPosition = static_cast<NumberPosition>(
+        settings().readInteger(section, numberPositionKey, static_cast<int32_t>(style.number.position)));
+    followed.fontName = settings().readString(section, fontNameKey, style.text.fontName);
+    followChange(style, followed, options);
     // Ink cannot be drawn without a pen: the next annotation is a shape.
     if (style.shape.kind == ShapeKind::Drawing) style.shape.kind = ShapeKind::FilledRectangle;
     return style;
 }
 
-void rememberLastUsedStyle(const TShapeStyle& style) {
+void rememberLastUsedStyle(const TShapeStyle& style, const NewAnnotationOptions& options) {
     const std::string reserved(lastUsedStyleName);
+    const std::string section = styleSection(reserved);
     writeStyle(settings(), reserved, style);
-    settings().writeString(styleSection(reserved), nameKey, style.name);
+    settings().writeString(section, nameKey, style.name);
+    settings().writeInteger(section, textPositionKey, options.textPosition);
+    settings().writeInteger(section, numberPositionKey, static_cast<int32_t>(options.numberPosition));
+    settings().writeString(section, fontNameKey, options.fontName);
 }
 
 std::vector<TShapeStyle> allStyles() {

@@ -3,15 +3,17 @@
 #include <string>
 #include <vector>
 
+#include "editor/display_options.h"
 #include "editor/styles.h"
 #include "settings/cached_mem_ini_file.h"
 
 namespace glimmer {
 
-/// The style that was last used, or "Default" before there was one.
-TShapeStyle lastUsedStyle();
-/// Keeps it for the next start.
-void rememberLastUsedStyle(const TShapeStyle& style);
+/// The style that was last used, or "Default" before there was one. What the options say of new annotations' places
+/// and font is taken over where it changed since the style was kept, with or without a canvas open.
+TShapeStyle lastUsedStyle(const NewAnnotationOptions& options);
+/// Keeps it for the next start, with the options that it follows.
+void rememberLastUsedStyle(const TShapeStyle& style, const NewAnnotationOptions& options);
 
 /// The predefined styles followed by those that the user stored, in the file's order. A stored one of a predefined
 /// one's name stands in its place.

@@ -88,8 +88,9 @@ void TEditForm::attach(CaptureDocument& document) {
     CanvasHost& host = *this;
     controller_ = std::make_unique<CanvasController>(document, view_, host);
     working_ = std::make_unique<WorkingPicture>(document, *text_);
-    TShapeStyle style = lastUsedStyle();
+    TShapeStyle style = lastUsedStyle(newAnnotations_);
     keptSettings_ = style;
+    rememberLastUsedStyle(style, newAnnotations_);
     showParts(style, newAnnotations_);
     controller_->setToolSettings(std::move(style));
     applyDisplayOptions();
@@ -416,6 +417,7 @@ void TEditForm::optionsChanged() {
         followChange(style, newAnnotations_, now);
         controller_->setToolSettings(std::move(style));
         newAnnotations_ = now;
+        keepSettings();
     }
     applyDisplayOptions();
     placePanels();
@@ -426,7 +428,7 @@ void TEditForm::optionsChanged() {
 void TEditForm::keepSettings() {
     if (controller_->toolSettings() == keptSettings_) return;
     keptSettings_ = controller_->toolSettings();
-    rememberLastUsedStyle(keptSettings_);
+    rememberLastUsedStyle(keptSettings_, newAnnotations_);
 }
 
 }  // namespace glimmer

@@ -1,5 +1,6 @@
 // The keyboard: the form sees every key before its children do.
 
+#include <wx/ctrlsub.h>
 #include <wx/textctrl.h>
 #include <wx/window.h>
 
@@ -111,7 +112,13 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     // Elsewhere than on the canvas, plain keys belong to the control that has the focus.
     const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
     const bool command = held.ctrl || held.alt || *key == Key::Insert || *key == Key::Escape;
-    if (!onCanvas && !command) return false;
+    // The digits and Del are of no use to a box, a button or a slider that was just clicked; a list looks for what
+    // begins with a digit.
+    const bool digit = *key >= letter('1') && *key <= letter('4');
+    const bool typing = dynamic_cast<const wxTextEntry*>(focus) != nullptr ||
+                        dynamic_cast<const wxItemContainerImmutable*>(focus) != nullptr;
+    const bool free = !typing && !held.shift && (digit || *key == Key::Delete);
+    if (!onCanvas && !command && !free) return false;
     if (!onCanvas && dynamic_cast<const wxTextEntry*>(focus) != nullptr && !held.alt && *key != Key::Escape)
         return false;
     if (held.ctrl && !held.alt && !held.shift) {

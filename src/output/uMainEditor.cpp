@@ -162,7 +162,8 @@ void TMainEditor::run(const MainCommand& command) {
 void TMainEditor::execute(const MainCommand& command) {
     ++commandsRunning_;
     const DisplayState before = std::exchange(displayState_, DisplayState::Held);
-    if (canvas_ != nullptr) canvas_->finishEditing();
+    // A step back or forth is one within what is being drawn.
+    if (canvas_ != nullptr && command.group != CommandGroup::History) canvas_->finishEditing();
     try {
         (this->*command.handler)();
     } catch (const std::bad_alloc&) {

@@ -44,7 +44,7 @@ class CanvasForm : public testing::Test {
 protected:
     void SetUp() override {
         OptionsHolder() = Options();
-        rememberLastUsedStyle(*predefinedStyle("Default"));
+        rememberLastUsedStyle(*predefinedStyle("Default"), newAnnotationOptions(OptionsHolder()));
         document = CaptureDocument::create(page(1000, 1400), {"http://a.b/", "Title", "Name", "", 0}).take();
         frame = new wxFrame(nullptr, wxID_ANY, "Canvas", wxPoint(20, 20), wxSize(1000, 700));
         form = new TEditForm(frame, *document);

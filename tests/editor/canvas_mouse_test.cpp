@@ -2,6 +2,10 @@
 
 #include <wx/checkbox.h>
 #include <wx/slider.h>
+// clang-format off
+#include <wx/msw/wrapwin.h>
+#include <commctrl.h>
+// clang-format on
 
 #include "common/tool_button.h"
 #include "editor/canvas_fixture.h"
@@ -197,6 +201,7 @@ TEST_F(CanvasMouse, closingInTheMiddleKeepsWhatIsThere) {
     form = new TEditForm(frame, *document);
     frame->Layout();
     pump();
+    document->selectAnnotation(noAnnotation);
     form->controller().changeKind(ShapeKind::Drawing);
     mousePress(*canvas(), 300, 300);
     mouseMove(*canvas(), 400, 320);
@@ -215,16 +220,22 @@ TEST_F(CanvasMouse, panelsShowTheSelectedAnnotationAndChangeIt) {
     EXPECT_EQ(opacity->GetPageSize(), 10);
     EXPECT_EQ(width->GetMin(), 1);
     EXPECT_EQ(width->GetMax(), 11);
-    const auto slide = [](wxSlider& slider, int value) {
-        slider.SetValue(value);
-        wxCommandEvent event(wxEVT_SLIDER, slider.GetId());
-        event.SetEventObject(&slider);
-        slider.ProcessWindowEvent(event);
+    // As the control tells its parent: the thumb is pulled and let go, or stepped by a key.
+    const auto tell = [](wxSlider& slider, int value, WORD what) {
+        SendMessageW(slider.GetHWND(), TBM_SETPOS, TRUE, value);
+        SendMessageW(GetParent(slider.GetHWND()), WM_HSCROLL, MAKEWPARAM(what, what == TB_THUMBTRACK ? value : 0),
+                     reinterpret_cast<LPARAM>(slider.GetHWND()));
     };
     const size_t steps = document->history().depth();
-    for (const int value : {80, 50, 30}) slide(*opacity, value);
+    for (const int value : {80, 50, 30}) tell(*opacity, value, TB_THUMBTRACK);
+    tell(*opacity, 30, TB_THUMBPOSITION);
+    tell(*opacity, 30, TB_ENDTRACK);
     EXPECT_EQ(document->history().depth(), steps + 1) << "one pull";
-    slide(*width, 7);
+    for (const int value : {6, 7}) {
+        tell(*width, value, TB_LINEDOWN);
+        tell(*width, value, TB_ENDTRACK);
+    }
+    EXPECT_EQ(document->history().depth(), steps + 3) << "two keys";
     EXPECT_EQ(selected().shape.settings.opacity, 30);
     EXPECT_EQ(selected().line.settings.width, 7);
     test::click(*findControl(*form, "tbtnShowEllipse"));
@@ -240,6 +251,17 @@ TEST_F(CanvasMouse, panelsShowTheSelectedAnnotationAndChangeIt) {
     EXPECT_EQ(selected().shape.settings, shapes().find(first)->shape.settings);
     EXPECT_TRUE(selected().number.isVisible());
     EXPECT_TRUE(selected().text.settings.bold);
+    tell(*opacity, 90, TB_LINEDOWN);
+    tell(*opacity, 90, TB_ENDTRACK);
+    document->selectAnnotation(first);
+    pump();
+    EXPECT_EQ(opacity->GetValue(), 30) << "the sliders show what is selected";
+    // A box or slider that was clicked has the focus; the canvas's keys still work.
+    find<wxCheckBox>(*form, "chkShowNumber")->SetFocus();
+    test::pressKey('4');
+    EXPECT_FALSE(selected().number.isVisible());
+    test::pressKey(VK_DELETE);
+    EXPECT_EQ(shapes().find(first), nullptr);
 }
 
 TEST_F(CanvasMouse, freeDrawingAndCapturingHaveTheirPanels) {
@@ -306,6 +328,20 @@ TEST_F(CanvasMouse, theLastUsedStyleIsTheNextCanvassFirst) {
     form = new TEditForm(frame, *document);
     EXPECT_EQ(form->controller().toolSettings().shape.frameColour, rgb(1, 2, 3));
     EXPECT_EQ(form->controller().toolSettings().text.fontSize, 20);
+    // Options that were changed with no capture open hold for the next one, once: what is set on it later stays.
+    Options& options = OptionsHolder();
+    const Options before = options;
+    delete form;
+    options.setNumber("cmbAnnotationPlacement", 10);
+    options.setText("edtFontName", "Tahoma");
+    form = new TEditForm(frame, *document);
+    EXPECT_EQ(form->controller().toolSettings().text.position, 11);
+    EXPECT_EQ(form->controller().toolSettings().text.fontName, "Tahoma");
+    form->controller().changeSettings([](TShapeStyle& style) { style.text.position = 3; });
+    delete form;
+    form = new TEditForm(frame, *document);
+    EXPECT_EQ(form->controller().toolSettings().text.position, 3);
+    options = before;
     form->controller().setToolSettings(*predefinedStyle("Default"));
 }
 
