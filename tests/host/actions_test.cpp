@@ -120,6 +120,7 @@ TEST_F(Actions, TwoCopies) {
 }
 
 TEST_F(Actions, ThreeMails) {
+    NEEDS_MAIL_PROGRAM();
     const ScratchFolder sent("sent");
     const MailProgram program(L"mail_recorder", sent.path());
     take(GLIMMERPAD_MAIL);

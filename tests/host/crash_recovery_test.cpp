@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <windows.h>
-// After windows.h, which it needs.
-#include <shlobj.h>
 
 #include <algorithm>
 #include <chrono>
@@ -14,6 +12,7 @@
 #include "common/files.h"
 #include "editor/recovery.h"
 #include "support/child_process.h"
+#include "support/windows/test_account.h"
 
 namespace glimmer {
 namespace {
@@ -67,9 +66,7 @@ HWND findWindow(DWORD process, HWND parent, const std::function<bool(const std::
 class CrashRecovery : public testing::Test {
 protected:
     void SetUp() override {
-        wchar_t data[MAX_PATH] = L"";
-        ASSERT_EQ(SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, data), S_OK);
-        folder_ = fs::path(data) / "Glimmerpad" / "recovery";
+        ASSERT_FALSE(folder_.empty());
         std::error_code ignored;
         fs::remove_all(folder_, ignored);
     }
@@ -148,7 +145,7 @@ protected:
             "the kept capture");
     }
 
-    fs::path folder_;
+    const fs::path folder_ = test::userFolders();
 };
 
 TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {

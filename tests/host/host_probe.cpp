@@ -29,7 +29,10 @@ int settings(const std::wstring& library, uint8_t kind, bool withoutUserFolder) 
     const HMODULE module = LoadLibraryW(library.c_str());
     PROBE(module != nullptr);
     std::unique_ptr<ImportPatch> patch;
-    if (withoutUserFolder) patch = std::make_unique<ImportPatch>(module, "shell32.dll", "SHGetFolderPathW", noFolder);
+    if (withoutUserFolder) {
+        SetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", nullptr);
+        patch = std::make_unique<ImportPatch>(module, "shell32.dll", "SHGetFolderPathW", noFolder);
+    }
     static const auto* host = new HostedLibrary({}, kind, library);  // never ends, so that the file stays
     host->capture(pngOf(patternPicture(4, 3)), GLIMMERPAD_LOAD);
     PROBE(host->resumeAvailable());

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <windows.h>
-// After windows.h, which it needs.
-#include <shlobj.h>
 
 #include <array>
 #include <cstring>
@@ -15,6 +13,7 @@
 #include "support/child_process.h"
 #include "support/scratch_folder.h"
 #include "support/windows/hosted_library.h"
+#include "support/windows/test_account.h"
 
 namespace glimmer::test {
 namespace {
@@ -139,11 +138,7 @@ TEST_F(Library, StandsAnyAlignmentOfTheHostsStack) {
 }
 #endif
 
-fs::path userFolder() {
-    std::array<wchar_t, MAX_PATH> folder{};
-    SHGetFolderPathW(nullptr, CSIDL_APPDATA, nullptr, SHGFP_TYPE_CURRENT, folder.data());
-    return folder.data();
-}
+fs::path userFolder() { return userFolders() / "AppData/Roaming"; }
 
 /// Runs a copy of the probe under a name, with a copy of the library in a folder.
 int probe(const char* task, const fs::path& program, const fs::path& libraryFolder, int kind) {

@@ -138,13 +138,17 @@ TEST_F(SaverFailure, AFullDisk) {
     EXPECT_TRUE(document_->modified());
 }
 
-/// A drive letter of the Wine prefix for a folder, that can be taken away like a drive that is pulled out.
+/// A drive letter for a folder, that can be taken away like a drive that is pulled out.
 class Drive {
 public:
     explicit Drive(const fs::path& folder) {
         inserted = this;
         while (((GetLogicalDrives() >> static_cast<unsigned>(letter_ - 'A')) & 1U) != 0) --letter_;
-        EXPECT_EQ(test::runTool("ln -s " + test::quotedForTool(folder) + " " + link()).code, 0);
+        // Wine's own function makes a drive that has no files.
+        if (test::toolsAreHere())
+            EXPECT_EQ(test::runTool("ln -s " + test::quotedForTool(folder) + " " + link()).code, 0);
+        else
+            EXPECT_NE(DefineDosDeviceW(0, name().c_str(), folder.c_str()), FALSE);
     }
     ~Drive() { pull(); }
     Drive(const Drive&) = delete;
@@ -153,7 +157,12 @@ public:
     Drive& operator=(Drive&&) = delete;
 
     [[nodiscard]] fs::path path() const { return std::string(1, letter_) + ":\\"; }
-    void pull() const { EXPECT_EQ(test::runTool("rm -f " + link()).code, 0); }
+    void pull() const {
+        if (test::toolsAreHere())
+            EXPECT_EQ(test::runTool("rm -f " + link()).code, 0);
+        else
+            DefineDosDeviceW(DDD_REMOVE_DEFINITION, name().c_str(), nullptr);
+    }
     /// Pulls the drive out under a file that is being written.
     static size_t pullAndWrite(const void* data, size_t size, size_t count, std::FILE* file) {
         setFileWriter(nullptr);
@@ -162,7 +171,8 @@ public:
     }
 
 private:
-    /// Beside that of drive C.
+    [[nodiscard]] std::wstring name() const { return {static_cast<wchar_t>(letter_), L':'}; }
+    /// Of Wine's prefix, beside that of drive C.
     [[nodiscard]] std::string link() const {
         return "\"$(dirname " + test::quotedForTool("C:\\") + ")/" + static_cast<char>(letter_ - 'A' + 'a') + ":\"";
     }

@@ -22,6 +22,7 @@
 #include "settings/settings_path.h"
 #include "support/recorded_messages.h"
 #include "support/windows/forms.h"
+#include "support/windows/own_registry.h"
 
 namespace glimmer {
 namespace {
@@ -90,7 +91,6 @@ protected:
     void TearDown() override {
         dialog_->Destroy();
         test::pump();
-        ASSERT_TRUE(setRunAtStartup(false, "").ok());
     }
     void open() {
         if (dialog_ != nullptr) dialog_->Destroy();
@@ -108,6 +108,7 @@ protected:
         test::click(*applyButton());
     }
 
+    const test::OwnRegistry registry_;  // "run at startup" stands there
     test::RecordedMessages boxes_;
     std::shared_ptr<FakeAssociations> associations_ = std::make_shared<FakeAssociations>();
     OptionsServices services_;

@@ -11,6 +11,7 @@
 
 #include "common/text.h"
 #include "settings/hot_key.h"
+#include "support/windows/own_keys.h"
 
 namespace glimmer::test {
 
@@ -48,7 +49,7 @@ INPUT keyInput(WORD key, WORD unicode, DWORD flags) {
 
 /// Sends the input and waits until it has come through the queue: a marker message follows it.
 void send(std::vector<INPUT> inputs) {
-    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+    sendToOurWindows(std::move(inputs));
     // Input has a queue of its own that is read after posted messages, so an empty one of both is the sign.
     pumpUntil([] { return (GetQueueStatus(QS_INPUT) >> 16U) == 0; }, "the keyboard input");
     pump();

@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "support/windows/test_account.h"
 #include "support/windows/watchdog.h"
 
 int main(int argc, char** argv) {
+    glimmer::test::useOwnFolders();
     testing::InitGoogleTest(&argc, argv);
     constexpr unsigned longestTest = 240;  // seconds; on a quiet machine none takes half a minute
     glimmer::test::startWatchdog(longestTest);

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "support/windows/own_keys.h"
+
 namespace glimmer::test {
 
 namespace {
@@ -166,7 +168,7 @@ void pressKey(WORD key, std::initializer_list<WORD> held) {
     inputs.push_back(keyInput(key, 0));
     inputs.push_back(keyInput(key, KEYEVENTF_KEYUP));
     for (const WORD one : held) inputs.push_back(keyInput(one, KEYEVENTF_KEYUP));
-    SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
+    sendToOurWindows(std::move(inputs));
 }
 
 bool pressButton(HWND window, const std::wstring& caption) {

@@ -5,6 +5,8 @@
 #include <fstream>
 #include <utility>
 
+#include "support/windows/test_account.h"
+
 namespace glimmer::test {
 
 namespace {
@@ -24,9 +26,7 @@ void GLIMMERPAD_NOTIFY notify(const char* name, const wchar_t* value) {
 }  // namespace
 
 std::filesystem::path programFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::filesystem::path(path).parent_path().parent_path() / "bin";
+    return buildFolder() / "bin";
 }
 
 std::filesystem::path libraryPath() { return programFolder() / "glimmerpad.dll"; }

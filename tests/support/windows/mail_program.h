@@ -7,15 +7,21 @@
 #include <string>
 
 #include "support/child_process.h"
+#include "support/windows/test_account.h"
+
+#define NEEDS_MAIL_PROGRAM() \
+    if (!glimmer::test::isTestMachine()) GTEST_SKIP() << "a mail program would be registered for all users"
 
 namespace glimmer::test {
 
 /// A mail program registered for this user's system while the object lives: one of the recorders built of
-/// mail_recorder.cpp, or with an empty name none at all.
+/// mail_recorder.cpp, or with an empty name none at all. That is written for all users, so it does nothing but on a
+/// test machine; a test that needs it begins with NEEDS_MAIL_PROGRAM().
 class MailProgram {
 public:
     /// It writes what it is handed into the folder and answers that number.
     MailProgram(const std::wstring& library, const std::filesystem::path& folder, int answer = 0) {
+        if (!isTestMachine()) return;
         SetEnvironmentVariableW(L"GLIMMER_MAIL_RECORD", folder.c_str());
         SetEnvironmentVariableW(L"GLIMMER_MAIL_ANSWER", std::to_wstring(answer).c_str());
         DWORD size = sizeof before_;
@@ -26,6 +32,7 @@ public:
         set(clients, L"", library.empty() ? L"" : L"Glimmerpad test");
     }
     ~MailProgram() {
+        if (!isTestMachine()) return;
         set(clients, L"", hadOne_ ? before_ : L"");
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, own);
     }

@@ -3,15 +3,17 @@
 
 #include "support/windows/native_tool.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 
 #include "common/files.h"
 #include "common/wide_text.h"
 #include "support/scratch_folder.h"
+#include "support/windows/test_account.h"
 
 namespace glimmer::test {
 
@@ -19,10 +21,15 @@ namespace {
 
 constexpr std::chrono::seconds patience{120};
 
-std::string unixPath(const std::filesystem::path& path) {
-    using UnixName = char*(CDECL*)(const wchar_t*);
-    const auto name = reinterpret_cast<UnixName>(
+using UnixName = char*(CDECL*)(const wchar_t*);
+
+UnixName unixName() {
+    return reinterpret_cast<UnixName>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+}
+
+std::string unixPath(const std::filesystem::path& path) {
+    const UnixName name = unixName();
     char* text = name != nullptr ? name(std::filesystem::absolute(path).c_str()) : nullptr;
     if (text == nullptr) {
         ADD_FAILURE() << "no tool can read " << utf8FromPath(path);
@@ -38,11 +45,54 @@ std::string readAll(const std::filesystem::path& path) {
     return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
 }
 
+/// Of the running test: what is to be judged elsewhere.
+std::filesystem::path exchangeFolder() {
+    const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = std::string(test.test_suite_name()) + "." + test.name();
+    std::replace(name.begin(), name.end(), '/', '-');  // of a test with parameters
+    std::filesystem::path folder = resultsFolder() / "exchange" / name;
+    std::filesystem::create_directories(folder);
+    return folder;
+}
+
+/// For `./dev exchange`: the shell's command line, and the texts that its output must have, one a line.
+void keepForLater(const std::string& command, const std::vector<std::string>& says) {
+    const std::filesystem::path folder = exchangeFolder();
+    int number = 1;
+    while (std::filesystem::exists(folder / (std::to_string(number) + ".command"))) ++number;
+    std::string all;
+    for (const std::string& text : says) all += text + "\n";
+    for (const auto& [kind, text] : {std::pair(".command", command + "\n"), std::pair(".says", all)})
+        EXPECT_TRUE(writeFile(folder / (std::to_string(number) + kind),
+                              {reinterpret_cast<const uint8_t*>(text.data()), text.size()})
+                        .ok());
+}
+
 }  // namespace
+
+bool toolsAreHere() {
+    // The variable lets the other way be tried here.
+    return unixName() != nullptr && GetEnvironmentVariableW(L"GLIMMERPAD_EXCHANGE", nullptr, 0) == 0;
+}
 
 std::string quotedForTool(const std::filesystem::path& path) {
     std::string text = "'";
-    return text.append(unixPath(path)).append("'");
+    if (toolsAreHere()) return text.append(unixPath(path)).append("'");
+    // The command will run in the folder that it is copied to.
+    using std::filesystem::copy_options;
+    std::filesystem::copy(path, exchangeFolder() / path.filename(),
+                          copy_options::recursive | copy_options::overwrite_existing);
+    return text.append(utf8FromPath(path.filename())).append("'");
+}
+
+void expectTool(const std::string& command, const std::vector<std::string>& says) {
+    if (!toolsAreHere()) {
+        keepForLater(command, says);
+        return;
+    }
+    const ToolResult tool = runTool(command);
+    EXPECT_EQ(tool.code, 0) << command << ": " << tool.output;
+    for (const std::string& text : says) EXPECT_THAT(tool.output, testing::HasSubstr(text)) << command;
 }
 
 ToolResult runTool(const std::string& command) {

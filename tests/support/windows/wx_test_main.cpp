@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <exception>
 
+#include "support/windows/test_account.h"
+
 namespace {
 
 class TestApp : public wxApp {
@@ -37,6 +39,7 @@ public:
 }  // namespace
 
 int main(int argc, char** argv) {
+    glimmer::test::useOwnFolders();
     testing::InitGoogleTest(&argc, argv);
     wxApp::SetInstance(new TestApp);  // owned by the toolkit
     int noArguments = 0;
