@@ -1,14 +1,66 @@
 #include "editor/label_editor.h"
 
+#include <wx/msw/wrapwin.h>
+#include <wx/textctrl.h>
+// After what it needs.
+#include <imm.h>
+
 #include <algorithm>
 
-#include "editor/rich_text_painter.h"
+#include "common/system_library.h"
+#include "editor/label_control.h"
 #include "editor/uEditor.h"
 
 namespace glimmer {
 
+/// A rich edit that knows when an input method is at work in it. The input method says so by messages; older ones are
+/// asked for what they have composed so far.
+class LabelEditor::Control : public wxTextCtrl {
+public:
+    [[nodiscard]] bool composing() const { return composing_ || composedSoFar(); }
+
+    /// What is being composed becomes text as it stands.
+    void endComposition() {
+        static const auto notify = systemFunction<decltype(&ImmNotifyIME)>(L"imm32.dll", "ImmNotifyIME");
+        if (notify == nullptr || !composing()) return;
+        withContext([](HIMC context) { return notify(context, NI_COMPOSITIONSTR, CPS_COMPLETE, 0) != FALSE; });
+        composing_ = false;
+    }
+
+protected:
+    WXLRESULT MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override {
+        if (message == WM_IME_STARTCOMPOSITION) composing_ = true;
+        const WXLRESULT answer = wxTextCtrl::MSWWindowProc(message, wParam, lParam);
+        if (message == WM_IME_ENDCOMPOSITION || message == WM_KILLFOCUS) composing_ = false;
+        return answer;
+    }
+
+private:
+    template <class Action>
+    bool withContext(Action action) const {
+        static const auto get = systemFunction<decltype(&ImmGetContext)>(L"imm32.dll", "ImmGetContext");
+        static const auto release = systemFunction<decltype(&ImmReleaseContext)>(L"imm32.dll", "ImmReleaseContext");
+        const HIMC context = get == nullptr || release == nullptr ? nullptr : get(GetHWND());
+        if (context == nullptr) return false;
+        const bool answer = action(context);
+        release(GetHWND(), context);
+        return answer;
+    }
+    [[nodiscard]] bool composedSoFar() const {
+        static const auto ask =
+            systemFunction<decltype(&ImmGetCompositionStringW)>(L"imm32.dll", "ImmGetCompositionStringW");
+        return ask != nullptr && withContext([](HIMC context) { return ask(context, GCS_COMPSTR, nullptr, 0) > 0; });
+    }
+
+    bool composing_ = false;
+};
+
+bool LabelEditor::owns(const wxWindow* window) const { return edit_ != nullptr && window == edit_; }
+
+bool LabelEditor::composing() const { return edit_ != nullptr && edit_->composing(); }
+
 void LabelEditor::makeControl() {
-    edit_ = new wxTextCtrl();
+    edit_ = new Control();
     edit_->Hide();
     edit_->Create(canvas_, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                   wxTE_MULTILINE | wxTE_RICH2 | wxTE_NO_VSCROLL | wxBORDER_NONE, wxDefaultValidator,
@@ -33,6 +85,7 @@ void LabelEditor::begin(AnnotationId id) {
 }
 
 void LabelEditor::end() {
+    edit_->endComposition();
     takeText();
     id_ = noAnnotation;
     const bool focused = edit_->HasFocus();
@@ -53,12 +106,15 @@ void LabelEditor::takeText() {
 
 void LabelEditor::format() {
     const TBBShape* shape = form_.document().annotations().find(id_);
+    // Formatting selects, which would break off what an input method composes; the timer comes back to it.
+    if (edit_->composing()) return;
+    const HWND control = edit_->GetHWND();
     if (shape->text.settings == formatted_ && formattedZoom_ == form_.zoom() &&
-        labelControlIsAligned(edit_->GetHWND(), formatted_.alignment))
+        labelControlIsAligned(control, formatted_.alignment) && !labelControlIsZoomed(control))
         return;
     formatted_ = shape->text.settings;
     formattedZoom_ = form_.zoom();
-    formatLabelControl(edit_->GetHWND(), formatted_, form_.zoom() / 100.0);
+    formatLabelControl(control, formatted_, form_.zoom() / 100.0);
 }
 
 void LabelEditor::place() {
@@ -70,9 +126,14 @@ void LabelEditor::place() {
     }
     format();
     const Rect area = form_.inView(TTextObject::textArea(shape->text.rectangle.normalized()));
-    // A little wider than the text, so that the control does not wrap where the label does not.
-    const wxRect place(area.left, area.top, std::max(area.width(), 24) + 2, std::max(area.height(), 12) + 2);
-    if (edit_->GetRect() != place) edit_->SetSize(place);
+    const Size text = {std::max(area.width(), 24), std::max(area.height(), 12)};
+    const wxRect place(area.left, area.top, text.width + labelControlSlack, text.height + labelControlSlack);
+    if (edit_->GetRect() == place) return;
+    edit_->SetSize(place);
+    // In its own size the text wraps as the label does. Letters of other sizes are not wider in exactly that
+    // proportion: they have all the room, so that the control does not wrap where the label does not.
+    const int32_t room = form_.zoom() == 100 ? 0 : labelControlSlack;
+    setLabelControlArea(edit_->GetHWND(), {text.width + room, text.height});
 }
 
 }  // namespace glimmer

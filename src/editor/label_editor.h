@@ -1,6 +1,6 @@
 #pragma once
 
-#include <wx/textctrl.h>
+#include <wx/window.h>
 
 #include "editor/content.h"
 
@@ -22,20 +22,23 @@ public:
     /// The annotation that is being edited, or noAnnotation.
     [[nodiscard]] AnnotationId annotation() const { return id_; }
     [[nodiscard]] bool IsShown() const { return id_ != noAnnotation; }
-    [[nodiscard]] bool owns(const wxWindow* window) const { return edit_ != nullptr && window == edit_; }
+    [[nodiscard]] bool owns(const wxWindow* window) const;
+    /// An input method is composing a character in it: all keys are the input method's.
+    [[nodiscard]] bool composing() const;
     /// Brings the window to the label's place at the current zoom.
     void place();
     /// Every half second while editing: takes over what came without a message (dead keys, input methods).
     void timer() { takeText(); }
 
 private:
+    class Control;
     void makeControl();
     void takeText();
     void format();
 
     TEditForm& form_;
     wxWindow* canvas_;
-    wxTextCtrl* edit_ = nullptr;
+    Control* edit_ = nullptr;
     AnnotationId id_ = noAnnotation;
     std::string known_;        ///< text as the capture has it
     TTextSettings formatted_;  ///< what the window was last formatted as

@@ -2,36 +2,36 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "editor/label_control.h"
+#include "editor/label_drawing.h"
 #include "editor/text_painter.h"
 
 namespace glimmer {
 
-// A label looks the same whether it is painted or being edited since one kind of control does both: a rich edit
-// (class RICHEDIT50W) with the same format and the same width. These functions give any such control a label's form;
-// the in-place editor uses them, and so does the painter below.
+/// The ways of drawing labels and which of them serves. That is found out with the first label and holds for all
+/// painters that share the choice: those of the process, unless a test has its own.
+struct LabelDrawingChoice {
+    static constexpr int unknown = -1;
+    std::function<LabelDrawings(const LabelControl&)> make = [](const LabelControl& c) { return allLabelDrawings(c); };
+    std::atomic<int> way = unknown;  ///< index among what `make` makes
+    std::atomic<bool> told = false;  ///< a label without a pixel was reported
+};
 
-/// Makes a rich edit ready for labels: plain text, no blank margins, no undo of its own, as much text as a label may
-/// have. Once, after it was created.
-void prepareLabelControl(HWND richEdit);
-/// Font, colours and alignment of the whole text, for a label shown at `zoom` times its size. Keeps the selection.
-void formatLabelControl(HWND richEdit, const TTextSettings& settings, double zoom = 1);
-/// Whether the paragraph at the caret has that alignment; replacing all text can lose it.
-bool labelControlIsAligned(HWND richEdit, TextAlignment alignment);
-/// Replaces the text; lines end in "\n". Never read as RTF.
-void setLabelControlText(HWND richEdit, const std::string& text);
-std::string labelControlText(HWND richEdit);
-
-/// Text by a rich edit control that is never shown (`edtAnnotationForPainting`). Many captures have no text, and such a
-/// control takes time to make: it is made when the first text comes.
+/// Text by a rich edit control that is never shown (`edtAnnotationForPainting`): it measures as the in-place editor
+/// wraps, and draws, or has the same control without a window draw (label_drawing.h). Many captures have no text, and
+/// such a control takes time to make: it is made when the first text comes.
 class RichTextPainter : public TextPainter {
 public:
     /// With a hidden control of its own. The thread needs no window of its own, but user-interface rights.
     RichTextPainter();
     /// With a control that `makeControl` makes and somebody else keeps alive; it is used for painting only.
-    explicit RichTextPainter(std::function<HWND()> makeControl);
+    explicit RichTextPainter(LabelControl makeControl);
+    RichTextPainter(LabelControl makeControl, LabelDrawingChoice& choice);
     ~RichTextPainter() override;
 
     Size measure(const TTextSettings& font, const std::string& text, int32_t width) override;
@@ -39,15 +39,21 @@ public:
     [[nodiscard]] HWND control();
 
 protected:
+    /// Throws AssertionFailure, once, when no way draws a text that must be seen and the option "Debug mode" is on.
     TextMask render(const TTextSettings& font, const std::string& text, Size area) override;
 
 private:
-    void layOut(const TTextSettings& font, const std::wstring& text, Size area);
-    std::wstring withLongWordsBroken(const std::wstring& text);
+    HWND ownControl();
+    std::wstring withLongWordsBroken(const TTextSettings& font, const std::wstring& text, Size area);
+    TextMask draw(LabelDrawing& drawing, const TTextSettings& font, const std::wstring& text, Size area);
+    int findWay();
+    bool mustBeSeen(const TTextSettings& font, const std::wstring& text, Size area);
 
-    std::function<HWND()> makeControl_;
+    LabelControl makeControl_;  ///< none: all is done with the control of its own
+    LabelDrawingChoice& choice_;
+    LabelDrawings drawings_;
     HWND control_ = nullptr;
-    bool owned_ = false;
+    HWND ownControl_ = nullptr;
 };
 
 }  // namespace glimmer

@@ -65,6 +65,8 @@ void TEditForm::takeFocus(bool fromBehind) {
 bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     const wxWindow* focus = FindFocus();
     if (labelEditor_->owns(focus)) {
+        // An input method has them all: Esc gives up what it composes, and not the label.
+        if (labelEditor_->composing()) return false;
         // The label's own editor has the keys, but for the one that ends it.
         if (event.GetKeyCode() == WXK_ESCAPE || (event.GetKeyCode() == WXK_RETURN && event.ControlDown())) {
             finishTextEdit();
