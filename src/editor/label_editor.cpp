@@ -29,6 +29,11 @@ public:
 
 protected:
     WXLRESULT MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override {
+        // Shift+Enter ends a line as Enter does; the control would put a sign of its own there.
+        if (wParam == VK_RETURN && (message == WM_KEYDOWN || message == WM_CHAR) && GetKeyState(VK_SHIFT) < 0) {
+            if (message == WM_KEYDOWN) WriteText("\n");
+            return 0;
+        }
         if (message == WM_IME_STARTCOMPOSITION) composing_ = true;
         const WXLRESULT answer = wxTextCtrl::MSWWindowProc(message, wParam, lParam);
         if (message == WM_IME_ENDCOMPOSITION || message == WM_KILLFOCUS) composing_ = false;

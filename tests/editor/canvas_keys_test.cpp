@@ -2,11 +2,15 @@
 
 #include <wx/dialog.h>
 #include <wx/menu.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/vlbox.h>
+// After what it needs.
+#include <richedit.h>
 
 #include "common/tool_button.h"
 #include "editor/canvas_fixture.h"
 #include "editor/clipboard_window.h"
+#include "editor/label_control.h"
 
 namespace glimmer {
 namespace {
@@ -151,6 +155,30 @@ TEST_F(CanvasKeys, digitsInALabelAreTextAndToggleNothing) {
     pressKey(VK_ESCAPE);
     EXPECT_FALSE(labelEdit().IsShown());
     EXPECT_EQ(shapes().find(id)->text.text, "4");
+}
+
+TEST_F(CanvasKeys, shiftEnterIsALineAndEscLeavesTheLabelToAnInputMethod) {
+    const AnnotationId id = draw({150, 150, 250, 200}, "x");
+    pressKey(VK_RETURN);
+    ASSERT_TRUE(labelEdit().IsShown());
+    const HWND edit = labelEdit().GetHWND();
+    SendMessageW(edit, EM_SETSEL, 1, 1);
+    SendMessageW(edit, EM_REPLACESEL, FALSE, reinterpret_cast<LPARAM>(L"\vy"));  // as Windows' control does it
+    pressKey(VK_RETURN, shiftKey);
+    test::typeText("z");
+    EXPECT_EQ(shapes().find(id)->text.text, "x\ny\nz");
+
+    SendMessageW(edit, EM_SETZOOM, 3, 2);  // as the toolkit does on a monitor with another scaling
+    SendMessageW(edit, WM_IME_STARTCOMPOSITION, 0, 0);
+    pressKey(VK_ESCAPE);
+    EXPECT_TRUE(labelEdit().IsShown()) << "the input method's";
+    EXPECT_EQ(shapes().find(id)->text.text, "x\ny\nz");
+    SendMessageW(edit, WM_IME_ENDCOMPOSITION, 0, 0);
+    test::typeText("!");
+    EXPECT_FALSE(labelControlIsZoomed(edit));
+    pressKey(VK_ESCAPE);
+    EXPECT_FALSE(labelEdit().IsShown());
+    EXPECT_EQ(shapes().find(id)->text.text, "x\ny\nz!");
 }
 
 TEST_F(CanvasKeys, renumberingTakesAtLeastOneAnnotation) {

@@ -9,7 +9,9 @@
 #include <cmath>
 #include <cstring>
 
+#include "common/assertion.h"
 #include "editor/annotation_painter.h"
+#include "settings/options.h"
 
 namespace glimmer {
 namespace {
@@ -95,30 +97,177 @@ private:
     HWND control_ = nullptr;
 };
 
+/// A control that does what Windows' one is documented to do, and no more: it does not print itself, it formats its
+/// text for a device as wide as it is told, it takes no notice of its size in a minimised form.
+class WindowsControl {
+public:
+    explicit WindowsControl(HWND parent = nullptr) {
+        window = createLabelControl();
+        if (parent != nullptr) {
+            SetWindowLongW(window, GWL_STYLE, WS_CHILD | ES_MULTILINE);
+            SetParent(window, parent);
+        }
+        own_ = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(answer)));
+    }
+    ~WindowsControl() { DestroyWindow(window); }
+    WindowsControl(const WindowsControl&) = delete;
+    WindowsControl& operator=(const WindowsControl&) = delete;
+
+    HWND window = nullptr;
+    inline static bool formats = true;
+    inline static int kept = 0;  ///< devices whose facts it keeps
+
+private:
+    static LRESULT CALLBACK answer(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+        const bool iconic = IsIconic(GetAncestor(control, GA_ROOT)) != FALSE;
+        if (message == WM_PRINTCLIENT || (message == EM_SETRECT && iconic)) return 0;
+        if (message == WM_WINDOWPOSCHANGING && iconic) reinterpret_cast<WINDOWPOS*>(lParam)->flags |= SWP_NOSIZE;
+        if (message == EM_FORMATRANGE && lParam == 0) return kept = 0;
+        if (message == EM_FORMATRANGE) {
+            const auto& range = *reinterpret_cast<FORMATRANGE*>(lParam);
+            if (!formats) return 0;
+            ++kept;
+            const int across = GetDeviceCaps(range.hdcTarget, LOGPIXELSX);
+            const int down = GetDeviceCaps(range.hdcTarget, LOGPIXELSY);
+            RECT area = {0, 0, MulDiv(range.rc.right - range.rc.left, across, 1440),
+                         MulDiv(range.rc.bottom - range.rc.top, down, 1440)};
+            SetWindowPos(control, nullptr, 0, 0, area.right, area.bottom, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+            SendMessageW(control, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&area));
+            CallWindowProcW(own_, control, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(range.hdc), PRF_CLIENT);
+            return GetWindowTextLengthW(control);
+        }
+        return CallWindowProcW(own_, control, message, wParam, lParam);
+    }
+    inline static WNDPROC own_ = nullptr;
+};
+
+HRESULT WINAPI noTextServices(IUnknown*, ITextHost*, IUnknown** services) {
+    *services = nullptr;
+    return E_FAIL;
+}
+
+enum Way { ByTextServices, ByFormatting, ByPrinting };
+
+/// A painter that has only that way, and for formatting nothing but what Windows documents.
+struct OneWay {
+    explicit OneWay(Way way) {
+        choice.make = [way](const LabelControl& control) {
+            LabelDrawings all = allLabelDrawings(control);
+            LabelDrawings one;
+            one.push_back(std::move(all[way]));
+            return one;
+        };
+        if (way == ByFormatting) control = std::make_unique<WindowsControl>();
+        const LabelControl make = [this] { return control->window; };
+        painter = std::make_unique<RichTextPainter>(control == nullptr ? LabelControl() : make, choice);
+    }
+    std::unique_ptr<WindowsControl> control;
+    LabelDrawingChoice choice;
+    std::unique_ptr<RichTextPainter> painter;
+};
+
 TEST(RichTextPainter, PaintsWhatTheEditorShows) {
-    RichTextPainter painter;
-    ASSERT_NE(painter.control(), nullptr);
     constexpr Size size = {180, 200};
     EditorWindow editor(size);
-    for (const Look& look : looks) {
-        for (const char* text : texts) {
-            const TTextSettings settings = settingsOf(look);
-            setLabelControlText(editor.control(), text);
-            formatLabelControl(editor.control(), settings);
-            EXPECT_EQ(labelControlText(editor.control()), text);
-            const auto mask = painter.mask(settings, text, size);
-            const std::vector<int> shown = editor.shown(size);
-            ASSERT_EQ(shown.size(), mask->coverage.size());
-            int64_t ink = 0;
-            int64_t difference = 0;
-            for (size_t i = 0; i < shown.size(); ++i) {
-                ink += shown[i];
-                difference += std::abs(shown[i] - mask->coverage[i]);
+    for (const Way way : {ByTextServices, ByFormatting, ByPrinting}) {
+        OneWay one(way);
+        RichTextPainter& painter = *one.painter;
+        ASSERT_NE(painter.control(), nullptr);
+        for (const Look& look : looks) {
+            for (const char* text : texts) {
+                const TTextSettings settings = settingsOf(look);
+                setLabelControlText(editor.control(), text);
+                formatLabelControl(editor.control(), settings);
+                EXPECT_EQ(labelControlText(editor.control()), text);
+                const auto mask = painter.mask(settings, text, size);
+                const std::vector<int> shown = editor.shown(size);
+                ASSERT_EQ(shown.size(), mask->coverage.size());
+                int64_t ink = 0;
+                int64_t difference = 0;
+                for (size_t i = 0; i < shown.size(); ++i) {
+                    ink += shown[i];
+                    difference += std::abs(shown[i] - mask->coverage[i]);
+                }
+                EXPECT_GT(ink, 2000) << text;
+                EXPECT_LE(difference, ink / 50) << text << ", " << look.size << " points, way " << way;
             }
-            EXPECT_GT(ink, 2000) << text;
-            EXPECT_LE(difference, ink / 50) << text << ", " << look.size << " points";
+        }
+        EXPECT_EQ(WindowsControl::kept, 0) << "what the control kept of a device is given back";
+    }
+}
+
+// On Windows a control prints nothing; where text services are missing as well, it formats for a device.
+TEST(RichTextPainter, TakesTheFirstWayThatDrawsAndNeverLeavesALabelEmpty) {
+    const WindowsControl control;
+    const LabelControl make = [&] { return control.window; };
+    const auto onWindows = [](const LabelControl& edit) { return allLabelDrawings(edit, noTextServices); };
+    const auto inked = [](const TextMask& mask) {
+        return std::any_of(mask.coverage.begin(), mask.coverage.end(), [](uint8_t covered) { return covered != 0; });
+    };
+    RichTextPainter usual;
+    const auto expected = usual.mask({}, "Hamburg", {100, 30});
+
+    LabelDrawingChoice choice;
+    choice.make = onWindows;
+    EXPECT_EQ(RichTextPainter(make, choice).mask({}, "Hamburg", {100, 30})->coverage, expected->coverage);
+    EXPECT_EQ(choice.way, ByFormatting);
+    choice.way = ByPrinting;
+    EXPECT_EQ(RichTextPainter(make, choice).mask({}, "Hamburg", {100, 30})->coverage, expected->coverage);
+
+    // Drawing something is not enough: it has to be the text, in its lines.
+    class Blot final : public LabelDrawing {
+        void draw(const TTextSettings&, const std::wstring&, Size area, HDC dc) override {
+            RECT all = {0, 0, area.width, area.height};
+            FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+        }
+    };
+    LabelDrawingChoice blotted;
+    blotted.make = [](const LabelControl& edit) {
+        LabelDrawings all = allLabelDrawings(edit);
+        all.insert(all.begin(), std::make_unique<Blot>());
+        return all;
+    };
+    EXPECT_EQ(RichTextPainter(make, blotted).mask({}, "Hamburg", {100, 30})->coverage, expected->coverage);
+
+    WindowsControl::formats = false;
+    LabelDrawingChoice none;
+    none.make = onWindows;
+    RichTextPainter blind(make, none);
+    EXPECT_FALSE(inked(*blind.mask({}, " \n", {100, 60})));
+    EXPECT_FALSE(inked(*blind.mask({}, "\n\nlow", {100, 30}))) << "no letter has its place in the area";
+    OptionsHolder().setOn("chkDebugMode", true);
+    EXPECT_THROW(static_cast<void>(blind.mask({}, "Hamburg", {100, 30})), AssertionFailure);
+    EXPECT_FALSE(inked(*blind.mask({}, "Hamburg", {100, 30}))) << "once is enough";
+    OptionsHolder() = Options();
+    WindowsControl::formats = true;
+}
+
+// What a toolkit does when its window comes to a monitor with another scaling, and a minimised window.
+TEST(RichTextPainter, KnowsNoMonitorAndNoMinimisedForm) {
+    const HWND form = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 300, 200, nullptr,
+                                      nullptr, nullptr, nullptr);
+    {
+        const WindowsControl control(form);
+        LabelDrawingChoice choice;
+        choice.make = [](const LabelControl& edit) { return allLabelDrawings(edit, noTextServices); };
+        RichTextPainter painter([&] { return control.window; }, choice);
+        const std::string text = "many words that cannot stand on one line";
+        const Size size = painter.measure({}, text, 90);
+        const auto mask = painter.mask({}, "other words " + text, size);
+        RichTextPainter moved([&] { return control.window; }, choice);
+        for (int step = 0; step < 2; ++step) {
+            SendMessageW(control.window, EM_SETZOOM, 3, 2);
+            if (step == 1) ShowWindow(form, SW_MINIMIZE);
+            EXPECT_EQ(moved.measure({}, text, 60), RichTextPainter().measure({}, text, 60)) << step;
+            EXPECT_EQ(moved.measure({}, text, 90), size) << step;
+            SendMessageW(control.window, EM_SETZOOM, 3, 2);
+            EXPECT_EQ(
+                RichTextPainter([&] { return control.window; }, choice).mask({}, "other words " + text, size)->coverage,
+                mask->coverage)
+                << step;
         }
     }
+    DestroyWindow(form);
 }
 
 TEST(RichTextPainter, MeasuresTheLinesOfTheEditor) {
@@ -184,8 +333,12 @@ TEST(RichTextPainter, TakesAnyText) {
     }
 }
 
-TEST(RichTextPainter, PaintsALabelInItsColourOnAnyGround) {
-    RichTextPainter painter;
+class LabelColours : public testing::TestWithParam<Way> {};
+INSTANTIATE_TEST_SUITE_P(EachWay, LabelColours, testing::Values(ByTextServices, ByFormatting, ByPrinting));
+
+TEST_P(LabelColours, AreTheLabelsOwnOnAnyGround) {
+    const OneWay one(GetParam());
+    RichTextPainter& painter = *one.painter;
     TBBShape shape(*predefinedStyle("Default"), {10, 100, 200, 150});
     shape.text.settings.filled = false;
     shape.text.settings.textColour = rgb(0, 0, 255);
