@@ -50,6 +50,11 @@ if(WIN32)
         ClosePrinter@4 DocumentPropertiesW@24 GetPrinterW@20 OpenPrinterW@12)
     glimmer_delayed_library(delayed_oleacc OLEACC.DLL CreateStdAccessibleObject@16 LresultFromObject@12)
     glimmer_delayed_library(delayed_winmm WINMM.DLL PlaySoundW@12)
+    # src/common/delayed_libraries.cpp says where they are loaded from; the linker's own empty answer comes after it.
+    set(delayed_hook -Wl,-u,__pfnDliNotifyHook2)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+        set(delayed_hook -Wl,-u,___pfnDliNotifyHook2)
+    endif()
     # First: what they have is not looked for in the usual libraries, which the toolkit names too.
     list(APPEND wx_archives ${wx_libs})
     list(FILTER wx_archives EXCLUDE REGEX "^-l")
@@ -63,6 +68,6 @@ if(WIN32)
             target_compile_definitions(glimmer_dep_wx INTERFACE ${CMAKE_MATCH_1})
         endif()
     endforeach()
-    target_link_libraries(glimmer_dep_wx INTERFACE ${wx_archives} ${delayed_comdlg32} ${delayed_winspool}
+    target_link_libraries(glimmer_dep_wx INTERFACE ${delayed_hook} ${wx_archives} ${delayed_comdlg32} ${delayed_winspool}
         ${delayed_oleacc} ${delayed_winmm} ${wx_libs} PNG::PNG JPEG::JPEG ZLIB::ZLIB comctl32 uxtheme oleacc)
 endif()

@@ -4,6 +4,8 @@
 // After windows.h, which it needs.
 #include <shlobj.h>
 
+#include <io.h>
+
 #include <cstdio>
 
 #include "common/bitmap.h"
@@ -23,13 +25,24 @@ namespace glimmer {
 
 namespace {
 
+/// Whether a file that was opened is a copy of the user's own: for programs without a manifest (some hosts) the system
+/// lets writing below Program Files appear to succeed and puts the file into a folder of this name.
+bool isVirtualCopy(std::FILE* file) {
+    constexpr DWORD longestPath = 32768;
+    std::wstring path(longestPath, L'\0');
+    HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)));
+    path.resize(GetFinalPathNameByHandleW(handle, path.data(), longestPath, FILE_NAME_NORMALIZED));
+    return path.find(L"\\AppData\\Local\\VirtualStore\\") != std::wstring::npos;
+}
+
 /// Whether a file can be written there. Deliberately tried by opening it for appending, which leaves an empty file
 /// where there was none.
 bool canAppend(const std::string& path) {
     std::FILE* file = _wfopen(toWide(path).c_str(), L"at");
     if (file == nullptr) return false;
+    const bool there = !isVirtualCopy(file);
     std::fclose(file);
-    return true;
+    return there;
 }
 
 /// The user's application data, or "tmp" beside the running program where the shell does not know it.

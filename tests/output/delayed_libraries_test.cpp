@@ -1,6 +1,7 @@
 // Libraries of the system that are loaded at the first call of one of their functions: a first call that the linker has
-// lost ends the program.
+// lost ends the program, and what lies beside the program under their names is not theirs.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -9,6 +10,9 @@
 #include <mmsystem.h>
 #include <oleacc.h>
 #include <winspool.h>
+
+#include "support/child_process.h"
+#include "support/windows/planted_libraries.h"
 
 namespace glimmer {
 namespace {
@@ -26,6 +30,14 @@ TEST(DelayedLibraries, AnswerAtTheirFirstCall) {
                                         reinterpret_cast<void**>(&desktop)),
               S_OK);
     if (desktop != nullptr) desktop->Release();
+}
+
+TEST(DelayedLibraries, ComeFromTheSystemsFolderWhateverTheProgramsHolds) {
+    const test::PlantedLibraries plants(test::testProgram("main_editor_test"),
+                                        {L"winmm.dll", L"comdlg32.dll", L"winspool.drv", L"oleacc.dll"});
+    test::ChildProcess program(plants.program(), {"--gtest_filter=DelayedLibraries.AnswerAtTheirFirstCall"});
+    EXPECT_EQ(program.wait(60000), 0);
+    EXPECT_THAT(plants.loaded(), testing::IsEmpty());
 }
 
 }  // namespace

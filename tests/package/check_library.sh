@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # check_library.sh glimmerpad.dll: the library as it ships is 32-bit, exports exactly its two functions, undecorated,
 # needs nothing but Windows' own libraries, loads at its start only those that it needs then, and lets the system move it
-# and keep its data from being run.
+# and keep its data from being run. It and the programs beside it say for which Windows they are, and the launcher that
+# it can use four gigabytes.
 set -euo pipefail
 library=$1
 headers=$(LC_ALL=C i686-w64-mingw32-objdump -p "$library")
@@ -26,5 +27,13 @@ oleaut32 psapi rpcrt4 shell32 shlwapi user32 uuid uxtheme version winhttp winine
 for name in $(sed -nE 's/^\s*DLL Name: (.*)$/\L\1/p' <<<"$headers"); do
     [[ $own == *" ${name%.dll} "* ]] || complain "needs $name"
 done
+# For older systems than these (Windows 7) the system makes up window metrics of their time.
+for program in "$library" "$(dirname "$library")"/{demo_host,glimmerpad}.exe; do
+    headers=$(LC_ALL=C i686-w64-mingw32-objdump -p "$program")
+    version=$(awk '/^M(aj|in)or(OSystem|Subsystem)Version/ { printf "%s.", $2 }' <<<"$headers")
+    [ "$version" = 6.1.6.1. ] || complain "$(basename "$program") is for system and subsystem $version"
+done
+# Those of the last one.
+grep -q 'large address aware' <<<"$headers" || complain "the launcher has two gigabytes only"
 [ $failed = 0 ] && echo "$(basename "$library"): exports, imports and protections are as they should be"
 exit $failed
