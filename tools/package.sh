@@ -32,7 +32,8 @@ stage_package() {
     collect_licences "$folder/licences"
 }
 
-# The installer's instructions: it writes exactly these files, and its uninstaller removes exactly these.
+# The installer's instructions: it writes exactly these files, refuses a folder where somebody else's have their names, and
+# its uninstaller removes exactly these.
 list_for_installer() {
     local folder=$1 name directory windows
     echo '!ifdef INSTALL_FILES'
@@ -41,6 +42,11 @@ list_for_installer() {
         windows=${directory//\//\\}
         echo "SetOutPath \"\$INSTDIR\\${windows#.}\""
         echo "File \"$folder/$name\""
+    done
+    echo '!endif'
+    echo '!ifdef FOREIGN_FILES'
+    (cd "$folder" && find . -type f -printf '%P\n' | sort) | while read -r name; do
+        echo "!insertmacro REFUSE_FOREIGN \"${name//\//\\}\""
     done
     echo '!endif'
     echo '!ifdef UNINSTALL_FILES'
@@ -53,29 +59,41 @@ list_for_installer() {
     echo '!endif'
 }
 
-# Makes the installer from a folder that stage_package laid out.
+# make_installer FOLDER INSTALLER [OPTION...]: from a folder that stage_package laid out; the options are makensis'.
 make_installer() {
     local folder=$1 installer=$2
+    shift 2
     list_for_installer "$folder" >"$folder.nsh"
     # The strip beside its first and last page: the program's icon in its largest size on the icon's blue.
     /usr/bin/convert -size 164x314 'gradient:#3b82f6-#1e3a8a' \( "$root/src/resources/glimmerpad.ico[7]" -resize 96x96 \) \
         -gravity north -geometry +0+72 -composite "BMP3:$folder.bmp"
+    local copyright signing=()
+    copyright=$(sed -nE 's/^#define COPYRIGHT "(.*)"$/\1/p' "$root/src/resources/version.h")
+    [ -z "${GLIMMERPAD_CERTIFICATE-}" ] || signing=(-DSIGN="$root/tools/sign.sh")
     makensis -V2 -NOCD -DVERSION="$(product_version)" -DFILES="$folder.nsh" -DOUTPUT="$installer" -DSTRIP="$folder.bmp" \
-        -DICON="$root/src/resources/glimmerpad.ico" "$root/packaging/installer.nsi" >"$folder.nsis.log" ||
+        -DICON="$root/src/resources/glimmerpad.ico" -DCOPYRIGHT="$copyright" "${signing[@]}" "$@" \
+        "$root/packaging/installer.nsi" >"$folder.nsis.log" ||
         { cat "$folder.nsis.log" >&2; die "the installer could not be made"; }
+    sign "$installer"
 }
 
+# Signs files, if a certificate is given (see tools/sign.sh).
+sign() { [ -z "${GLIMMERPAD_CERTIFICATE-}" ] || "$root/tools/sign.sh" "$@" || die "not signed: $*"; }
+
+# In build/package, or in the folder that GLIMMERPAD_PACKAGE names.
 make_package() {
     setup
     install_packages zip
+    [ -z "${GLIMMERPAD_CERTIFICATE-}" ] || install_packages osslsigncode
     build_preset windows glimmerpad glimmerpad_launcher >&2
     "$root/tests/package/check_library.sh" "$build/windows/bin/glimmerpad.dll" >&2
-    local folder name
+    local place=${GLIMMERPAD_PACKAGE:-$build/package} folder name
     name=glimmerpad-$(product_version)
-    folder=$build/package/$name
+    folder=$place/$name
     stage_package "$folder"
+    sign "$folder/glimmerpad.dll" "$folder/glimmerpad.exe"
     rm -f "$folder.zip"
-    (cd "$build/package" && zip -q -r -9 -X "$name.zip" "$name" && unzip -tq "$name.zip" >/dev/null)
+    (cd "$place" && zip -q -r -9 -X "$name.zip" "$name" && unzip -tq "$name.zip" >/dev/null)
     make_installer "$folder" "$folder-setup.exe"
     say "glimmerpad.dll: $(stat -c %s "$build/windows/bin/glimmerpad.dll") bytes, packed: $(stat -c %s "$folder.zip") bytes," \
         "installer: $(stat -c %s "$folder-setup.exe") bytes"

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # check_installer.sh: the installer, run silently under Wine, installs what the package holds, and its uninstaller
-# leaves files and registry as they were: for one user and for all, with and without what can be chosen. A program
-# that runs is neither replaced nor removed.
+# leaves files and registry as they were: for one user and for all, with and without what can be chosen, and in a folder
+# with somebody else's files. A program that runs is neither replaced nor removed. All is signed, with a certificate that
+# nobody but this test trusts.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 prefix=$root/build/wine
@@ -13,9 +14,27 @@ in_wine() { timeout 60 "$root/dev" wine "$@" </dev/null; }
 
 rm -rf "$work"
 mkdir -p "$work"
-mapfile -t packages < <("$root/dev" package 2>"$work/package.log")
+# shellcheck disable=SC2016
+export GLIMMERPAD_CERTIFICATE=$work/certificate.p12 GLIMMERPAD_CERTIFICATE_PASSWORD='a "secret" $one'
+openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=Nobody -addext extendedKeyUsage=codeSigning \
+    -keyout "$work/key.pem" -out "$work/certificate.pem" 2>"$work/openssl.log"
+openssl pkcs12 -export -inkey "$work/key.pem" -in "$work/certificate.pem" -out "$GLIMMERPAD_CERTIFICATE" \
+    -passout env:GLIMMERPAD_CERTIFICATE_PASSWORD
+mapfile -t packages < <(GLIMMERPAD_PACKAGE=$work/package "$root/dev" package 2>"$work/package.log")
 staged=${packages[0]%.zip}
 installer=${packages[1]}
+# Under Wine everybody is an administrator. This one is so only after having asked for it.
+asking=$work/package/asking-setup.exe
+root=$root bash -c 'source "$root/tools/package.sh" && make_installer "$@"' - "$staged" "$asking" -DPRETEND_USER 2>>"$work/package.log"
+
+expect_signed() {
+    local file
+    for file in "$@"; do
+        osslsigncode verify -CAfile "$work/certificate.pem" -in "$file" >"$work/verify.log" 2>&1 ||
+            complain "the signature of $file is not good"
+    done
+}
+expect_signed "$staged"/glimmerpad.{exe,dll} "$installer"
 
 # Every file of the prefix but those the system itself changes, and the registry's two keys for programs as text.
 snapshot() {
@@ -64,9 +83,12 @@ value() { in_wine reg query "$1" "${@:2}" 2>/dev/null | tr -d '\r' | sed -nE 's/
 
 in_wine reg add 'HKLM\Software\Classes\.gmp' /ve /d Somebody.Else /f >/dev/null
 # As for a user who never installed anything.
+windows='Software\Microsoft\Windows\CurrentVersion'
 for key in 'App Paths' Uninstall; do
-    in_wine reg delete "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\$key" /f >/dev/null 2>&1 || true
+    in_wine reg delete "HKCU\\$windows\\$key" /f >/dev/null 2>&1 || true
 done
+# These the system has.
+for key in Run 'Explorer\StartupApproved\Run'; do in_wine reg add "HKCU\\$windows\\$key" /f >/dev/null; done
 mkdir -p "$prefix/drive_c/users/$(id -un)/AppData/Local/Programs"
 snapshot before
 
@@ -78,9 +100,15 @@ if [ -z "$folder" ]; then
     exit 1
 fi
 expect_installed "$folder"
-[ -n "$(value 'HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\Glimmerpad' /v DisplayVersion)" ] ||
+[ -n "$(value "HKCU\\$windows\\Uninstall\\Glimmerpad" /v DisplayVersion)" ] ||
     complain "the system does not know how to uninstall"
 [ "$(value 'HKLM\Software\Classes\.gmp' /ve)" = Somebody.Else ] || complain "files were associated without being asked"
+expect_signed "$folder/uninstall.exe"
+# The user lets it start with the system, and looks at that in the task manager.
+windows_folder=$(value "HKCU\\$windows\\Uninstall\\Glimmerpad" /v InstallLocation)
+for key in Run 'Explorer\StartupApproved\Run'; do
+    in_wine reg add "HKCU\\$windows\\$key" /v Glimmerpad /d "\"$windows_folder\\glimmerpad.exe\" -TRAY" /f >/dev/null
+done
 
 # The program runs from there, and while it does nothing is taken away from under it.
 in_wine "$folder/glimmerpad.exe" &
@@ -105,13 +133,32 @@ expect_as_before user
 
 # For all users, with everything that can be chosen.
 folder="$prefix/drive_c/Program Files/Glimmerpad"
-in_wine "$installer" /S /ALLUSERS /ASSOCIATE /DESKTOP || complain "installing answered $?"
+in_wine "$asking" /S /ALLUSERS /ASSOCIATE /DESKTOP || complain "installing answered $?"
 expect_installed "$folder"
 [ "$(value 'HKLM\Software\Classes\.gmp' /ve)" = Glimmerpad.Project ] || complain "project files are not associated"
 [ -n "$(find "$prefix/drive_c/users" -path '*Desktop/Glimmerpad.lnk')" ] || complain "no link on the desktop"
+[ "$(value 'HKLM\Software\RegisteredApplications' /v Glimmerpad)" = 'Software\Glimmerpad\Capabilities' ] ||
+    complain "the system's list of programs for project files does not know it"
 uninstall "$folder"
 snapshot all
 expect_as_before all
+
+# Beside somebody else's files, in a folder that everybody may write to.
+mkdir -m 777 "$prefix/drive_c/tools"
+echo "somebody else's" >"$prefix/drive_c/tools/README.md"
+folder=$prefix/drive_c/tools/Glimmerpad
+in_wine "$asking" /S /ALLUSERS '/D=C:\tools' || complain "installing answered $?"
+expect_installed "$folder"
+[ -z "$(find "$folder" -maxdepth 0 -perm /o+w)" ] || complain "everybody may change what everybody runs"
+uninstall "$folder"
+[ "$(cd "$prefix/drive_c/tools" && echo *)" = README.md ] || complain "somebody else's files are gone, or ours are left"
+mkdir "$folder"
+echo "somebody else's" >"$folder/README.md"
+in_wine "$installer" /S '/D=C:\tools\Glimmerpad' && complain "installed over somebody else's files"
+[ "$(cat "$folder"/*)" = "somebody else's" ] || complain "somebody else's file was replaced"
+rm -r "$prefix/drive_c/tools"
+snapshot tools
+expect_as_before tools
 
 in_wine reg delete 'HKLM\Software\Classes\.gmp' /f >/dev/null
 [ $failed = 0 ] && echo "installer: installs, runs and goes without a trace"
