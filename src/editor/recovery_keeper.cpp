@@ -28,7 +28,7 @@ void RecoveryKeeper::discard(CaptureDocument& document) {
 
 void RecoveryKeeper::leave(CaptureDocument& document) {
     const auto kept = find(document);
-    if (document.modified() && (document.touched() || kept->writer->recovered())) {
+    if (document.modified() && (sessionEnds_ || document.touched() || kept->writer->recovered())) {
         do piece(*kept);
         while (kept->more);
     } else {
@@ -71,6 +71,17 @@ bool RecoveryKeeper::work(Kept& kept, Clock::time_point end) {
         if (!kept.more) break;
     }
     return true;
+}
+
+bool RecoveryKeeper::keepAll(std::chrono::milliseconds budget) {
+    sessionEnds_ = true;
+    const Clock::time_point end = Clock::now() + budget;
+    // A capture that has changed since its work began takes a second round.
+    for (int round = 0; round < 2 && !complete(); ++round) {
+        for (Kept& kept : kept_) kept.notBefore = {};
+        work(std::max(std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()), {}));
+    }
+    return complete();
 }
 
 bool RecoveryKeeper::complete() const {

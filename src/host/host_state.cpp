@@ -1,6 +1,7 @@
 #include "host/host_state.h"
 
 #include "common/boundary.h"
+#include "common/host_kind.h"
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/toolkit.h"
 #include "host/uProgram.h"
@@ -20,6 +21,8 @@ HostState& hostState() {
 bool ensureProgram() {
     if (pProgram) return true;
     if (!startToolkit()) return false;
+    // A host's process ends when the host does.
+    setSessionEnd({&TProgram::prepareForSessionEnd, isStandalone() ? &terminateApplication : nullptr});
     pProgram = std::make_unique<TProgram>(hostState().addonVersion);
     if (!pProgram->initialize()) pProgram.reset();
     return pProgram != nullptr;

@@ -43,7 +43,7 @@ void run(const StartRequest& request) {
     MForm->start(request.file);
     runMessageLoop();
     shutDownProgram();
-    MForm->Destroy();
+    if (MForm != nullptr) MForm->Destroy();  // which the deferred work below does
     MForm = nullptr;
     runDeferredWork();
 }

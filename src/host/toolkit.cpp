@@ -43,6 +43,7 @@ HWND idleWindow = nullptr;
 bool idleWanted = false;
 bool terminated = false;
 std::function<bool()> cancelAttempt;
+SessionEnd sessionEnd;
 
 /// Knows the toolkit's modal dialogs that are open. Those of the system that it only wraps have no window before they
 /// are shown, and are watched for it.
@@ -184,6 +185,13 @@ public:
     bool OnInit() override {
         // The process's command line belongs to the host; nothing of it is parsed.
         SetExitOnFrameDelete(false);
+        // Neither vetoed nor passed on.
+        Bind(wxEVT_QUERY_END_SESSION, [](wxCloseEvent&) {
+            if (sessionEnd.asked) sessionEnd.asked();
+        });
+        Bind(wxEVT_END_SESSION, [](wxCloseEvent&) {
+            if (sessionEnd.ended) sessionEnd.ended();
+        });
         return true;
     }
 
@@ -246,6 +254,8 @@ bool startToolkit() {
 }
 
 bool toolkitRuns() { return wxTheApp != nullptr; }
+
+void setSessionEnd(SessionEnd action) { sessionEnd = std::move(action); }
 
 void runDeferredWork() {
     if (wxTheApp == nullptr) return;

@@ -13,6 +13,15 @@ bool startToolkit();
 /// Whether startToolkit() was called.
 bool toolkitRuns();
 
+/// What is done about the end of the session, instead of the toolkit's own way, which closes windows when it is only
+/// asked and ends the process. `asked` may be called many times, for sessions that go on, too. `ended` comes once the
+/// session does end. Both may come from the middle of a dialog, and nothing may be asked in them.
+struct SessionEnd {
+    std::function<void()> asked;
+    std::function<void()> ended;
+};
+void setSessionEnd(SessionEnd action);
+
 /// Carries out what was put off to a quiet moment: destroys windows that were closed, handles posted events.
 void runDeferredWork();
 

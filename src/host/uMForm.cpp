@@ -5,8 +5,11 @@
 #include <windows.h>
 // clang-format on
 
+#include <functional>
+
 #include "capture/window_grab.h"
 #include "common/boundary.h"
+#include "common/system_library.h"
 #include "host/delivery.h"
 #include "host/host_state.h"
 #include "host/hot_keys.h"
@@ -38,6 +41,16 @@ void captureScreen(CaptureAction action) {
     deliver(ownCapture(action));
 }
 
+/// The system starts the program again after it was ended for an update or a restart, and it offers what was open.
+/// After a crash or a hang it does not: the user does that.
+void startAgainAfterRestart() {
+    constexpr DWORD notAfterCrash = 1;
+    constexpr DWORD notAfterHang = 2;
+    using Register = HRESULT(WINAPI*)(PCWSTR, DWORD);
+    const auto registerRestart = systemFunction<Register>(L"kernel32.dll", "RegisterApplicationRestart");
+    if (registerRestart != nullptr) registerRestart(L"", notAfterCrash | notAfterHang);
+}
+
 void captureTopWindow() {
     if (!ensureProgram()) return;
     Rect area;
@@ -60,9 +73,18 @@ void captureTopWindow() {
 }  // namespace
 
 TMForm::TMForm()
-    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxDEFAULT_FRAME_STYLE, "MForm") {}
+    : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxDEFAULT_FRAME_STYLE, "MForm") {
+    // It is never seen, so it is a program that wants this one gone: quietly, as at the end of the session.
+    Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
+        if (event.CanVeto()) event.Veto();
+        TProgram::prepareForSessionEnd();
+        terminateApplication();
+    });
+}
 
-TMForm::~TMForm() = default;
+TMForm::~TMForm() {
+    if (MForm == this) MForm = nullptr;
+}
 
 /// The icon in the notification area and the hot keys.
 void TMForm::takePlace() {
@@ -87,12 +109,20 @@ void TMForm::start(const std::optional<std::string>& file) {
             terminateApplication();
             return;
         }
-        if (file) pProgram->openFileInEditor(*file);
-        mnuContinueClick();
-        takePlace();
-        pProgram->offerRecovered();
-        hotKeys_->reportTaken();
-        cleanUpWorkingFolder();
+        // Each by itself: a file that cannot be opened for want of memory must not leave a program without an icon.
+        const std::function<void()> steps[] = {
+            [&file] {
+                if (file) pProgram->openFileInEditor(*file);
+            },
+            [this] { mnuContinueClick(); },
+            [this] { takePlace(); },
+            startAgainAfterRestart,
+            [] { pProgram->offerRecovered(); },
+            [this] { hotKeys_->reportTaken(); },
+            cleanUpWorkingFolder,
+        };
+        for (const std::function<void()>& step : steps)
+            if (pProgram) guarded(step);
     });
 }
 

@@ -79,6 +79,15 @@ void TProgram::closeWindows() {
     pMainEditor = nullptr;
 }
 
+void TProgram::prepareForSessionEnd() noexcept {
+    try {
+        if (pMainEditor != nullptr) pMainEditor->prepareForSessionEnd();
+    } catch (...) {
+        // A message would hold the end of the session up.
+        OutputDebugStringW(L"glimmerpad: not everything could be kept at the end of the session");
+    }
+}
+
 void TProgram::prepareMainEditor() {
     if (pMainEditor != nullptr) return;
     pMainEditor = new TMainEditor();

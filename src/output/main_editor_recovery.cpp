@@ -12,6 +12,7 @@
 #include "editor/recovery_keeper.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
+#include "settings/settings.h"
 
 namespace glimmer {
 
@@ -19,6 +20,8 @@ namespace {
 
 /// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
 constexpr std::chrono::milliseconds recoveryBudget{8};
+/// The system gives a program five seconds to answer, all its windows together.
+constexpr std::chrono::milliseconds sessionEndBudget{2000};
 /// More names than this would not fit on a message box.
 constexpr size_t mostNames = 10;
 
@@ -34,6 +37,12 @@ void TMainEditor::startKeeping(std::filesystem::path folder) {
     recovery_ = std::make_unique<RecoveryKeeper>(std::move(folder));
     // A timer's message comes when there is no other: the user never waits for this.
     tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { recovery_->work(recoveryBudget); });
+}
+
+void TMainEditor::prepareForSessionEnd() {
+    recovery_->keepAll(sessionEndBudget);
+    storeState();
+    settings().save();
 }
 
 void TMainEditor::offerRecovered(bool inBar) {

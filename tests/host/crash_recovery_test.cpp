@@ -181,5 +181,77 @@ TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
     }
 }
 
+/// All top-level windows of the process, the hidden ones too: the system asks each of them.
+std::vector<HWND> allWindows(DWORD process) {
+    std::vector<HWND> all;
+    for (HWND at = nullptr; (at = FindWindowExW(nullptr, at, nullptr, nullptr)) != nullptr;) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(at, &owner);
+        if (owner == process) all.push_back(at);
+    }
+    return all;
+}
+
+/// As the system does; whether everybody answered in time and agreed.
+bool askForTheEnd(DWORD process, LPARAM why) {
+    for (const HWND window : allWindows(process)) {
+        DWORD_PTR agreed = FALSE;
+        if (SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, why, SMTO_NORMAL, 8000, &agreed) == 0 || agreed == FALSE)
+            return false;
+    }
+    return true;
+}
+
+void tellOfTheEnd(DWORD process, bool ends, LPARAM why) {
+    for (const HWND window : allWindows(process)) {
+        DWORD_PTR ignored = 0;
+        SendMessageTimeoutW(window, WM_ENDSESSION, ends ? TRUE : FALSE, why, SMTO_NORMAL, 8000, &ignored);
+    }
+}
+
+TEST_F(CrashRecovery, TheEndOfTheSessionIsNotHeldUpAndLosesNothing) {
+    constexpr unsigned longest = 20000;  // milliseconds
+    constexpr LPARAM logoff = static_cast<LPARAM>(0x80000000);
+    constexpr LPARAM forAnUpdate = 1;
+    {
+        test::ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
+        PostMessageW(topWindow(first, L"Error"), WM_CLOSE, 0, 0);
+        const HWND window = mainWindow(first, L"article");
+        ASSERT_NE(window, nullptr);
+        annotate(window, 100, 120);
+        ASSERT_TRUE(waitFor([&] { return textOf(window).find(L" * ") != std::wstring::npos; }, "the annotation"));
+        ASSERT_TRUE(askForTheEnd(first.id(), logoff));
+        ASSERT_EQ(kept().size(), 1U) << "kept by the time of the answer";
+        EXPECT_EQ(kept()[0].annotations.size(), 1U);
+
+        // Called off: nothing has changed, and the program still hears of other starts.
+        tellOfTheEnd(first.id(), false, logoff);
+        EXPECT_NE(IsWindowVisible(window), FALSE);
+        EXPECT_NE(IsWindowEnabled(window), FALSE);
+        annotate(window, 400, 320);
+        EXPECT_TRUE(waitUntilKept(2));
+        ShowWindowAsync(window, SW_MINIMIZE);
+        ASSERT_TRUE(waitFor([window] { return IsIconic(window) != FALSE; }, "the minimised window"));
+        test::ChildProcess second(program(), Arguments());
+        EXPECT_EQ(second.wait(longest), 0);
+        EXPECT_TRUE(waitFor([window] { return IsIconic(window) == FALSE; }, "the window again"));
+
+        // An update wants its files: this time it ends, by itself.
+        ASSERT_TRUE(askForTheEnd(first.id(), forAnUpdate));
+        tellOfTheEnd(first.id(), true, forAnUpdate);
+        EXPECT_EQ(first.wait(longest), 0);
+    }
+    EXPECT_TRUE(waitUntilKept(2));
+    test::ChildProcess next(program(), Arguments());
+    click(child(topWindow(next, L"Unsaved captures"), L"&Discard"));
+    EXPECT_TRUE(waitFor([&] { return kept().empty(); }, "the end of what was kept"));
+    // Without anything open there is nothing to do, and the program can be ended as ever.
+    ASSERT_TRUE(askForTheEnd(next.id(), logoff));
+    tellOfTheEnd(next.id(), false, logoff);
+    test::ChildProcess terminator(program(), Arguments{L"-TERMINATE"});
+    EXPECT_EQ(terminator.wait(longest), 0);
+    EXPECT_EQ(next.wait(longest), 0);
+}
+
 }  // namespace
 }  // namespace glimmer

@@ -192,5 +192,34 @@ TEST_F(MessageLoop, TheUserClosesTheEditor) {
     EXPECT_TRUE(pumpUntil([] { return IsWindowVisible(mainWindow()) != FALSE; }, "the editor again"));
 }
 
+BOOL CALLBACK addWindow(HWND window, LPARAM list) {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+/// Top-level windows of this thread, hidden ones too.
+std::vector<HWND> allWindows() {
+    std::vector<HWND> all;
+    EnumThreadWindows(GetCurrentThreadId(), addWindow, reinterpret_cast<LPARAM>(&all));
+    return all;
+}
+
+// The process is the host's: the end of the session neither waits for the editor nor is carried out by it.
+TEST_F(MessageLoop, TheEndOfTheSessionIsLeftToTheHost) {
+    takeDialogs();
+    for (const bool hidden : {false, true}) {
+        if (hidden) ShowWindow(editor_, SW_HIDE);
+        for (const HWND window : allWindows()) EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+        for (const WPARAM ends : {FALSE, TRUE})
+            for (const HWND window : allWindows()) SendMessageW(window, WM_ENDSESSION, ends, 0);
+        pump();
+        EXPECT_THAT(takeDialogs(), IsEmpty());
+        EXPECT_EQ(mainWindow(), editor_);
+        EXPECT_TRUE(host_.resumeAvailable());
+    }
+    host_.hostShutdown();
+    EXPECT_EQ(mainWindow(), nullptr);
+}
+
 }  // namespace
 }  // namespace glimmer::test
