@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "common/boundary.h"
+#include "common/system_library.h"
 
 namespace glimmer {
 
@@ -28,6 +29,22 @@ std::vector<Monitor> monitors() {
     std::vector<Monitor> all;
     EnumDisplayMonitors(nullptr, nullptr, remember, reinterpret_cast<LPARAM>(&all));
     return all;
+}
+
+int32_t systemMetricAt(Point place, int index) {
+    using MonitorDpi = HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*);
+    using MetricForDpi = int(WINAPI*)(int, UINT);
+    // Of Windows 8.1 and 10; before them all monitors have the same scaling.
+    static const auto monitorDpi = systemFunction<MonitorDpi>(L"shcore.dll", "GetDpiForMonitor");
+    static const auto metricForDpi = systemFunction<MetricForDpi>(L"user32.dll", "GetSystemMetricsForDpi");
+    constexpr int effectiveDpi = 0;  // MDT_EFFECTIVE_DPI
+    UINT dpi = 0;
+    UINT vertical = 0;
+    const HMONITOR monitor = MonitorFromPoint({place.x, place.y}, MONITOR_DEFAULTTONEAREST);
+    if (monitorDpi != nullptr && metricForDpi != nullptr &&
+        SUCCEEDED(monitorDpi(monitor, effectiveDpi, &dpi, &vertical)))
+        return metricForDpi(index, dpi);
+    return GetSystemMetrics(index);
 }
 
 }  // namespace glimmer

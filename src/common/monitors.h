@@ -16,4 +16,7 @@ struct Monitor {
 /// All monitors in the order of the system.
 std::vector<Monitor> monitors();
 
+/// A size of the system's (SM_CXCURSOR, ...) as it is on the monitor nearest to a place of the screen, in pixels.
+int32_t systemMetricAt(Point place, int index);
+
 }  // namespace glimmer

@@ -23,7 +23,7 @@ namespace {
 int32_t grabForeground(const CommandArguments& arguments) {
     std::optional<CapturePayload> payload = readCapturePayload(arguments.text1());
     if (!payload || !ensureProgram()) return 0;
-    Result<TBitmap> picture = takeWithMainWindowAside([] { return grabClientArea(GetForegroundWindow()); });
+    Result<TBitmap> picture = takeWithoutOwnWindows([] { return grabClientArea(windowInFront()); });
     if (!picture) {
         showError(picture.message());
         return 0;

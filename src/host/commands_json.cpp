@@ -5,10 +5,13 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 
+#include "capture/browser_window.h"
 #include "capture/tile_join.h"
 #include "capture/window_grab.h"
 #include "common/json.h"
+#include "common/monitors.h"
 #include "glimmerpad.h"
 #include "host/delivery.h"
 #include "host/host_commands.h"
@@ -44,10 +47,23 @@ int32_t captureInit() {
 int32_t captureTab() {
     HostState& state = hostState();
     if (state.ChromeRenderWidget == nullptr) return 0;
-    Result<TBitmap> tile = grabWindow(state.ChromeRenderWidget);
-    if (!tile) return 0;
+    Result<TBitmap> tile = grabWholeWindow(state.ChromeRenderWidget);
+    if (!tile) {
+        // Told once; the pieces that are still to come would have the same fate.
+        if (IsWindow(static_cast<HWND>(std::exchange(state.ChromeRenderWidget, nullptr))) != FALSE)
+            showError(tile.message());
+        return 0;
+    }
     state.captureTiles.push_back(tile.take());
     return 1;
+}
+
+/// Pixels; on the monitor that the pieces were taken from.
+int32_t scrollBarThickness() {
+    RECT place{};
+    if (GetWindowRect(static_cast<HWND>(hostState().ChromeRenderWidget), &place) == FALSE)
+        return GetSystemMetrics(SM_CXVSCROLL);
+    return systemMetricAt({middle(place.left, place.right), middle(place.top, place.bottom)}, SM_CXVSCROLL);
 }
 
 int32_t captureDone(const JsonObject& parameters) {
@@ -57,7 +73,7 @@ int32_t captureDone(const JsonObject& parameters) {
     if (!page.joinable() || tiles.empty() || !ensureProgram()) return 0;
     prepareMainEditor();
     playDeliverySound();
-    Result<TBitmap> joined = joinTiles(page, std::move(tiles), GetSystemMetrics(SM_CXVSCROLL));
+    Result<TBitmap> joined = joinTiles(page, std::move(tiles), scrollBarThickness());
     if (!joined) {
         showError(joined.message());
         return 0;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "common/monitors.h"
+
 namespace glimmer {
 
 namespace {
@@ -33,6 +35,31 @@ std::optional<CursorShape> shapeOf(HCURSOR cursor) {
     if (measures.bmWidth <= 0 || height <= 0) return std::nullopt;
     return CursorShape{{measures.bmWidth, height},
                        {static_cast<int32_t>(info.xHotspot), static_cast<int32_t>(info.yHotspot)}};
+}
+
+/// Side in pixels of the system's own pointers on the monitor at that place: they grow with its scaling, and as the
+/// user has set it for all programs.
+int32_t sideOfPointers(const POINT& at) {
+    constexpr DWORD usualBase = 32;
+    constexpr DWORD largestBase = 256;
+    DWORD base = 0;
+    DWORD bytes = sizeof base;
+    if (RegGetValueW(HKEY_CURRENT_USER, L"Control Panel\\Cursors", L"CursorBaseSize", RRF_RT_REG_DWORD, nullptr, &base,
+                     &bytes) != ERROR_SUCCESS ||
+        base < usualBase || base > largestBase)
+        base = usualBase;
+    return systemMetricAt({at.x, at.y}, SM_CXCURSOR) * static_cast<int32_t>(base) / static_cast<int32_t>(usualBase);
+}
+
+/// As the screen shows it: the system enlarges its pointers and tells the small one. What a program has drawn in
+/// another size stays as it is.
+CursorShape enlarged(const CursorShape& shape, const POINT& at) {
+    constexpr int32_t drawnSide = 32;
+    const int32_t told = shape.size.width;
+    const int32_t side = sideOfPointers(at);
+    if ((told != drawnSide && told != GetSystemMetrics(SM_CXCURSOR)) || told != shape.size.height || side <= told)
+        return shape;
+    return {{side, side}, {shape.hotspot.x * side / told, shape.hotspot.y * side / told}};
 }
 
 /// The pointer painted on one grey, four bytes a pixel.
@@ -69,8 +96,9 @@ std::optional<MouseCursor> visibleMouseCursor() {
     info.cbSize = sizeof info;
     if (GetCursorInfo(&info) == FALSE || (info.flags & CURSOR_SHOWING) == 0 || info.hCursor == nullptr)
         return std::nullopt;
-    const std::optional<CursorShape> shape = shapeOf(info.hCursor);
+    std::optional<CursorShape> shape = shapeOf(info.hCursor);
     if (!shape) return std::nullopt;
+    shape = enlarged(*shape, info.ptScreenPos);
     const std::vector<uint8_t> onBlack = paintedOn(0, info.hCursor, shape->size);
     const std::vector<uint8_t> onWhite = paintedOn(255, info.hCursor, shape->size);
     Result<TBitmap> picture = TBitmap::create(shape->size.width, shape->size.height, PixelFormat::Bgra32);

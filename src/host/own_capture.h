@@ -9,9 +9,17 @@
 
 namespace glimmer {
 
-/// Calls `take` while the main window is off the screen and what it covered has been painted again. The window is
-/// back when this returns.
-Result<TBitmap> takeWithMainWindowAside(const std::function<Result<TBitmap>()>& take);
+/// Calls `take` while nothing of the program is in pictures of the screen: no window, no dialog, and no menu that is
+/// still fading (see expectFading). Everything is back when this returns or throws.
+Result<TBitmap> takeWithoutOwnWindows(const std::function<Result<TBitmap>()>& take);
+
+/// Something of the program leaves the screen now, and the system may fade it out: a menu whose command is being
+/// carried out, a window that was hidden or minimized. The next picture waits until it is gone.
+void expectFading();
+
+/// The window (HWND) that the user has in front, the program's own left out; null when there is none. For use inside
+/// takeWithoutOwnWindows().
+void* windowInFront();
 
 /// Lets the user notice that the screen was captured: a sound, a flash of light over `area`, each if the options want
 /// it. For after the picture was taken.

@@ -54,10 +54,10 @@ void startAgainAfterRestart() {
 void captureTopWindow() {
     if (!ensureProgram()) return;
     Rect area;
-    Result<TBitmap> picture = takeWithMainWindowAside([&area] {
-        HWND window = GetForegroundWindow();
-        RECT place{};
-        if (GetWindowRect(window, &place) != FALSE) area = {place.left, place.top, place.right, place.bottom};
+    Result<TBitmap> picture = takeWithoutOwnWindows([&area]() -> Result<TBitmap> {
+        void* window = windowInFront();
+        if (window == nullptr) return Failure{"There is no window to take a picture of."};
+        area = visibleFrame(window);
         return grabWindow(window);
     });
     if (!picture) {
@@ -91,7 +91,7 @@ void TMForm::takePlace() {
     trayIcon_ = std::make_unique<TrayIcon>(*this);
     hotKeys_ = std::make_unique<HotKeys>(GetHWND(),
                                          std::vector<HotKeys::Command>{
-                                             {"hotCreateZK", [this] { mnuNewCaptureClick(); }},
+                                             {"hotCreateZK", [] { captureScreen(CaptureAction::Edit); }},
                                              {"hotContinueEditing", [this] { mnuContinueClick(); }},
                                              {"hotCaptureTopWindow", captureTopWindow},
                                              {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
@@ -131,7 +131,10 @@ void TMForm::mnuContinueClick() {
     pProgram->restoreApplication();
 }
 
-void TMForm::mnuNewCaptureClick() { captureScreen(CaptureAction::Edit); }
+void TMForm::mnuNewCaptureClick() {
+    expectFading();
+    captureScreen(CaptureAction::Edit);
+}
 
 void TMForm::mnuOpenClick() {
     if (!ensureProgram()) return;

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <utility>
 
+#include "capture/screen_area.h"
 #include "common/debug_channel.h"
 #include "common/files.h"
 #include "common/host_kind.h"
@@ -16,7 +17,6 @@
 #include "host/mouse_cursor.h"
 #include "host/options_services.h"
 #include "host/own_capture.h"
-#include "host/screen_area.h"
 #include "host/stamps.h"
 #include "host/uMForm.h"
 #include "imaging/png_codec.h"
@@ -95,6 +95,15 @@ void TProgram::prepareMainEditor() {
                               [this] { showOptions(); },
                               [this] { tellResumeState(); },
                               [this](const std::string& url) { openPage(url); }});
+    // A picture that is taken while the window still fades would have it.
+    pMainEditor->Bind(wxEVT_SHOW, [](wxShowEvent& event) {
+        if (!event.IsShown()) expectFading();
+        event.Skip();
+    });
+    pMainEditor->Bind(wxEVT_ICONIZE, [](wxIconizeEvent& event) {
+        if (event.IsIconized()) expectFading();
+        event.Skip();
+    });
     // The standalone program does it at its own start.
     if (!isStandalone()) pMainEditor->CallAfter([] { cleanUpWorkingFolder(); });
 }
@@ -187,12 +196,12 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
             if (OptionsHolder().on("chkAddMouseCursor")) cursor = visibleMouseCursor();
             return grabScreen(area, !OptionsHolder().on("chkDontGrabOverlays"));
         };
-        Result<TBitmap> picture = fromScreen ? takeWithMainWindowAside(takeScreen)
+        Result<TBitmap> picture = fromScreen ? takeWithoutOwnWindows(takeScreen)
                                              : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
         if (picture && fromScreen) announceCapture(area);
         if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
         if (!picture) {
-            refuse(editorWarning());
+            refuse(fromScreen ? picture.message() : editorWarning());
             return nullptr;
         }
         arrival.picture = picture.take();

@@ -348,19 +348,22 @@ class GreenScreen {
 public:
     static constexpr uint32_t colour = 0x20B040;
 
-    GreenScreen() {
+    explicit GreenScreen(COLORREF shown = RGB(0x20, 0xB0, 0x40)) {
         WNDCLASSW windowClass = {};
         windowClass.lpfnWndProc = DefWindowProcW;
         windowClass.hInstance = GetModuleHandleW(nullptr);
         windowClass.lpszClassName = L"GlimmerTestGreen";
-        windowClass.hbrBackground = CreateSolidBrush(RGB(0x20, 0xB0, 0x40));
+        windowClass.hbrBackground = CreateSolidBrush(shown);
         RegisterClassW(&windowClass);
         window_ = CreateWindowExW(0, L"GlimmerTestGreen", L"host", WS_POPUP, 0, 0, GetSystemMetrics(SM_CXSCREEN),
                                   GetSystemMetrics(SM_CYSCREEN), nullptr, nullptr, nullptr, nullptr);
         bringForward(window_);
         pump();
     }
-    ~GreenScreen() { DestroyWindow(window_); }
+    ~GreenScreen() {
+        DestroyWindow(window_);
+        UnregisterClassW(L"GlimmerTestGreen", GetModuleHandleW(nullptr));
+    }
     GreenScreen(const GreenScreen&) = delete;
     GreenScreen& operator=(const GreenScreen&) = delete;
     GreenScreen(GreenScreen&&) = delete;
@@ -369,6 +372,39 @@ public:
 private:
     HWND window_ = nullptr;
 };
+
+BOOL WINAPI printGreen(HWND window, HDC context, UINT how) {
+    RECT area{};
+    GetWindowRect(window, &area);
+    OffsetRect(&area, -area.left, -area.top);
+    SetDCBrushColor(context, RGB(0x20, 0xB0, 0x40));
+    // As a window that the graphics card draws: only who asks for all of it gets it.
+    if ((how & 2U) != 0) FillRect(context, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
+    return TRUE;
+}
+HDESK WINAPI refuseDesktop(DWORD, BOOL, ACCESS_MASK) {
+    SetLastError(ERROR_ACCESS_DENIED);
+    return nullptr;
+}
+
+TEST_F(Captures, ABlackScreenIsDrawnAnewOrExplained) {
+    const GreenScreen black(0);
+    const auto grab = [this] { return host_.execute(L"grabTB", nullptr, L"{\"action\":9}"); };
+    {
+        const ImportPatch print(host_.module, "user32.dll", "PrintWindow", &printGreen);
+        EXPECT_EQ(grab(), 1);
+        EXPECT_EQ(encodedPicture().at(10, 10), GreenScreen::colour);
+    }
+    host_.hostShutdown();
+    const ImportPatch locked(host_.module, "user32.dll", "OpenInputDesktop", &refuseDesktop);
+    const std::wstring why =
+        L"Windows is locked or waits for a permission. Until then no picture of the screen can be taken.";
+    EXPECT_EQ(grab(), 0);
+    EXPECT_THAT(takeDialogs(), ElementsAre(L"Error: " + why));
+    pump();
+    host_.hostCapture(L"", L"", L"", nullptr, GLIMMERPAD_ENCODE_IMAGE, 0, 0);
+    EXPECT_THAT(takeDialogs(), ElementsAre(L"Warning: " + why));
+}
 
 std::vector<std::string> order;  // of grabs and sounds
 

@@ -7,11 +7,12 @@
 #include <utility>
 #include <vector>
 
+#include "capture/screen_area.h"
 #include "host/mouse_cursor.h"
 #include "host/own_capture.h"
-#include "host/screen_area.h"
 #include "settings/options.h"
 #include "settings/settings_path.h"
+#include "support/windows/compositor_stand_in.h"
 #include "support/windows/forms.h"
 
 namespace glimmer {
@@ -60,6 +61,68 @@ TEST_F(OwnCapture, ThePointerComesWithItsTransparencyAndItsPlace) {
     EXPECT_EQ(pixel(11), (std::array<uint8_t, 2>{255, 255}));
     EXPECT_EQ(pixel(19)[1], 0);
     EXPECT_EQ(pixel(27), (std::array<uint8_t, 2>{0, 255}));
+}
+
+TEST_F(OwnCapture, ThePointerIsAsLargeAsTheUserHasSetIt) {
+    const wchar_t* const key = L"Control Panel\\Cursors";
+    const DWORD twice = 64;
+    ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, key, L"CursorBaseSize", RRF_RT_ANY, nullptr, nullptr, nullptr),
+              ERROR_FILE_NOT_FOUND)
+        << "not on somebody's own account";
+    const std::optional<MouseCursor> usual = visibleMouseCursor();
+    RegSetKeyValueW(HKEY_CURRENT_USER, key, L"CursorBaseSize", REG_DWORD, &twice, sizeof twice);
+    const std::optional<MouseCursor> large = visibleMouseCursor();
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, key, L"CursorBaseSize");
+    POINT at{};
+    GetCursorPos(&at);
+    ASSERT_TRUE(usual && large);
+    EXPECT_EQ(large->picture.width(), 2 * usual->picture.width());
+    EXPECT_EQ(large->picture.height(), 2 * usual->picture.height());
+    EXPECT_EQ(at.x - large->at.x, 2 * (at.x - usual->at.x)) << "it points at the same place";
+}
+
+TEST_F(OwnCapture, OwnWindowsAreLeftOutOrHiddenAndAlwaysComeBack) {
+    auto* dialog = new wxFrame(window_, wxID_ANY, "dialog", wxPoint(150, 150), wxSize(100, 80));
+    dialog->Show();
+    test::pump();
+    const std::array<HWND, 2> own{static_cast<HWND>(window_->GetHandle()), static_cast<HWND>(dialog->GetHandle())};
+    const auto visible = [&own] {
+        return std::ranges::count_if(own, [](HWND w) { return IsWindowVisible(w) != FALSE; });
+    };
+    takeWithoutOwnWindows([]() -> Result<TBitmap> { return Failure{"what faded before this test is gone"}; });
+    test::CompositorStandIn compositor;
+    for (const bool canLeaveOut : {true, false}) {
+        compositor.canLeaveOut = canLeaveOut;
+        for (const bool fails : {false, true}) {
+            compositor.calls.clear();
+            const auto take = [&]() -> Result<TBitmap> {
+                EXPECT_EQ(visible(), canLeaveOut ? 2 : 0);
+                EXPECT_EQ(compositor.absent.size(), canLeaveOut ? 2U : 0U);
+                EXPECT_EQ(compositor.calls, canLeaveOut ? std::vector<std::string>{"await"}
+                                                        : (std::vector<std::string>{"at once", "at once", "await"}));
+                EXPECT_EQ(std::ranges::count(own, static_cast<HWND>(windowInFront())), 0);
+                if (fails) throw std::bad_alloc();
+                return Failure{"none"};
+            };
+            if (fails) {
+                EXPECT_THROW(takeWithoutOwnWindows(take), std::bad_alloc);
+            } else {
+                EXPECT_EQ(takeWithoutOwnWindows(take).message(), "none");
+            }
+            EXPECT_EQ(visible(), 2);
+            EXPECT_TRUE(compositor.absent.empty());
+            EXPECT_EQ(compositor.calls.back(), canLeaveOut ? "await" : "animate");
+        }
+    }
+    takeWithoutOwnWindows([&own]() -> Result<TBitmap> {
+        DestroyWindow(own[1]);  // the end of a session does not wait
+        return Failure{"none"};
+    });
+    EXPECT_EQ(visible(), 1);
+    const ULONGLONG before = GetTickCount64();
+    expectFading();
+    takeWithoutOwnWindows([]() -> Result<TBitmap> { return Failure{"none"}; });
+    EXPECT_GE(GetTickCount64() - before, 350U) << "the longest that the system takes for a menu";
 }
 
 /// Looks at the flash's window at its faintest, when it is about to go: where it is, and what the screen shows there.

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "capture/screen_area.h"
 #include "common/host_kind.h"
-#include "host/screen_area.h"
 #include "host/uProgram.h"
 #include "output/saver_fixture.h"
 #include "output/uMainEditor.h"

@@ -29,17 +29,26 @@ uint32_t pagePixel(int x, int y) {
 /// A top-level window with a frame and a render area in it, as the browser nests them; the area shows a page.
 class FakeBrowser {
 public:
-    explicit FakeBrowser(bool withFrame = true) {
+    /// Today's browsers are a frame themselves; they keep the areas of hidden pages, and give side bars areas too.
+    enum class Nesting { InFrame, IsFrame, Today };
+    explicit FakeBrowser(Nesting nesting = Nesting::InFrame) {
+        const bool withFrame = nesting == Nesting::InFrame;
+        const wchar_t* const frame = nesting == Nesting::Today ? L"Chrome_WidgetWin_1" : L"Chrome_WidgetWin_0";
         registerClass(L"GlimmerTestBrowser", DefWindowProcW);
+        registerClass(L"Chrome_WidgetWin_1", DefWindowProcW);
         registerClass(L"Chrome_WidgetWin_0", DefWindowProcW);
         registerClass(L"Chrome_RenderWidgetHostHWND", &FakeBrowser::areaProc);
-        window_ = CreateWindowExW(WS_EX_TOPMOST, withFrame ? L"GlimmerTestBrowser" : L"Chrome_WidgetWin_0", L"browser",
+        window_ = CreateWindowExW(WS_EX_TOPMOST, withFrame ? L"GlimmerTestBrowser" : frame, L"browser",
                                   WS_POPUP | WS_VISIBLE, 40, 50, 300, 200, nullptr, nullptr, nullptr, nullptr);
         HWND parent = window_;
         if (withFrame) {
             child(window_, L"Static", 0, 0, 10, 10);
             parent = child(window_, L"Chrome_WidgetWin_0", 10, 20, 280, 170);
             child(window_, L"Chrome_WidgetWin_0", 0, 0, 5, 5);  // a second one is not asked
+        }
+        if (nesting == Nesting::Today) {
+            ShowWindow(child(parent, L"Chrome_RenderWidgetHostHWND", 0, 0, 290, 190), SW_HIDE);
+            child(parent, L"Chrome_RenderWidgetHostHWND", 200, 9, 60, areaHeight);
         }
         area_ = child(parent, L"Chrome_RenderWidgetHostHWND", 7, 9, areaWidth, areaHeight);
         bringForward(window_);
@@ -146,13 +155,23 @@ TEST_F(Tiles, WithoutABrowserInFrontTheUserIsTold) {
         EXPECT_EQ(tab(), 0) << "the area has gone in between";
     }
     {
-        const FakeBrowser browser(false);
+        const FakeBrowser browser(FakeBrowser::Nesting::IsFrame);
         EXPECT_EQ(init(), 1) << "the window itself is the frame";
     }
     host_.hostShutdown();
     EXPECT_EQ(tab(), 0);
     EXPECT_THAT(takeDialogs(), IsEmpty());
     DestroyWindow(other);
+}
+
+TEST_F(Tiles, TodaysBrowsersAreFoundToo) {
+    const FakeBrowser browser(FakeBrowser::Nesting::Today);
+    grab(browser, {{0, 0}});
+    EXPECT_EQ(join(R"("width":120,"height":90,"cw":120,"ch":90,"rows":1,"cols":1)"), page(0, 0, 120, 90));
+    ShowWindow(browser.window(), SW_MINIMIZE);
+    EXPECT_EQ(tab(), 0);
+    EXPECT_THAT(takeDialogs(), ElementsAre(L"Error: The window is minimized. Restore it, and take the picture again."));
+    EXPECT_EQ(tab(), 0) << "told once";
 }
 
 TEST_F(Tiles, APageOfTwoByTwoPiecesIsJoinedAtItsEdges) {

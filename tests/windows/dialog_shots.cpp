@@ -5,9 +5,9 @@
 
 #include <cstdio>
 
+#include "capture/screen_area.h"
 #include "capture/uIECaptureOptions.h"
 #include "common/files.h"
-#include "host/screen_area.h"
 #include "imaging/png_codec.h"
 #include "output/save_dialogs.h"
 #include "output/uJPEGSettings.h"

@@ -11,9 +11,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "capture/screen_area.h"
 #include "common/files.h"
 #include "common/section_memory.h"
-#include "host/screen_area.h"
 #include "imaging/png_codec.h"
 #include "settings/settings_path.h"
 #include "support/windows/forms.h"
