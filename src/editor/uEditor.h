@@ -80,8 +80,6 @@ public:
     bool FormKeyDown(wxKeyEvent& event);
     /// The popup menu of annotations (`pmShapeMenu`).
     [[nodiscard]] std::unique_ptr<wxMenu> makeShapeMenu();
-    /// What a menu item of it does.
-    void onShapeMenu(int id);
     /// The list dialog behind "Renumber..." and "Reorder...".
     void mnuNumberSetClick();
     /// Opens the style picker, the font picker.

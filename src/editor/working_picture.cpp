@@ -41,8 +41,6 @@ void WorkingPicture::invalidateAll() {
     dirty_ = Region::rectangle(document_.background().bounds());
 }
 
-void WorkingPicture::release() { bitmap_ = TBitmap(); }
-
 Status WorkingPicture::refresh(const Rect& area) {
     if (bitmap_.size() != document_.size()) {
         bitmap_ = TBitmap();

@@ -32,8 +32,6 @@ public:
     /// want of memory.
     Status refresh(const Rect& area);
     [[nodiscard]] const TBitmap& bitmap() const { return bitmap_; }
-    /// Gives the memory back; the next refresh takes it again.
-    void release();
 
 private:
     void paint(const Rect& area);

@@ -108,7 +108,6 @@ public:
     [[nodiscard]] const std::string& savedPath() const { return savedPath_; }
 
     /// Turns captures into output.
-    [[nodiscard]] TSaver& saver() { return *saver_; }
 
     [[nodiscard]] int32_t captureCount() const { return captureCount_; }  ///< attempts to make an editor
     [[nodiscard]] int32_t refusedCount() const { return refusedCount_; }  ///< refused for lack of memory

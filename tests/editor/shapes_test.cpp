@@ -35,34 +35,6 @@ void expectAssertion(const char* condition, const std::function<void()>& act) {
     }
 }
 
-TEST(Styles, AreTheFiveWithWhatTheyCarryOver) {
-    const struct {
-        const char* name;
-        Colour shape, frame;
-        int32_t opacity, size;
-    } rows[] = {
-        {"Red Frame", rgb(204, 236, 255), rgb(255, 0, 0), 46, 12},
-        {"Green Frame (big text)", rgb(153, 255, 153), rgb(0, 204, 0), 70, 16},
-        {"Yellow Rectangle", rgb(255, 255, 0), 0, 60, 12},
-        {"Cold Glass", rgb(0, 102, 255), 0, 65, 12},
-        {"Default", rgb(0, 128, 0), 0, 60, 11},
-    };
-    ASSERT_EQ(predefinedStyles().size(), std::size(rows));
-    for (size_t i = 0; i < std::size(rows); ++i) {
-        const TShapeStyle& style = predefinedStyles()[i];
-        EXPECT_EQ(style.name, rows[i].name);
-        EXPECT_EQ(style.shape.shapeColour, rows[i].shape);
-        EXPECT_EQ(style.shape.frameColour, rows[i].frame);
-        EXPECT_EQ(style.shape.opacity, rows[i].opacity);
-        EXPECT_EQ(style.text.fontSize, rows[i].size);
-        EXPECT_EQ(style.text.fontName, "Arial");
-        EXPECT_EQ(style.shape.frameWidth, predefinedStyles()[0].shape.frameWidth);
-        TShapeStyle clamped = style;
-        clampSettings(clamped);
-        EXPECT_EQ(clamped, style);
-    }
-}
-
 // Contrast of relative luminance as accessibility guidelines define it.
 double luminance(Colour c) {
     const auto linear = [](uint8_t v) { return std::pow(v / 255.0, 2.2); };

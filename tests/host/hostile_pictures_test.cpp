@@ -64,7 +64,7 @@ protected:
         if (round % 50 == 49) host_.hostShutdown();
     }
 
-    /// Message boxes are counted instead of shown: two thousand would take minutes.
+    /// Message boxes are counted instead of shown: hundreds would take minutes.
     static int WINAPI countBox(HWND, LPCWSTR, LPCWSTR caption, UINT) {
         EXPECT_STREQ(caption, L"Error");
         ++boxes_;
@@ -126,13 +126,13 @@ TEST_F(HostilePictures, AddressesThatAreNoneAreRefused) {
         EXPECT_EQ(capture(reinterpret_cast<const void*>(address)), Fate::Message) << std::hex << address;
 }
 
-TEST_F(HostilePictures, AThousandShortenedOnesAreRefused) {
+TEST_F(HostilePictures, ShortenedOnesAreRefused) {
     const ImportPatch boxes(host_.module, "user32.dll", "MessageBoxW", &HostilePictures::countBox);
     const Bytes good = richPng();
     AtTheEndOfMemory memory(good.size());
     ASSERT_EQ(capture(memory.put(good)), Fate::Picture);
     std::mt19937 random(1);
-    for (int round = 0; round < 1000; ++round) {
+    for (int round = 0; round < 150; ++round) {
         const size_t length = random() % good.size();
         const Bytes part(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length));
         ASSERT_EQ(capture(memory.put(part)), Fate::Message) << length << " bytes";
@@ -140,14 +140,14 @@ TEST_F(HostilePictures, AThousandShortenedOnesAreRefused) {
     }
 }
 
-TEST_F(HostilePictures, AThousandBitFlippedOnesDoNoHarm) {
+TEST_F(HostilePictures, BitFlippedOnesDoNoHarm) {
     const ImportPatch boxes(host_.module, "user32.dll", "MessageBoxW", &HostilePictures::countBox);
     const Bytes good = richPng();
     AtTheEndOfMemory memory(good.size());
     std::mt19937 random(2);
     int accepted = 0;
     SystemObjects before;
-    for (int round = 0; round < 1000; ++round) {
+    for (int round = 0; round < 150; ++round) {
         Bytes flipped = good;
         const unsigned flips = 1 + random() % 6;
         for (unsigned i = 0; i < flips; ++i)
@@ -156,12 +156,12 @@ TEST_F(HostilePictures, AThousandBitFlippedOnesDoNoHarm) {
         ASSERT_TRUE(fate == Fate::Picture || fate == Fate::Message) << "round " << round;
         accepted += fate == Fate::Picture ? 1 : 0;
         endSession(round);
-        if (round == 199) before = countObjects();
+        if (round == 49) before = countObjects();
     }
     const SystemObjects after = countObjects();
     // Flips in the texts and the private chunks leave the pixels whole.
-    EXPECT_GT(accepted, 10);
-    EXPECT_LT(accepted, 500);
+    EXPECT_GT(accepted, 2);
+    EXPECT_LT(accepted, 75);
     EXPECT_LE(after.handles, before.handles + 5) << before << " -> " << after;
     EXPECT_LE(after.gdi, before.gdi + 5) << before << " -> " << after;
     EXPECT_LE(after.user, before.user + 5) << before << " -> " << after;

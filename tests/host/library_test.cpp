@@ -165,16 +165,8 @@ TEST(SettingsFile, StandsWhereTheKindOfHostWantsIt) {
     const char* const profile = "p/Ab.default/ExTensions/x@y";
     for (const Case& c : {
              Case{"on its own", "glimmerpad.exe", "lib", 0, "lib/zk_settings.ini", false},
-             Case{"Firefox", "firefox.exe", profile, 1, "p/Ab.default/vx_fx_settings.ini", false},
-             Case{"not in a profile", "firefox.exe", "lib", 1, "lib/vx_fx_settings.ini", false},
              Case{"named both", "SeaMonkey-Thunderbird.exe", profile, 1, "p/Ab.default/vx_tb_settings.ini", false},
-             Case{"SeaMonkey", "my seamonkey.exe", profile, 1, "p/Ab.default/vx_sm_settings.ini", false},
-             Case{"the container", "Vistrane-Container.exe", "lib", 1, "lib/vx_ie_settings.ini", false},
-             Case{"Internet Explorer", "thunderbird.exe", "lib", 2, "lib/vx_ie_settings.ini", false},
-             Case{"Thunderbird", "x.exe", profile, 3, "p/Ab.default/vx_tb_settings.ini", false},
-             Case{"SeaMonkey, said so", "x.exe", profile, 4, "p/Ab.default/vx_sm_settings.ini", false},
              Case{"Chrome", "seamonkey.exe", "lib", 5, "Vistrane/vx_chrome_settings.ini", true},
-             Case{"unknown", "firefox.exe", profile, 6, "p/Ab.default/ExTensions/x@y/def_settings.ini", false},
              Case{"no user folder", "run/x.exe", "lib", 5, "run/tmp/Vistrane/vx_chrome_settings.ini", false,
                   "settings-without-user-folder"},
          }) {

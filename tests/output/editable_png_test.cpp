@@ -10,9 +10,6 @@
 #include "common/bytes.h"
 #include "common/text.h"
 #include "editor/annotation_record.h"
-#include "editor/commands/crop_picture.h"
-#include "editor/commands/draw_operation.h"
-#include "editor/document.h"
 #include "imaging/png_chunks.h"
 #include "output/uPNGChunk.h"
 #include "support/pictures.h"
@@ -385,84 +382,6 @@ TEST_F(Damaged, RandomBytesNeverBreakTheReader) {
         } catch (const AssertionFailure& failure) {
             EXPECT_STREQ(failure.condition, "pSL->Count == 3");
         }
-    }
-}
-
-/// Whether some row of the secret is somewhere in the data, with or without alpha, in either order of colours.
-bool contains(const Bytes& data, const TBitmap& secret) {
-    for (int32_t y = 0; y < secret.height(); ++y) {
-        Bytes orders[4];
-        for (int32_t x = 0; x < secret.width(); ++x) {
-            const Colour c = secret.pixel(x, y);
-            for (const uint8_t v : {redOf(c), greenOf(c), blueOf(c)}) orders[0].push_back(v);
-            for (const uint8_t v : {blueOf(c), greenOf(c), redOf(c)}) orders[1].push_back(v);
-            for (const uint8_t v : {redOf(c), greenOf(c), blueOf(c), uint8_t{255}}) orders[2].push_back(v);
-            for (const uint8_t v : {blueOf(c), greenOf(c), redOf(c), uint8_t{255}}) orders[3].push_back(v);
-        }
-        for (const Bytes& order : orders)
-            if (std::search(data.begin(), data.end(), order.begin(), order.end()) != data.end()) return true;
-    }
-    return false;
-}
-
-/// The file, and all pictures in it unpacked.
-Bytes everythingIn(const Bytes& file) {
-    Bytes all = file;
-    const PngPicture png = readPng(file).take();
-    all.insert(all.end(), png.bitmap.bytes().begin(), png.bitmap.bytes().end());
-    for (const PngChunk& chunk : png.extras.chunks) {
-        all.insert(all.end(), chunk.data.begin(), chunk.data.end());
-        if (chunk.type != TChunkbBPn::type) continue;
-        const PngPicture inner = readPng(chunk.data).take();
-        EXPECT_TRUE(inner.extras.chunks.empty() && inner.extras.texts.empty());
-        all.insert(all.end(), inner.bitmap.bytes().begin(), inner.bitmap.bytes().end());
-    }
-    return all;
-}
-
-TEST(Redaction, NoErasedPixelIsInAnyChunk) {
-    constexpr Rect place{10, 10, 34, 18};
-    const PixelSelection selection{{place.left, place.top, place.right - 1, place.bottom - 1}};
-    using Erase = std::function<std::unique_ptr<UndoCommand>(const TBitmap&)>;
-    const std::pair<const char*, Erase> ways[] = {
-        {"fill",
-         [&](const TBitmap& picture) {
-             return std::make_unique<DrawOperation>(makeFill(picture, nullptr, &selection, 0).take());
-         }},
-        {"blur",
-         [&](const TBitmap& picture) {
-             return std::make_unique<DrawOperation>(applyEffect(2, picture, nullptr, &selection, 25).take());
-         }},
-        {"crop beside",
-         [&](const TBitmap&) {
-             return std::make_unique<CropPicture>(Rect{place.right, 0, 64, 48});
-         }},
-        {"crop below",
-         [&](const TBitmap&) {
-             return std::make_unique<CropPicture>(Rect{0, place.bottom, 64, 48});
-         }},
-    };
-    for (const auto& [name, erase] : ways) {
-        SCOPED_TRACE(name);
-        Random random(99);
-        TBitmap picture = TBitmap::create(64, 48, PixelFormat::Bgra32).take();
-        picture.fill(picture.bounds(), rgb(240, 240, 240));
-        TBitmap secret = random.picture(place.width(), place.height());
-        for (size_t i = 3; i < secret.byteCount(); i += 4) secret.bytes()[i] = 255;
-        copyPixels(picture, {place.left, place.top}, secret);
-        const std::unique_ptr<CaptureDocument> capture =
-            CaptureDocument::create(std::move(picture), {}, random.list(5)).take();
-        const auto saved = [&] {
-            const TBitmap& background = capture->background();
-            return everythingIn(written(background, background, capture->annotations(), background.bounds(), ""));
-        };
-        EXPECT_TRUE(contains(saved(), secret)) << "the search finds what is there";
-        ASSERT_TRUE(capture->run(erase(capture->background())).ok());
-        EXPECT_FALSE(contains(saved(), secret));
-        // The history keeps the pixels, for undoing; no file does.
-        ASSERT_TRUE(capture->undo().ok());
-        ASSERT_TRUE(capture->redo().ok());
-        EXPECT_FALSE(contains(saved(), secret));
     }
 }
 
