@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/boundary.h"
+#include "common/modal_scope.h"
 #include "editor/annotation_clipboard.h"
 
 namespace glimmer {
@@ -58,6 +59,7 @@ void dragAnnotation(wxWindow* canvas, const TBBShape& shape) {
     wxCustomDataObject data(annotationFormat());
     data.SetData(bytes.size(), bytes.data());
     wxDropSource source(data, canvas);
+    const ModalScope waits;  // the canvas must outlive the drag
     source.DoDragDrop(wxDrag_CopyOnly);
 }
 

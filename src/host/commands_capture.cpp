@@ -62,6 +62,7 @@ int32_t commandGetEncodedContent(const CommandArguments& arguments) {
     if (content == nullptr) return 0;
     *content = {};
     if (!pProgram) return 1;
+    pProgram->encodeAgain();
     if (const std::string& text = pProgram->encodedText(); !text.empty()) {
         *content = {text.c_str(), static_cast<uint32_t>(text.size())};
     } else if (const std::vector<uint8_t>& image = pProgram->encodedImage(); !image.empty()) {

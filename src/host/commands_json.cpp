@@ -68,9 +68,12 @@ int32_t scrollBarThickness() {
 
 int32_t captureDone(const JsonObject& parameters) {
     PageTiles page = PageTiles::read(parameters);
-    std::vector<TBitmap> tiles = std::move(hostState().captureTiles);
-    hostState().captureTiles.clear();
-    if (!page.joinable() || tiles.empty() || !ensureProgram()) return 0;
+    if (!page.joinable() || hostState().captureTiles.empty()) {
+        hostState().captureTiles.clear();
+        return 0;
+    }
+    if (!ensureProgram()) return 0;
+    std::vector<TBitmap> tiles = std::exchange(hostState().captureTiles, {});
     prepareMainEditor();
     playDeliverySound();
     Result<TBitmap> joined = joinTiles(page, std::move(tiles), scrollBarThickness());

@@ -1,10 +1,8 @@
 // Commands that show, open and arrange windows.
 
 #include <wx/toplevel.h>
-// clang-format off
-#include <windows.h>
-// clang-format on
 
+#include "common/foreground.h"
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/host_commands.h"
 #include "host/host_state.h"
@@ -15,8 +13,6 @@
 namespace glimmer {
 
 namespace {
-
-size_t openEditors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
 
 bool someFormIsShown() {
     for (const wxWindow* window : wxTopLevelWindows) {
@@ -47,11 +43,7 @@ int32_t commandOpenSettings(const CommandArguments&) {
 
 int32_t commandOpenFile(const CommandArguments&) {
     if (!ensureProgram()) return 0;
-    const size_t before = openEditors();
-    pProgram->openFile();
-    if (openEditors() <= before) return 1;
-    pProgram->tellResumeState();
-    pMainEditor->bringForward();
+    if (!pProgram->openFile()) return 1;
     showRemembered("cmbLoadingFilesViaDDropHint", {"You can drag and drop files directly onto Editor to open them.",
                                                    "Hint", MessageIcon::Information});
     return 1;
@@ -72,9 +64,7 @@ int32_t commandFGWindowPatch(const CommandArguments&) {
 
 int32_t commandActivateApp(const CommandArguments&) {
     if (pMainEditor == nullptr || !someFormIsShown()) return 1;
-    const auto window = static_cast<HWND>(pMainEditor->GetHWND());
-    SetForegroundWindow(window);
-    SetActiveWindow(window);
+    takeForeground(pMainEditor->GetHWND());
     return 1;
 }
 

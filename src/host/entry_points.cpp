@@ -137,6 +137,7 @@ uint32_t wordOf(Function* function) {
 bool fillInterface(GlimmerpadInterface* record, uint32_t size) {
     if (toolkitRuns() && !onOurThread()) return false;
     HostNotify = nullptr;
+    setNotifyHandler(nullptr);
     // While a shutdown waits nobody is asked anything; it puts the questions back itself.
     if (!shutdownWaits()) guarded(connectSystem);
     if (record == nullptr || record->version != GLIMMERPAD_INTERFACE_VERSION) return false;

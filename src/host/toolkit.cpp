@@ -270,6 +270,9 @@ bool insideModal() { return ModalScope::any() || modalDialogs().any() || (wxTheA
 
 void cancelModals() {
     std::vector<void*> systemDialogs = ModalScope::windows();
+    // No dialog, but something is carried with the mouse: its loop takes this as a key.
+    if (ModalScope::any() && systemDialogs.empty() && GetCapture() != nullptr)
+        PostMessageW(GetCapture(), WM_KEYDOWN, VK_ESCAPE, 1);
     if (wxTheApp != nullptr) {
         EnumThreadWindows(GetCurrentThreadId(), addOurDialog, reinterpret_cast<LPARAM>(&systemDialogs));
         if (insideSystemLoop()) {

@@ -93,7 +93,10 @@ void TProgram::prepareMainEditor() {
     pMainEditor = new TMainEditor();
     pMainEditor->setCommands({{},
                               [this] { showOptions(); },
-                              [this] { tellResumeState(); },
+                              [this] {
+                                  hidden_ = !isStandalone() && resumeAvailable();
+                                  tellResumeState();
+                              },
                               [this](const std::string& url) { openPage(url); }});
     // A picture that is taken while the window still fades would have it.
     pMainEditor->Bind(wxEVT_SHOW, [](wxShowEvent& event) {
@@ -124,8 +127,8 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
     if (!beginCapture()) return;
     Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
     debugRemark("capture for action " + std::to_string(action) + ": " + url);
+    if (!pngData && !bitmap) emptyCapture_ = true;
     Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
-    emptyCapture_ = arrival.picture.empty();
     const auto chosen = static_cast<CaptureAction>(action);
     if (!received) {
         showError(received.message());
@@ -148,6 +151,7 @@ void TProgram::refusePicture(const std::string& why, uint32_t action) {
 /// Forgets the outcome of the capture before. False when this one is to be ignored.
 bool TProgram::beginCapture() {
     if (std::exchange(skipNext_, false)) return false;
+    encoded_ = nullptr;
     encodedText_.clear();
     encodedImage_.clear();
     savedPath_.clear();
@@ -176,7 +180,8 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
     ++captureCount_;
     if (const std::optional<std::string> low = lowMemoryWarning(seams_.availableMemory())) {
         warnInFront(*low);
-        refuse(captureImpossibleText());
+        warnInFront(captureImpossibleText());
+        refuse();
         return nullptr;
     }
 
@@ -186,7 +191,7 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
     std::optional<MouseCursor> cursor;
     const Size probe = empty ? Size{area.width(), area.height()} : probeSize(arrival.picture.size(), screen);
     if (!seams_.probeBitmap(probe)) {
-        refuse(editorWarning());
+        refuseEditor(editorWarning());
         return nullptr;
     }
 
@@ -201,7 +206,7 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
         if (picture && fromScreen) announceCapture(area);
         if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
         if (!picture) {
-            refuse(fromScreen ? picture.message() : editorWarning());
+            refuseEditor(fromScreen ? picture.message() : editorWarning());
             return nullptr;
         }
         arrival.picture = picture.take();
@@ -219,7 +224,7 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
     Result<std::unique_ptr<CaptureDocument>> document =
         CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info), std::move(stamps));
     if (!document) {
-        refuse(editorWarning());
+        refuseEditor(editorWarning());
         return nullptr;
     }
     prepareMainEditor();
@@ -233,8 +238,14 @@ void TProgram::warnInFront(const std::string& text) {
     showWarning(text);
 }
 
-void TProgram::refuse(const std::string& text) {
-    warnInFront(text);
+/// The warning first: the window that comes forward is for what is still open.
+void TProgram::refuseEditor(const std::string& text) {
+    showWarning(text);
+    if (pMainEditor != nullptr) pMainEditor->bringForward();
+    refuse();
+}
+
+void TProgram::refuse() {
     ++refusedCount_;
     debugRemark("refused, number " + std::to_string(refusedCount_));
 }
@@ -271,20 +282,36 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             pMainEditor->click("btnPrint");
             break;
         case CaptureAction::EncodeText:
-        case CaptureAction::EncodeImage: {
-            Result<std::vector<uint8_t>> png = saver_->encode(document, PictureFormat::Png);
-            if (!png) {
-                showError(png.message());
-            } else if (action == CaptureAction::EncodeText) {
-                encodedText_ = base64Encode(*png);
-            } else {
-                encodedImage_ = png.take();
-            }
+        case CaptureAction::EncodeImage:
+            encode(document, action);
             break;
-        }
         case CaptureAction::Load:
         default:
             break;
+    }
+}
+
+void TProgram::encode(CaptureDocument& document, CaptureAction action) {
+    Result<std::vector<uint8_t>> png = saver_->encode(document, PictureFormat::Png);
+    if (!png) {
+        showError(png.message());
+        return;
+    }
+    encoded_ = &document;
+    encodedRevision_ = document.revision();
+    if (action == CaptureAction::EncodeText) {
+        encodedText_ = base64Encode(*png);
+    } else {
+        encodedImage_ = png.take();
+    }
+}
+
+void TProgram::encodeAgain() {
+    if (encoded_ == nullptr || pMainEditor == nullptr) return;
+    for (CaptureDocument* document : pMainEditor->allEditors()) {
+        if (document != encoded_ || document->revision() == encodedRevision_) continue;
+        encode(*document, encodedText_.empty() ? CaptureAction::EncodeImage : CaptureAction::EncodeText);
+        return;
     }
 }
 
@@ -340,9 +367,15 @@ void TProgram::showOptions() {
     open = false;
 }
 
-void TProgram::openFile() {
+bool TProgram::openFile() {
     prepareMainEditor();
+    const size_t before = pMainEditor->editorCount();
     pMainEditor->btnLoadProjectClick();
+    // The dialog may have outlasted the window.
+    if (pMainEditor == nullptr || pMainEditor->editorCount() <= before) return false;
+    tellResumeState();
+    restoreApplication();
+    return true;
 }
 
 bool TProgram::openFileInEditor(const std::string& path) {

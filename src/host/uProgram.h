@@ -83,8 +83,9 @@ public:
     /// Sends "enableResumeMenu" with "enable" or "disable".
     void tellResumeState() const;
     void showOptions();
-    /// The open dialog of the main editor.
-    void openFile();
+    /// The open dialog of the main editor. What is opened is shown in front, and the host told of it; whether anything
+    /// was.
+    bool openFile();
     /// Opens a picture or a project as the open dialog does; whether an editor came of it. `path` is UTF-8.
     bool openFileInEditor(const std::string& path);
     /// Opens the clipboard's picture in a new editor; whether there was one.
@@ -100,6 +101,8 @@ public:
     /// Shows everything again (`mnuContinue`).
     void restoreApplication();
 
+    /// Encodes what the last EncodeText or EncodeImage capture has become since, as long as it is open.
+    void encodeAgain();
     /// Base64 text of the last EncodeText capture; kept until the next capture.
     [[nodiscard]] const std::string& encodedText() const { return encodedText_; }
     /// PNG file of the last EncodeImage capture; kept until the next capture.
@@ -124,7 +127,9 @@ private:
     CaptureDocument* createEditor(Arrival& arrival);
     static std::string editorWarning();
     static void warnInFront(const std::string& text);
-    void refuse(const std::string& text);
+    void refuse();
+    void refuseEditor(const std::string& text);
+    void encode(CaptureDocument& document, CaptureAction action);
     void runAction(CaptureDocument& document, CaptureAction action);
     void followUp(CaptureAction action);
     void offerHiding();
@@ -134,6 +139,8 @@ private:
     std::unique_ptr<TSaver> saver_;
     std::string encodedText_;
     std::vector<uint8_t> encodedImage_;
+    CaptureDocument* encoded_ = nullptr;  ///< may be closed by now
+    uint64_t encodedRevision_ = 0;
     std::string savedPath_;
     int32_t captureCount_ = 0;
     int32_t refusedCount_ = 0;

@@ -63,11 +63,13 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
         }
         if (change.info) list_->setName(placeOf(added), wxText(added.info().name));
         stateStale_ = true;
+        wakeTimers();
     });
     entry.document = std::move(document);
     documents_.push_back(std::move(entry));
     projectChanged_ = !projectPath_.empty();
     recovery_->add(added, std::move(former));
+    wakeTimers();
     list_->insert(documents_.size() - 1, wxText(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
     show(documents_.size() - 1);

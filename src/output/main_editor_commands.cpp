@@ -3,6 +3,7 @@
 #include <wx/filedlg.h>
 
 #include <algorithm>
+#include <new>
 
 #include "common/files.h"
 #include "common/host_kind.h"
@@ -46,6 +47,17 @@ std::string namingFile(const std::string& failure, const std::string& path) {
     return failure.find(name) != std::string::npos ? failure : std::string(name).append(": ").append(failure);
 }
 
+using Opened = Result<std::vector<std::unique_ptr<CaptureDocument>>>;
+
+/// Want of memory is a failure of this file as any other; the next one may be smaller.
+Opened openedOrWhyNot(const std::string& path, bool* lacksData) {
+    try {
+        return openCaptures(pathFromUtf8(path), lacksData);
+    } catch (const std::bad_alloc&) {
+        return Failure{"There is not enough memory for this."};
+    }
+}
+
 /// The host as the rating page knows it.
 std::string hostCode() { return isChrome() ? "ch" : "fx"; }
 
@@ -73,7 +85,7 @@ bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
     std::vector<std::string> failures;
     for (const std::string& path : paths) {
         bool lacksData = false;
-        Result<std::vector<std::unique_ptr<CaptureDocument>>> opened = openCaptures(pathFromUtf8(path), &lacksData);
+        Opened opened = openedOrWhyNot(path, &lacksData);
         someLackData = someLackData || lacksData;
         if (!opened) {
             failures.push_back(namingFile(opened.message(), path));

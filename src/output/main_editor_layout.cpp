@@ -26,8 +26,6 @@ namespace glimmer {
 
 namespace {
 
-constexpr int thumbnailPeriod = 100;  // milliseconds
-constexpr int recoveryPeriod = 30;
 // Device-independent pixels.
 constexpr int narrowestLeftPanel = 120;
 constexpr int widestLeftPanel = 2000;
@@ -126,8 +124,7 @@ void TMainEditor::complete() {
     GetSizer()->GetItem(toolbar_)->SetFlag(wxEXPAND);  // from now on a hidden one takes no room
     applyOptions();
     SetIcons(applicationIcons());
-    tmrUpdateThumbnails_.Start(thumbnailPeriod);
-    tmrRecovery_.Start(recoveryPeriod);
+    wakeTimers();
 }
 
 void TMainEditor::applyOptions() {

@@ -10,6 +10,7 @@
 #include <functional>
 
 #include "editor/recovery_keeper.h"
+#include "output/main_toolbar.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/settings.h"
@@ -18,6 +19,8 @@ namespace glimmer {
 
 namespace {
 
+constexpr int thumbnailPeriod = 100;  // milliseconds
+constexpr int recoveryPeriod = 30;
 /// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
 constexpr std::chrono::milliseconds recoveryBudget{8};
 /// The system gives a program five seconds to answer, all its windows together.
@@ -36,7 +39,18 @@ std::string described(const std::vector<RecoveryStore::Entry>& entries) {
 void TMainEditor::startKeeping(std::filesystem::path folder) {
     recovery_ = std::make_unique<RecoveryKeeper>(std::move(folder));
     // A timer's message comes when there is no other: the user never waits for this.
-    tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { recovery_->work(recoveryBudget); });
+    tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        recovery_->work(recoveryBudget);
+        if (!IsShown() && recovery_->complete()) tmrRecovery_.Stop();
+    });
+}
+
+/// They sleep while the window is hidden and nothing is to be kept.
+void TMainEditor::wakeTimers() {
+    if (!toolbar_->filled()) return;
+    if (IsShown()) toolbar_->wake();
+    if (IsShown() && !tmrUpdateThumbnails_.IsRunning()) tmrUpdateThumbnails_.Start(thumbnailPeriod);
+    if (!tmrRecovery_.IsRunning()) tmrRecovery_.Start(recoveryPeriod);
 }
 
 void TMainEditor::prepareForSessionEnd() {

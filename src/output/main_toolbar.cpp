@@ -43,7 +43,10 @@ TMainToolbar::TMainToolbar(wxWindow* parent, Run run) : run_(std::move(run)), tm
         event.Skip();
     });
     Bind(wxEVT_CONTEXT_MENU, [this](wxContextMenuEvent&) { showSizeMenu(); });
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { dimHandle(); });
+    Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        dimHandle();
+        if (!wxGetTopLevelParent(this)->IsShown()) tmrDimHandle_.Stop();
+    });
 }
 
 ToolButton* TMainToolbar::makeButton(const char* control, const char* caption, const char* hint, const char* icon,
@@ -82,7 +85,11 @@ void TMainToolbar::fill() {
     handle_->SetCursor(wxCursor(wxCURSOR_HAND));
     handle_->SetToolTip("Minimize/Maximize Main Toolbar");  // the first hint of a program takes time as well
     setAccessibleName(*handle_, handle_->GetToolTipText(), PressedControl::Button, [this] { setFolded(open()); });
-    tmrDimHandle_.Start(timerPeriod);
+    wake();
+}
+
+void TMainToolbar::wake() {
+    if (!tmrDimHandle_.IsRunning()) tmrDimHandle_.Start(timerPeriod);
 }
 
 ToolButton* TMainToolbar::button(std::string_view control) const {

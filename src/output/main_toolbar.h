@@ -25,6 +25,8 @@ public:
 
     /// Makes the buttons, the first time.
     void fill();
+    /// Its timer sleeps while the window is hidden: the window is shown.
+    void wake();
     [[nodiscard]] bool filled() const { return more_ != nullptr; }
     /// The button of that name; none when there is no such command, or before fill().
     [[nodiscard]] ToolButton* button(std::string_view control) const;

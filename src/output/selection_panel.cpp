@@ -11,6 +11,7 @@
 
 #include "common/accessible_name.h"
 #include "common/link_colour.h"
+#include "common/sound.h"
 
 namespace glimmer {
 
@@ -43,6 +44,11 @@ SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection");
 }
 
+void SelectionPanel::click(std::string_view control) {
+    playSound(Sound::Click);
+    clicked_(control);
+}
+
 bool SelectionPanel::fill() {
     if (GetSizer() != nullptr) return false;
     const wxWindowUpdateLocker atOnce(this);
@@ -64,8 +70,8 @@ bool SelectionPanel::fill() {
             text->SetHoverColour(link.ChangeLightness(70));
             text->SetToolTip(wxString(row.heading) + " " + label.text);
             setAccessibleName(*text, text->GetToolTipText(), PressedControl::Link,
-                              [this, control = label.control] { clicked_(control); });
-            text->Bind(wxEVT_HYPERLINK, [this, control = label.control](wxHyperlinkEvent&) { clicked_(control); });
+                              [this, control = label.control] { click(control); });
+            text->Bind(wxEVT_HYPERLINK, [this, control = label.control](wxHyperlinkEvent&) { click(control); });
             line->Add(text, 0, wxRIGHT, FromDIP(8));
         }
         grid->Add(line, 1, wxEXPAND);

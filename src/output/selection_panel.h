@@ -18,6 +18,8 @@ public:
     void enableAll(bool enable);
 
 private:
+    void click(std::string_view control);
+
     std::function<void(std::string_view)> clicked_;
 };
 

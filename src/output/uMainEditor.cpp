@@ -13,6 +13,7 @@
 #include <new>
 #include <utility>
 
+#include "common/foreground.h"
 #include "common/host_kind.h"
 #include "common/modal_scope.h"
 #include "editor/clipboard_window.h"
@@ -72,7 +73,14 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         event.Veto();
         if (commandsRunning_ == 0) btnExitClick();
     });
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) { updateThumbnails(); });
+    Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        updateThumbnails();
+        if (!IsShown()) tmrUpdateThumbnails_.Stop();
+    });
+    Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
+        if (event.IsShown()) wakeTimers();
+        event.Skip();
+    });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         complete();
         if (stateStale_) refreshState();
@@ -251,10 +259,11 @@ void TMainEditor::hiddenRoutine() { refreshState(); }
 void TMainEditor::bringDialogForward() {
     for (wxWindow* top : wxTopLevelWindows) {
         auto* dialog = dynamic_cast<wxDialog*>(top);
-        if (dialog != nullptr && dialog->IsShown() && dialog->IsModal() && dialog->IsEnabled()) dialog->Raise();
+        if (dialog != nullptr && dialog->IsShown() && dialog->IsModal() && dialog->IsEnabled())
+            takeForeground(dialog->GetHWND());
     }
     const std::vector<void*> ofSystem = ModalScope::windows();
-    if (!ofSystem.empty()) SetForegroundWindow(static_cast<HWND>(ofSystem.front()));
+    if (!ofSystem.empty()) takeForeground(ofSystem.front());
 }
 
 void TMainEditor::bringForward() {
@@ -262,8 +271,7 @@ void TMainEditor::bringForward() {
     const auto window = static_cast<HWND>(GetHWND());
     if (IsIconized()) ShowWindow(window, SW_RESTORE);
     if (IsWindowEnabled(window) == FALSE) return bringDialogForward();
-    SetForegroundWindow(window);
-    SetActiveWindow(window);
+    takeForeground(window);
 }
 
 }  // namespace glimmer

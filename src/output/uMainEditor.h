@@ -171,6 +171,7 @@ private:
     void openDropped(const std::vector<std::string>& paths);
 
     // The recovery folder (main_editor_recovery.cpp)
+    void wakeTimers();
     void startKeeping(std::filesystem::path folder);
     void offerInBar(const std::vector<RecoveryStore::Entry>& entries);
     void openRecovered(const std::vector<RecoveryStore::Entry>& entries);

@@ -206,6 +206,62 @@ void putOnClipboard(const BITMAPINFOHEADER& header, const std::vector<uint32_t>&
     CloseClipboard();
 }
 
+// Also into a window that nobody has seen yet.
+TEST_F(Commands, AFileThatIsOpenedIsSeen) {
+    const DialogRobot robot([](HWND box) {
+        if (textOf(box) != L"Open Project or File...") return refuse(box);
+        const std::wstring path = std::filesystem::absolute("samples/article-1280x1024.png").wstring();
+        for (const HWND child : childrenOf(box)) {
+            if (classOf(child) != L"Edit") continue;
+            SendMessageW(child, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+            break;
+        }
+        EXPECT_TRUE(pressButton(box, L"Open"));
+    });
+    EXPECT_EQ(host_.execute(L"openFile"), 1);
+    EXPECT_TRUE(host_.resumeAvailable());
+    ASSERT_NE(mainWindow(), nullptr);
+    EXPECT_NE(IsWindowVisible(mainWindow()), FALSE);
+}
+
+/// A system that keeps the foreground for the program that is there; a thread that is attached to it may take it.
+struct ForegroundLock {
+    static BOOL WINAPI set(HWND) {
+        taken = taken || attached;
+        return taken;
+    }
+    static HWND WINAPI get() { return taken ? mainWindow() : GetDesktopWindow(); }
+    static BOOL WINAPI attach(DWORD, DWORD, BOOL on) {
+        if (!mayAttach) return FALSE;
+        attached = on != FALSE;
+        return TRUE;
+    }
+    static BOOL WINAPI flash(PFLASHWINFO) {
+        ++flashes;
+        return FALSE;
+    }
+    static inline bool mayAttach, attached, taken;
+    static inline int flashes;
+};
+
+TEST_F(Commands, AWindowThatMayNotComeInFrontCallsForAttention) {
+    host_.capture(pngOf(patternPicture(30, 20)), GLIMMERPAD_EDIT);
+    const ImportPatch patches[] = {{host_.module, "user32.dll", "SetForegroundWindow", &ForegroundLock::set},
+                                   {host_.module, "user32.dll", "GetForegroundWindow", &ForegroundLock::get},
+                                   {host_.module, "user32.dll", "AttachThreadInput", &ForegroundLock::attach},
+                                   {host_.module, "user32.dll", "FlashWindowEx", &ForegroundLock::flash}};
+    for (const bool mayAttach : {true, false}) {
+        ForegroundLock::mayAttach = mayAttach;
+        ForegroundLock::attached = ForegroundLock::taken = false;
+        ForegroundLock::flashes = 0;
+        EXPECT_EQ(host_.execute(L"activateApp"), 1);
+        EXPECT_EQ(ForegroundLock::taken, mayAttach);
+        EXPECT_FALSE(ForegroundLock::attached);
+        EXPECT_EQ(ForegroundLock::flashes, mayAttach ? 0 : 1);
+        EXPECT_EQ(GetWindowLongW(mainWindow(), GWL_EXSTYLE) & WS_EX_TOPMOST, 0);
+    }
+}
+
 TEST_F(Commands, TheClipboardsPictureIsOpened) {
     ASSERT_NE(OpenClipboard(nullptr), FALSE);
     EmptyClipboard();
