@@ -209,6 +209,18 @@ TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
     EXPECT_EQ(editors(), 5U);
 }
 
+// Put away by its own button, in a host: what comes in the background leaves it there.
+TEST_F(Program, TheEditorThatWasPutAwayComesBackForACaptureToEdit) {
+    take(CaptureAction::Edit);
+    pMainEditor->btnFirefoxClick();
+    EXPECT_TRUE(pProgram->hidden());
+    take(CaptureAction::Load);
+    EXPECT_FALSE(pMainEditor->IsShown());
+    take(CaptureAction::Edit);
+    EXPECT_TRUE(pMainEditor->IsShown());
+    EXPECT_FALSE(pProgram->hidden());
+}
+
 TEST_F(Program, OnItsOwnItOpensPagesItselfAndStaysInTheBackground) {
     end();
     start(HostKind::Standalone);
