@@ -74,8 +74,11 @@ Result<TBitmap> pictureFromClipboard() {
     Failure reason{"There is no image in the clipboard."};
     const OpenedClipboard clipboard;
     if (!clipboard) return Failure{clipboardInUse};
-    for (const UINT format : {pngFormat(), static_cast<UINT>(CF_DIBV5), static_cast<UINT>(CF_DIB)}) {
-        if (IsClipboardFormatAvailable(format) == FALSE) continue;
+    static_assert(formatDib == CF_DIB && formatDibV5 == CF_DIBV5);
+    std::vector<uint32_t> offered;
+    for (UINT format = EnumClipboardFormats(0); format != 0; format = EnumClipboardFormats(format))
+        offered.push_back(format);
+    for (const UINT format : readingOrder(offered, pngFormat())) {
         const std::vector<uint8_t> data = get(format);
         if (data.empty()) continue;
         Result<TBitmap> picture = format == pngFormat() ? readPicture(data) : pictureFromDib(data);

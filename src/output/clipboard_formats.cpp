@@ -1,7 +1,9 @@
 #include "output/clipboard_formats.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
+#include <optional>
 
 #include "common/bytes.h"
 #include "imaging/picture_file.h"
@@ -38,6 +40,21 @@ void writeHeader(ByteWriter& out, uint32_t headerSize, const TBitmap& picture, u
 
 void writeRows(ByteWriter& out, const TBitmap& picture) {
     for (int32_t y = picture.height() - 1; y >= 0; --y) out.bytes({picture.row(y), picture.stride()});
+}
+
+/// Whether the three masks of a long header stand behind it a second time, as some programs write them: there is room
+/// for them, and they are the same.
+bool masksTwice(std::span<const uint8_t> dib, uint32_t offset) {
+    ByteReader in(dib);
+    const uint32_t headerSize = in.u32();
+    const int64_t width = in.i32();
+    const int64_t height = in.i32();
+    const int64_t bits = in.u32() >> 16U;
+    if (in.u32() != bitFields || headerSize < 52 || width <= 0) return false;
+    const int64_t pixels = (width * bits + 31) / 32 * 4 * std::abs(height);
+    constexpr size_t masks = 12;
+    if (static_cast<int64_t>(dib.size()) < static_cast<int64_t>(offset + masks) + pixels) return false;
+    return std::equal(dib.begin() + infoHeaderSize, dib.begin() + infoHeaderSize + masks, dib.begin() + offset);
 }
 
 /// Where the pixels begin in a packed bitmap, as its header says.
@@ -91,10 +108,19 @@ Result<std::vector<uint8_t>> clipboardDibV5(const TBitmap& picture) {
     return out.take();
 }
 
+std::vector<uint32_t> readingOrder(std::span<const uint32_t> offered, uint32_t png) {
+    std::vector<uint32_t> order;
+    for (const uint32_t format : offered)
+        if (format == formatDib || format == formatDibV5) order.push_back(format);
+    if (std::find(offered.begin(), offered.end(), png) != offered.end()) order.insert(order.begin(), png);
+    return order;
+}
+
 Result<TBitmap> pictureFromDib(std::span<const uint8_t> dib) {
-    const std::optional<uint32_t> offset = pixelOffset(dib);
+    std::optional<uint32_t> offset = pixelOffset(dib);
     if (!offset || *offset >= dib.size() || dib.size() > std::numeric_limits<uint32_t>::max() - fileHeaderSize)
         return Failure{"The clipboard's image is damaged."};
+    if (masksTwice(dib, *offset)) *offset += 12;
     ByteWriter file;
     file.u8('B');
     file.u8('M');

@@ -64,6 +64,39 @@ TEST(ClipboardFormats, OtherProgramsForms) {
     EXPECT_EQ(picture->pixel(1, 0), rgb(0, 0, 255));
 }
 
+// What a system makes of a bitmap stands behind it, and its fourth bytes hold anything.
+TEST(ClipboardFormats, OriginalsAreReadBeforeWhatTheSystemMakesOfThem) {
+    constexpr uint32_t png = 0xC123;
+    constexpr uint32_t text = 13;
+    using Formats = std::vector<uint32_t>;
+    const struct {
+        Formats offered;
+        Formats read;
+    } cases[] = {
+        {{formatDib, formatDibV5, text}, {formatDib, formatDibV5}},
+        {{text, formatDibV5, formatDib}, {formatDibV5, formatDib}},
+        {{formatDib, formatDibV5, png}, {png, formatDib, formatDibV5}},
+        {{text}, {}},
+    };
+    for (const auto& one : cases) EXPECT_EQ(readingOrder(one.offered, png), one.read);
+}
+
+TEST(ClipboardFormats, MasksMayStandThereTwice) {
+    const TBitmap picture = sample();
+    std::vector<uint8_t> dib = clipboardDibV5(picture).take();
+    dib.insert(dib.begin() + 124, dib.begin() + 40, dib.begin() + 52);
+    const Result<TBitmap> read = pictureFromDib(dib);
+    ASSERT_TRUE(read.ok()) << read.message();
+    EXPECT_TRUE(samePixels(*read, picture));
+    // No alpha anywhere is none.
+    std::vector<uint8_t> clear = clipboardDibV5(picture).take();
+    for (size_t i = 124 + 3; i < clear.size(); i += 4) clear[i] = 0;
+    const Result<TBitmap> opaque = pictureFromDib(clear);
+    ASSERT_TRUE(opaque.ok());
+    EXPECT_EQ(opaque->pixel(1, 0), rgb(0, 255, 0));
+    EXPECT_EQ(opaque->format(), PixelFormat::Bgr24);
+}
+
 TEST(ClipboardFormats, DamageIsRefused) {
     const std::vector<uint8_t> whole = clipboardDibV5(sample()).take();
     for (size_t size = 0; size < whole.size() - 1; ++size)
