@@ -38,10 +38,12 @@ void append(std::string_view text) {
 }  // namespace
 
 void connectDebugLog() {
+    const auto wanted = [] { return !settingsPath().empty() && OptionsHolder().on("chkDebugMode"); };
+    setDebugDetailsWanted(wanted);
     DebugChannel before = setDebugChannel({});
-    setDebugChannel([before = std::move(before)](std::string_view text) {
+    setDebugChannel([before = std::move(before), wanted](std::string_view text) {
         if (before) before(text);
-        if (!settingsPath().empty() && OptionsHolder().on("chkDebugMode")) append(text);
+        if (wanted()) append(text);
     });
 }
 

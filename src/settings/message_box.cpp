@@ -44,7 +44,7 @@ MessageAnswer closingAnswer(MessageButtons buttons) {
 }
 
 MessageAnswer showMessage(const Message& message, bool* checked) {
-    debugRemark("message \"" + message.text + '"');
+    debugDetail("message \"" + message.text + '"');
     return current == nullptr ? closingAnswer(message.buttons) : current->show(message, checked);
 }
 

@@ -28,6 +28,7 @@ TEST(DebugLog, HoldsRemarksWhileTheUserWantsThem) {
     connectDebugLog();
     setSettingsPath(utf8FromPath(folder.path() / "a.ini"));
     debugRemark("quiet");
+    debugDetail("https://example.org/page?session=1");
     EXPECT_EQ(heard, "quiet");
     EXPECT_FALSE(std::filesystem::exists(log));
 
@@ -47,6 +48,19 @@ TEST(DebugLog, HoldsRemarksWhileTheUserWantsThem) {
     setDebugChannel(before);
     setSettingsPath({});
     OptionsHolder() = Options();
+}
+
+TEST(DebugLog, DetailsAreWithoutWhatLetsIntoAnAccount) {
+    const struct {
+        const char* text;
+        const char* left;
+    } cases[] = {
+        {"a: https://u.example/p?token=1#x", "a: https://u.example/p"},
+        {"\"http://h/#top\" failed? http://h/b", "\"http://h/\" failed? http://h/b"},
+        {"ftp://h/a?b ftp://h/c?d\nWhy?", "ftp://h/a ftp://h/c\nWhy?"},
+        {"", ""},
+    };
+    for (const auto& one : cases) EXPECT_EQ(withoutQueries(one.text), one.left);
 }
 
 }  // namespace
