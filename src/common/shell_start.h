@@ -10,7 +10,12 @@ public:
     virtual ~ShellStart() = default;
     /// Opens a program, document, folder or web address with the verb "open", a program with these parameters.
     /// Whether that began. All UTF-8.
+    ///
+    /// A program's bare name is looked for where the system keeps its own and where programs register themselves, never
+    /// in the current folder, which may be the one that a document was opened from.
     virtual bool open(const std::string& target, const std::string& parameters) = 0;
+    /// Opens a file in what the user has for changing files of its kind. Whether that began.
+    virtual bool edit(const std::string& /*file*/) { return false; }
 };
 
 /// What starts things now; the system's own unless it was replaced.

@@ -5,6 +5,7 @@
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/toolkit.h"
 #include "host/uProgram.h"
+#include "output/mail.h"
 #include "settings/message_box.h"
 #include "settings/settings.h"
 
@@ -35,6 +36,7 @@ bool shutdownWaiting = false;
 
 void shutDownNow() {
     if (!pProgram) return;
+    forgetMails();
     pProgram->closeWindows();
     pProgram.reset();
     runDeferredWork();

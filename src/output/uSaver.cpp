@@ -20,6 +20,7 @@
 #include "output/pdf_writer.h"
 #include "output/save_dialogs.h"
 #include "output/uJPEGSettings.h"
+#include "output/uMainEditor.h"
 #include "output/wait_window.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
@@ -64,6 +65,13 @@ void finishSaving(const fs::path& saved, PictureFormat format) {
     const Message question{"Would you like to open the target folder?\r\n", "Saved successfully", MessageIcon::Question,
                            MessageButtons::YesNo, MessageAnswer::Yes};
     if (showRemembered("cmbOpenFolderAfterSaving", question) == MessageAnswer::Yes) showInFolder(utf8FromPath(saved));
+}
+
+/// The files stay, and the user gets to see them.
+void tellNotMailed(const std::string& reason, const fs::path& folder) {
+    showError(reason + "\r\nThe pictures are in the folder \"" + utf8FromPath(folder) +
+              "\", from where you can attach them to a message.");
+    shellStart().open(utf8FromPath(folder), {});
 }
 
 }  // namespace
@@ -151,7 +159,7 @@ std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode 
             return std::nullopt;
     }
     document.markSaved();
-    debugRemark("saved " + utf8FromPath(target.path));
+    debugDetail("saved " + utf8FromPath(target.path));
     if (mode == SaveMode::Interactive) finishSaving(target.path, target.format);
     return target.path;
 }
@@ -255,17 +263,22 @@ bool TSaver::sendByMail(Documents documents, PictureFormat format) {
 bool TSaver::mailFiles(const Paths& files) {
     const Paths* const pFileList = &files;
     GLIMMER_ASSERT(pFileList != nullptr && !files.empty(), "pFileList!=NULL", "uSaver");
-    std::string reason = "No e-mail program is installed that other programs can send files with.";
-    if (hasMailProgram()) {
-        const MailOutcome outcome = sendMail("Screenshots", mailFooter(), files);
-        if (outcome != MailOutcome::Failed) return outcome == MailOutcome::Handed;
-        reason = "The e-mail program did not take the files.";
-    }
     const fs::path folder = files.front().parent_path();
-    showError(reason + "\r\nThe pictures are in the folder \"" + utf8FromPath(folder) +
-              "\", from where you can attach them to a message.");
-    shellStart().open(utf8FromPath(folder), {});
-    return false;
+    if (!hasMailProgram()) {
+        tellNotMailed("No e-mail program is installed that other programs can send files with.", folder);
+        return false;
+    }
+    const auto tellFailed = [folder](MailOutcome outcome) {
+        if (outcome == MailOutcome::Failed) tellNotMailed("The e-mail program did not take the files.", folder);
+    };
+    const bool shown = pMainEditor != nullptr && pMainEditor->IsShown();
+    const MailOutcome outcome =
+        sendMail({"Screenshots", mailFooter(), files}, shown ? pMainEditor->GetHWND() : nullptr, tellFailed);
+    if (outcome == MailOutcome::Waiting)
+        showInformation(
+            "The e-mail program still has the message before.\nThe next one comes up when that one is sent or closed.");
+    tellFailed(outcome);
+    return outcome != MailOutcome::Failed && outcome != MailOutcome::GivenUp;
 }
 
 std::optional<TSaver::Paths> TSaver::publish(Documents documents, PictureFormat format) {

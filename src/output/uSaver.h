@@ -50,8 +50,8 @@ public:
     bool copyToClipboard(Documents documents);
     /// Saves into the mail folder and hands the files to the user's mail program.
     bool sendByMail(Documents documents, PictureFormat format = PictureFormat::Png);
-    /// The second half of that: attaches files that lie in the mail folder.
-    bool mailFiles(const Paths& files);
+    /// The second half of that: attaches files that lie in the mail folder. Whether the mail program has them, or will.
+    static bool mailFiles(const Paths& files);
     /// Saves into the publish folder; the files, or nothing when it failed.
     std::optional<Paths> publish(Documents documents, PictureFormat format = PictureFormat::Png);
     /// Saves the copies that an external editor is to open; nothing when it failed.

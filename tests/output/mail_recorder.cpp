@@ -49,11 +49,28 @@ public:
         CopyFileW(path.c_str(), (folder_ + L"\\" + std::to_wstring(++count_) + L".attachment").c_str(), FALSE);
     }
     ULONG close() {
+        writeMessage();
         std::ofstream(std::filesystem::path(folder_) / "record", std::ios::binary) << text_;
         return static_cast<ULONG>(std::wcstoul(environment(L"GLIMMER_MAIL_ANSWER").c_str(), nullptr, 10));
     }
 
 private:
+    /// As one in whose window the user writes: where the environment names an event (GLIMMER_MAIL_WAIT), it comes to
+    /// the front and stays until that is set.
+    static void writeMessage() {
+        const std::wstring name = environment(L"GLIMMER_MAIL_WAIT");
+        if (name.empty()) return;
+        HANDLE const sent = OpenEventW(SYNCHRONIZE, FALSE, name.c_str());
+        HWND const window = CreateWindowExW(0, L"STATIC", L"Message of the tests", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20,
+                                            20, 300, 200, nullptr, nullptr, nullptr, nullptr);
+        SetForegroundWindow(window);
+        while (MsgWaitForMultipleObjects(1, &sent, FALSE, INFINITE, QS_ALLINPUT) == WAIT_OBJECT_0 + 1) {
+            MSG message;
+            while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+        }
+        DestroyWindow(window);
+        CloseHandle(sent);
+    }
     std::wstring folder_;
     std::string text_;
     int count_ = 0;

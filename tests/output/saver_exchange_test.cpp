@@ -60,6 +60,9 @@ TEST_F(ClipboardOutput, AnotherProcessGetsTheSamePixels) {
     EXPECT_EQ(messages_.messages[0].text,
               "The image has been copied into windows Clipboard.\r\nNow you can paste it using standard \"Ctrl+V\" key "
               "combination.");
+    DWORD owner = 0;
+    GetWindowThreadProcessId(GetClipboardOwner(), &owner);
+    EXPECT_EQ(owner, GetCurrentProcessId());
     readByAnother();
     for (const char* name : {"png", "dibv5"}) {
         const Result<TBitmap> read = found(name);
@@ -112,6 +115,19 @@ TEST_F(ClipboardOutput, AClipboardInUseIsReported) {
     ASSERT_EQ(messages_.messages.size(), 1U);
     EXPECT_EQ(messages_.messages[0].caption, "Error");
     EXPECT_THAT(messages_.messages[0].text, HasSubstr("in use by another program"));
+}
+
+// --- programs ------------------------------------------------------------------------------------------------------
+
+// A document may lie beside a program that bears the name of one of the system's.
+TEST_F(SaverTest, ProgramsBesideADocumentAreNotStarted) {
+    setShellStart(nullptr);
+    fs::copy_file(test::testProgram("saver_helper"), folder() / "planted.exe");
+    const fs::path before = fs::current_path();
+    fs::current_path(folder());
+    EXPECT_FALSE(shellStart().open("planted.exe", ""));
+    EXPECT_FALSE(shellStart().open("planted", ""));
+    fs::current_path(before);
 }
 
 // --- mail ---------------------------------------------------------------------------------------------------------
@@ -186,6 +202,27 @@ TEST_F(Mailing, WithoutAMailProgramTheFilesAreShown) {
                     testing::ElementsAre(std::pair<std::string, std::string>(utf8FromPath(mail()), "")));
     }
     EXPECT_EQ(entriesOf(mail()), 4U);
+}
+
+TEST_F(Mailing, TheEditorGoesOnWhileTheUserWritesTheMessage) {
+    const MailProgram program(L"mail_recorder", folder(), 2);  // and then it fails
+    HANDLE const sent = CreateEventW(nullptr, TRUE, FALSE, L"Glimmerpad test: sent");
+    SetEnvironmentVariableW(L"GLIMMER_MAIL_WAIT", L"Glimmerpad test: sent");
+    EXPECT_TRUE(saver_.sendByMail(all_));
+    EXPECT_TRUE(mailIsOpen());
+    EXPECT_FALSE(fs::exists(folder() / "record"));
+    EXPECT_TRUE(messages_.messages.empty());
+    // A second one says that it waits.
+    EXPECT_TRUE(saver_.sendByMail(all_));
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_THAT(messages_.messages[0].text, HasSubstr("the message before"));
+    SetEvent(sent);
+    ASSERT_TRUE(test::pumpUntil([this] { return messages_.messages.size() == 3; })) << "both failures are told";
+    EXPECT_FALSE(mailIsOpen());
+    EXPECT_THAT(messages_.messages[2].text, HasSubstr("did not take the files"));
+    EXPECT_EQ(starts_.started.size(), 2U);
+    SetEnvironmentVariableW(L"GLIMMER_MAIL_WAIT", nullptr);
+    CloseHandle(sent);
 }
 
 // A week later the next e-mail removes what the last ones left, and nothing that is somebody else's.

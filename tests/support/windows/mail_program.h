@@ -34,6 +34,9 @@ public:
     ~MailProgram() {
         if (!isTestMachine()) return;
         set(clients, L"", hadOne_ ? before_ : L"");
+        // The program keeps it, and it keeps the mail program that it found first.
+        while (const HMODULE module = GetModuleHandleW(L"mapi32.dll"))
+            if (FreeLibrary(module) == FALSE) break;
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, own);
     }
     MailProgram(const MailProgram&) = delete;
