@@ -62,18 +62,6 @@ int failToLoad(const std::wstring& program, const std::wstring& library, DWORD e
                 std::wstring(reason != nullptr ? reason : L"") + L"(" + std::to_wstring(error) + L")");
 }
 
-/// A start that only handed a file to a running instance holds that file's name in its own memory. It stays until
-/// the name was fetched, but not long, so that an instance that is busy right now still finds it.
-void lingerAfterHandOver() {
-    constexpr DWORD step = 10;  // milliseconds
-    constexpr DWORD longest = 1000;
-    HANDLE mapping = OpenFileMappingW(FILE_MAP_READ, FALSE, L"ZK_SHARED_MEM");
-    if (mapping == nullptr) return;
-    const auto* text = static_cast<const volatile wchar_t*>(MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0));
-    if (text == nullptr) return;
-    for (DWORD waited = 0; *text != L'\0' && waited < longest; waited += step) Sleep(step);
-}
-
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
@@ -87,6 +75,5 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
         reinterpret_cast<void (*)()>(GetProcAddress(library, "runZKApplication")));
     if (run == nullptr) return fail(L"The file glimmerpad.dll beside this program is not a complete one.");
     run();
-    lingerAfterHandOver();
     return 0;
 }

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
+
+#include "host/print_screen.h"
 #include "settings/hot_key.h"
 
 namespace glimmer {
@@ -21,29 +24,44 @@ UINT modifiersOf(int32_t shortcut) {
 
 HotKeys::HotKeys(void* window, std::vector<Command> commands, std::function<void(const std::string&)> report)
     : window_(window), commands_(std::move(commands)), report_(std::move(report)), listener_([this] {
+          noteConsent();
           if (suspended_) return;
           releaseAll();
           registerAll();
           reportTaken();
       }) {
+    noteConsent();
     registerAll();
 }
 
 HotKeys::~HotKeys() { releaseAll(); }
 
+bool HotKeys::unasked(const Command& command, int32_t shortcut) {
+    return command.unasked != nullptr && OptionsHolder().on(command.unasked) &&
+           shortcut == optionTable()[optionIndex(command.option)].standard;
+}
+
+/// Whoever set another key knows what a global key is, and gets the standard one when it is set again.
+void HotKeys::noteConsent() const {
+    for (const Command& command : commands_)
+        if (command.unasked != nullptr && !unasked(command, OptionsHolder().number(command.option)))
+            OptionsHolder().setOn(command.unasked, false);
+}
+
 void HotKeys::registerAll() {
-    taken_.clear();
     for (size_t i = 0; i < commands_.size(); ++i) {
         const int32_t shortcut = OptionsHolder().number(commands_[i].option);
-        if (static_cast<UINT>(hotKeyCode(shortcut)) == 0) continue;
-        if (RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut),
-                           static_cast<UINT>(hotKeyCode(shortcut))) == FALSE)
-            taken_.insert(shortcut);
+        if (static_cast<UINT>(hotKeyCode(shortcut)) == 0 || unasked(commands_[i], shortcut)) continue;
+        const bool had = RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut),
+                                        static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
+        (had ? had_ : taken_).insert(shortcut);
     }
 }
 
 void HotKeys::releaseAll() {
     for (size_t i = 0; i < commands_.size(); ++i) UnregisterHotKey(static_cast<HWND>(window_), static_cast<int>(i));
+    had_.clear();
+    taken_.clear();
 }
 
 void HotKeys::suspend(bool suspended) {
@@ -55,10 +73,18 @@ void HotKeys::suspend(bool suspended) {
     reportTaken();
 }
 
+void HotKeys::retry() {
+    if (suspended_ || taken_.empty()) return;
+    releaseAll();
+    registerAll();
+}
+
 void HotKeys::reportTaken() {
     std::string text;
+    const bool kept = systemKeepsPrintScreen();
     for (const Command& command : commands_) {
         const int32_t shortcut = OptionsHolder().number(command.option);
+        if (kept && isPlainPrintScreen(shortcut)) continue;
         if (taken_.count(shortcut) == 0 || !reported_.insert(shortcut).second) continue;
         text += '\n';
         text += hotKeyText(shortcut);
@@ -71,6 +97,51 @@ void HotKeys::reportTaken() {
 
 void HotKeys::pressed(int id) const {
     if (id >= 0 && static_cast<size_t>(id) < commands_.size()) commands_[static_cast<size_t>(id)].run();
+}
+
+bool HotKeys::printScreenKept() const {
+    const bool wanted = std::any_of(commands_.begin(), commands_.end(), [](const Command& command) {
+        return isPlainPrintScreen(OptionsHolder().number(command.option));
+    });
+    return wanted && systemKeepsPrintScreen();
+}
+
+bool HotKeys::waitsForConsent(std::string_view option) const {
+    return std::any_of(commands_.begin(), commands_.end(), [option](const Command& command) {
+        return option == command.option && unasked(command, OptionsHolder().number(command.option));
+    });
+}
+
+bool HotKeys::canBeHad(int32_t shortcut) const {
+    if (had_.count(shortcut) != 0) return true;
+    const int trial = static_cast<int>(commands_.size());
+    const bool had = RegisterHotKey(static_cast<HWND>(window_), trial, modifiersOf(shortcut),
+                                    static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
+    if (had) UnregisterHotKey(static_cast<HWND>(window_), trial);
+    return had;
+}
+
+std::string HotKeys::trouble(std::string_view option, int32_t shortcut) const {
+    if (static_cast<UINT>(hotKeyCode(shortcut)) == 0) return {};
+    const std::string key = hotKeyText(shortcut);
+    if (isPlainPrintScreen(shortcut) && systemKeepsPrintScreen())
+        return key + " is kept by Windows for its own screen capture.";
+    for (const Command& command : commands_)
+        if (option == command.option && unasked(command, shortcut))
+            return key + " is not taken from other programs before you agree to it in the main window.";
+    return canBeHad(shortcut) ? std::string() : key + " is taken by another program.";
+}
+
+std::optional<int32_t> HotKeys::freeKey() const {
+    constexpr int32_t f12 = VK_F12;
+    for (const int32_t key : {hotKeyCtrl | hotKeyShift | f12, hotKeyCtrl | hotKeyAlt | f12,
+                              hotKeyCtrl | hotKeyShift | (f12 - 1), hotKeyCtrl | hotKeyAlt | (f12 - 1)}) {
+        const bool used = std::any_of(commands_.begin(), commands_.end(), [key](const Command& command) {
+            return OptionsHolder().number(command.option) == key;
+        });
+        if (!used && canBeHad(key)) return key;
+    }
+    return std::nullopt;
 }
 
 }  // namespace glimmer

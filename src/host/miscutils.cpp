@@ -103,7 +103,10 @@ void* MapSharedView(const wchar_t* fileName, const wchar_t* mappingName, uint32_
                             : OpenFileMappingW(FILE_MAP_READ | FILE_MAP_WRITE, FALSE, mappingName);
     if (mapping == nullptr) return nullptr;  // the file stays open, as documented
     if (file != INVALID_HANDLE_VALUE) CloseHandle(file);
-    return MapViewOfFile(mapping, FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0);
+    void* view = MapViewOfFile(mapping, FILE_MAP_READ | FILE_MAP_WRITE, 0, 0, 0);
+    // The name lives as long as its maker's handle. One that was only opened would keep it alive, and pile up.
+    if (!create) CloseHandle(mapping);
+    return view;
 }
 
 }  // namespace glimmer

@@ -19,7 +19,8 @@ void setHost(HostKind kind);
 
 /// The one routine for named mappings. With a file name the file backs the mapping (it must exist), else the paging
 /// file does. `create` makes a mapping of `size` bytes, otherwise an existing one is opened. Answers a writeable view
-/// of the whole mapping or null. UnmapViewOfFile is the only release; the mapping's handle stays with the process.
+/// of the whole mapping or null. UnmapViewOfFile is the only release; the handle of a mapping
+/// that was made stays with the process.
 void* MapSharedView(const wchar_t* fileName, const wchar_t* mappingName, uint32_t size, bool create);
 
 }  // namespace glimmer

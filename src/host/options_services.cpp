@@ -8,6 +8,9 @@
 #include "common/files.h"
 #include "common/library_module.h"
 #include "editor/rich_text_painter.h"
+#include "host/hot_keys.h"
+#include "host/print_screen.h"
+#include "host/uMForm.h"
 #include "imaging/scaling.h"
 #include "output/watermark.h"
 
@@ -35,6 +38,13 @@ OptionsServices optionsServices() {
     const std::string program = libraryFolder() + "glimmerpad.exe";
     std::error_code error;
     if (std::filesystem::is_regular_file(pathFromUtf8(program), error)) services.program = program;
+    if (MForm != nullptr && MForm->hotKeys() != nullptr) {
+        services.hotKeyTrouble = [](std::string_view option, int32_t hotKey) {
+            return MForm->hotKeys()->trouble(option, hotKey);
+        };
+        services.keptBySystem = [](int32_t hotKey) { return isPlainPrintScreen(hotKey) && systemKeepsPrintScreen(); };
+        services.openKeptSetting = openPrintScreenSetting;
+    }
     services.watermarkPreview = [painter = std::make_shared<RichTextPainter>()](const Options& options,
                                                                                 Size size) -> Result<TBitmap> {
         // Drawn on a page and shown smaller, so that the watermark has the size that it has on a picture.

@@ -1,12 +1,11 @@
 #include "host/single_instance.h"
 
 #include <windows.h>
-// After windows.h, which it needs.
-#include <psapi.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
-#include <string_view>
+#include <vector>
 
 #include "common/wide_text.h"
 #include "host/miscutils.h"
@@ -17,7 +16,35 @@ namespace {
 
 constexpr wchar_t mutexName[] = L"ZK2_APPLICATION_STARTED";
 constexpr wchar_t mappingName[] = L"ZK_SHARED_MEM";
-constexpr size_t mostProcesses = 1024;
+/// Held by the one start that hands over now.
+constexpr wchar_t turnName[] = L"ZK2_APPLICATION_HANDOVER";
+/// Held by the one instance that takes the text now: with "-MULTI" there are several.
+constexpr wchar_t takingName[] = L"ZK2_APPLICATION_TAKING";
+/// Set when the start whose turn it is was heard.
+constexpr wchar_t heardName[] = L"ZK2_APPLICATION_HEARD";
+constexpr wchar_t receiverMark[] = L"ZK2_APPLICATION_RECEIVER";
+/// Always the same size, whatever the text: a mapping that is still there from another start must hold it.
+constexpr uint32_t mappingBytes = (10000 + 1) * sizeof(wchar_t);
+
+/// Closed when it goes; that alone gives no ownership of a mutex back.
+class Handle {
+public:
+    explicit Handle(HANDLE handle) : handle_(handle) {}
+    ~Handle() {
+        if (handle_ != nullptr) CloseHandle(handle_);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&&) = delete;
+    Handle& operator=(Handle&&) = delete;
+    [[nodiscard]] HANDLE get() const { return handle_; }
+
+private:
+    HANDLE handle_;
+};
+
+/// The mutex of the instance; stays open until the process ends.
+HANDLE instanceMutex = nullptr;
 
 /// Bytes of a mapped view, whole pages.
 size_t viewSize(const void* view) {
@@ -25,26 +52,111 @@ size_t viewSize(const void* view) {
     return VirtualQuery(view, &region, sizeof region) != 0 ? region.RegionSize : 0;
 }
 
-/// Base name of a process's first module, its program; empty when it cannot be asked.
-std::wstring programName(DWORD process) {
-    const HANDLE handle = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, process);
-    if (handle == nullptr) return {};
-    std::array<wchar_t, MAX_PATH> name = {};
-    std::array<HMODULE, 1> module = {};
-    DWORD needed = 0;
-    DWORD length = 0;
-    if (EnumProcessModules(handle, module.data(), sizeof module, &needed) != 0) {
-        length = GetModuleBaseNameW(handle, module[0], name.data(), static_cast<DWORD>(name.size()));
+/// What became of waiting for the first of some objects: its place, or nothing in time. A mutex whose owner has ended
+/// is had like one that was given back.
+std::optional<size_t> waitForOne(const std::vector<HANDLE>& objects, DWORD milliseconds) {
+    const auto count = static_cast<DWORD>(objects.size());
+    const DWORD result = WaitForMultipleObjects(count, objects.data(), FALSE, milliseconds);
+    if (result < WAIT_OBJECT_0 + count) return result - WAIT_OBJECT_0;
+    if (result >= WAIT_ABANDONED_0 && result < WAIT_ABANDONED_0 + count) return result - WAIT_ABANDONED_0;
+    return std::nullopt;
+}
+
+BOOL CALLBACK addReceiver(HWND window, LPARAM list) {
+    if (GetPropW(window, receiverMark) != nullptr) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+    return TRUE;
+}
+
+/// Windows that take the messages, of instances that are up.
+std::vector<HWND> receivers() {
+    std::vector<HWND> found;
+    EnumWindows(addReceiver, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+void letTakeForeground(HWND window) {
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != 0) AllowSetForegroundWindow(process);
+}
+
+/// The text where an instance finds it, as long as the object lives.
+class HandedText {
+public:
+    /// Nothing is put anywhere when there is no text.
+    explicit HandedText(const std::optional<std::string>& text) {
+        if (!text) return;
+        const std::wstring units = toWide(*text);
+        // The mapping stays open on purpose: it ends with the process.
+        view_ = static_cast<volatile wchar_t*>(MapSharedView(nullptr, mappingName, mappingBytes, true));
+        fits_ = view_ != nullptr && viewSize(address()) >= (units.size() + 1) * sizeof(wchar_t);
+        if (!fits_) return;
+        std::memset(address(), 0, viewSize(address()));
+        std::memcpy(address(), units.data(), units.size() * sizeof(wchar_t));
     }
-    CloseHandle(handle);
-    return {name.data(), length};
+    /// What nobody has taken, nobody takes any more.
+    ~HandedText() {
+        if (view_ == nullptr) return;
+        *view_ = L'\0';
+        UnmapViewOfFile(address());
+    }
+    HandedText(const HandedText&) = delete;
+    HandedText& operator=(const HandedText&) = delete;
+    HandedText(HandedText&&) = delete;
+    HandedText& operator=(HandedText&&) = delete;
+
+    [[nodiscard]] bool fits() const { return fits_; }
+    [[nodiscard]] bool taken() const { return view_ == nullptr || *view_ == L'\0'; }
+
+private:
+    [[nodiscard]] void* address() const { return const_cast<wchar_t*>(view_); }
+    volatile wchar_t* view_ = nullptr;
+    bool fits_ = true;
+};
+
+/// Has the turn until it goes.
+class Turn {
+public:
+    explicit Turn(HANDLE mutex) : mutex_(mutex) {}
+    ~Turn() { ReleaseMutex(mutex_); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    Turn(Turn&&) = delete;
+    Turn& operator=(Turn&&) = delete;
+
+private:
+    HANDLE mutex_;
+};
+
+/// Posts to all that are there, then also to instances that come up later, until one has heard.
+bool postUntilHeard(const HandedText& text, HANDLE heard, DWORD limit) {
+    constexpr DWORD step = 50;  // milliseconds
+    std::vector<HWND> told = receivers();
+    std::for_each(told.begin(), told.end(), letTakeForeground);
+    PostMessageW(HWND_BROADCAST, restoreMessage(), 0, 0);
+    for (const ULONGLONG begin = GetTickCount64(); GetTickCount64() - begin < limit;) {
+        const std::optional<size_t> which = waitForOne({instanceMutex, heard}, step);
+        if (which == 0) return false;
+        if (which && text.taken()) return true;
+        for (HWND window : receivers()) {
+            if (std::find(told.begin(), told.end(), window) != told.end()) continue;
+            told.push_back(window);
+            letTakeForeground(window);
+            PostMessageW(window, restoreMessage(), 0, 0);
+        }
+    }
+    return false;
 }
 
 }  // namespace
 
-bool anotherInstanceRuns() { return OpenMutexW(MUTEX_ALL_ACCESS, FALSE, mutexName) != nullptr; }
-
-void claimInstance() { CreateMutexW(nullptr, TRUE, mutexName); }
+InstanceClaim claimInstance() {
+    instanceMutex = CreateMutexW(nullptr, TRUE, mutexName);
+    const DWORD error = GetLastError();
+    if (instanceMutex != nullptr) return error == ERROR_ALREADY_EXISTS ? InstanceClaim::Another : InstanceClaim::First;
+    // One that runs as administrator: the system lets no message of ours through to it.
+    return error == ERROR_ACCESS_DENIED ? InstanceClaim::OutOfReach : InstanceClaim::First;
+}
 
 uint32_t terminateMessage() {
     static const UINT message = RegisterWindowMessageW(L"ZK2_APPLICATION_TERMINATE");
@@ -56,41 +168,41 @@ uint32_t restoreMessage() {
     return message;
 }
 
-void sendTerminate() { SendMessageW(HWND_BROADCAST, terminateMessage(), 0, 0); }
-
-void postRestore() { PostMessageW(HWND_BROADCAST, restoreMessage(), 0, 0); }
-
-void handOver(const std::string& text) {
-    const std::wstring units = toWide(text);
-    const size_t bytes = (units.size() + 1) * sizeof(wchar_t);
-    // The mapping and the view stay open on purpose: they end with the process.
-    void* view = MapSharedView(nullptr, mappingName, static_cast<uint32_t>(bytes), true);
-    // A mapping that is there already keeps its size.
-    if (view == nullptr || viewSize(view) < bytes) return;
-    std::memset(view, 0, viewSize(view));
-    std::memcpy(view, units.data(), units.size() * sizeof(wchar_t));
+void sendTerminate() {
+    constexpr UINT longest = 2000;  // milliseconds for each window
+    SendMessageTimeoutW(HWND_BROADCAST, terminateMessage(), 0, 0, SMTO_ABORTIFHUNG, longest, nullptr);
 }
+
+bool handOver(const std::optional<std::string>& text, uint32_t limitMilliseconds) {
+    const Handle turn(CreateMutexW(nullptr, FALSE, turnName));
+    const Handle heard(CreateEventW(nullptr, FALSE, FALSE, heardName));
+    if (turn.get() == nullptr || heard.get() == nullptr) return false;
+    // Each of those before has as long as this one will have.
+    constexpr DWORD most = 64;
+    if (waitForOne({turn.get(), instanceMutex}, limitMilliseconds * most) != 0) return false;
+    const Turn mine(turn.get());
+    ResetEvent(heard.get());
+    const HandedText handed(text);
+    return handed.fits() && postUntilHeard(handed, heard.get(), limitMilliseconds);
+}
+
+void markReceiver(void* window) { SetPropW(static_cast<HWND>(window), receiverMark, static_cast<HANDLE>(window)); }
 
 std::optional<std::string> takeHandedOver() {
-    auto* view = static_cast<wchar_t*>(MapSharedView(nullptr, mappingName, 0, false));
-    if (view == nullptr) return std::nullopt;
-    // The text ends inside the view, whoever wrote it.
-    std::string text = fromWide(view, viewSize(view) / sizeof(wchar_t));
-    *view = L'\0';
-    UnmapViewOfFile(view);
+    const Handle taking(CreateMutexW(nullptr, FALSE, takingName));
+    const Handle heard(OpenEventW(EVENT_MODIFY_STATE, FALSE, heardName));
+    if (taking.get() != nullptr) waitForOne({taking.get()}, INFINITE);
+    std::string text;
+    if (auto* view = static_cast<wchar_t*>(MapSharedView(nullptr, mappingName, 0, false))) {
+        // The text ends inside the view, whoever wrote it.
+        text = fromWide(view, viewSize(view) / sizeof(wchar_t));
+        *view = L'\0';
+        UnmapViewOfFile(view);
+    }
+    if (taking.get() != nullptr) ReleaseMutex(taking.get());
+    if (heard.get() != nullptr) SetEvent(heard.get());
     if (text.empty()) return std::nullopt;
     return text;
-}
-
-void allowFirstToTakeForeground() {
-    std::array<DWORD, mostProcesses> processes = {};
-    DWORD bytes = 0;
-    if (EnumProcesses(processes.data(), sizeof processes, &bytes) == 0) return;
-    for (size_t i = 0; i < bytes / sizeof(DWORD); ++i) {
-        if (processes[i] == 0 || programName(processes[i]) != L"glimmerpad.exe") continue;
-        AllowSetForegroundWindow(processes[i]);
-        return;
-    }
 }
 
 }  // namespace glimmer

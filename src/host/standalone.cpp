@@ -4,8 +4,10 @@
 // After windows.h, which it needs.
 #include <shellapi.h>
 
+#include <filesystem>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "common/boundary.h"
@@ -20,10 +22,15 @@
 #include "host/toolkit.h"
 #include "host/uMForm.h"
 #include "output/open_captures.h"
+#include "settings/message_box.h"
 
 namespace glimmer {
 
 namespace {
+
+constexpr const char* outOfReach =
+    "Glimmerpad already runs as administrator, and Windows lets other programs hand it nothing.\nUse its icon in the "
+    "notification area, or exit it there and start it again.";
 
 std::vector<std::string> commandLineArguments() {
     std::vector<std::string> arguments;
@@ -35,12 +42,37 @@ std::vector<std::string> commandLineArguments() {
     return arguments;
 }
 
+/// The full path of an argument that names an existing file from the current folder; empty when it does not.
+std::string existingFile(const std::string& argument) {
+    std::error_code error;
+    const std::filesystem::path path = pathFromUtf8(argument);
+    if (!std::filesystem::is_regular_file(path, error)) return {};
+    const std::filesystem::path full = std::filesystem::absolute(path, error);
+    return error ? std::string() : utf8FromPath(full);
+}
+
+/// Hands the arguments to the instance that runs; whether that is all there is to do.
+bool leaveToAnother(const std::vector<std::string>& arguments) {
+    std::optional<std::string> text;
+    if (!arguments.empty()) {
+        const std::string& first = arguments.front();
+        // A name alone is one of the program's folder.
+        const bool namesFolder = first.find_first_of("\\/:") != std::string::npos;
+        text = handOverText(fromWide(std::wstring_view(GetCommandLineW())), first, folderOf(moduleFile(nullptr)),
+                            namesFolder ? existingFile(first) : std::string());
+    }
+    return handOver(text);
+}
+
+/// Out of the folder of the document that the program was started with: nothing is looked for there.
+void leaveCurrentFolder() { SetCurrentDirectoryW(toWide(folderOf(moduleFile(nullptr))).c_str()); }
+
 void run(const StartRequest& request) {
     std::optional<OpeningAhead> opening;
     if (request.file) opening.emplace(pathFromUtf8(*request.file));
     if (!startToolkit()) return;
     MForm = new TMForm;  // the toolkit's window list holds it until Destroy()
-    MForm->start(request.file);
+    MForm->start(request.file, request.tray);
     runMessageLoop();
     shutDownProgram();
     if (MForm != nullptr) MForm->Destroy();  // which the deferred work below does
@@ -55,23 +87,23 @@ void runStandalone() {
         connectSystem();
         setHost(HostKind::Standalone);
         const std::vector<std::string> arguments = commandLineArguments();
-        const StartRequest request = readArguments(arguments);
+        StartRequest request = readArguments(arguments);
         if (request.terminate) {
             sendTerminate();
             return;
         }
         if (request.singleInstance) {
-            if (anotherInstanceRuns()) {
-                if (!arguments.empty()) {
-                    handOver(handOverText(fromWide(std::wstring_view(GetCommandLineW())), arguments.front(),
-                                          folderOf(moduleFile(nullptr))));
-                }
-                allowFirstToTakeForeground();
-                postRestore();
+            const InstanceClaim claim = claimInstance();
+            if (claim == InstanceClaim::OutOfReach) {
+                if (!request.tray) showError(outOfReach);
                 return;
             }
-            claimInstance();
+            if (claim == InstanceClaim::Another && (request.tray || leaveToAnother(arguments))) return;
         }
+        if (request.file) {
+            if (const std::string full = existingFile(*request.file); !full.empty()) request.file = full;
+        }
+        leaveCurrentFolder();
         run(request);
     });
 }

@@ -11,7 +11,8 @@ constexpr int32_t silentCode = 100;
 
 bool contains(std::string_view text, std::string_view part) { return text.find(part) != std::string_view::npos; }
 
-bool isSwitch(std::string_view argument) { return upperAscii(argument) == "-MULTI"; }
+bool isMulti(std::string_view argument) { return upperAscii(argument) == "-MULTI"; }
+bool isTray(std::string_view argument) { return upperAscii(argument) == "-TRAY"; }
 
 }  // namespace
 
@@ -52,18 +53,20 @@ std::string profileFolder(std::string_view libraryFolder) {
 StartRequest readArguments(const std::vector<std::string>& arguments) {
     StartRequest request;
     request.terminate = !arguments.empty() && upperAscii(arguments[0]) == "-TERMINATE";
+    request.tray = !arguments.empty() && isTray(arguments[0]);
     for (size_t i = 0; i < arguments.size(); ++i) {
-        if (i < 2 && isSwitch(arguments[i])) request.singleInstance = false;
-        if (!request.file && !isSwitch(arguments[i])) request.file = arguments[i];
+        if (i < 2 && isMulti(arguments[i])) request.singleInstance = false;
+        if (!request.file && !isMulti(arguments[i]) && !isTray(arguments[i])) request.file = arguments[i];
     }
     return request;
 }
 
 std::string handOverText(std::string_view commandLine, std::string_view firstArgument,
-                         std::string_view executableFolder) {
+                         std::string_view executableFolder, std::string_view fullPath) {
     // An argument with escaped quotes does not occur as it is; then it is handed over by itself.
     const size_t at = commandLine.find(firstArgument);
-    const std::string_view rest = at == std::string_view::npos ? firstArgument : commandLine.substr(at);
+    std::string rest(at == std::string_view::npos ? firstArgument : commandLine.substr(at));
+    if (!fullPath.empty()) rest.replace(0, firstArgument.size(), fullPath);
     std::string text = firstUnits(rest, handOverLimit);
     if (text.find_first_of("\\/:") == std::string::npos) text.insert(0, executableFolder);
     return text;

@@ -37,6 +37,7 @@ std::string profileFolder(std::string_view libraryFolder);
 /// What the standalone program's arguments ask for.
 struct StartRequest {
     bool terminate = false;           ///< "-TERMINATE" first
+    bool tray = false;                ///< "-TRAY" first: to the notification area, no window
     bool singleInstance = true;       ///< "-MULTI" neither first nor second
     std::optional<std::string> file;  ///< the first argument that is no switch, to be opened by this instance
 };
@@ -44,9 +45,9 @@ StartRequest readArguments(const std::vector<std::string>& arguments);
 
 /// What a second instance hands to the first: the command line from the first argument's text on, at most 10000
 /// UTF-16 units of it, unparsed (a closing quote and later arguments stay); after the program's folder when it names
-/// no folder itself.
+/// no folder itself. `fullPath`, unless it is empty, stands for the argument: the first has another current folder.
 std::string handOverText(std::string_view commandLine, std::string_view firstArgument,
-                         std::string_view executableFolder);
+                         std::string_view executableFolder, std::string_view fullPath = {});
 /// The file that a hand-over text names: what stands before its first quote, which no file name can hold.
 std::string handedOverFile(std::string_view text);
 

@@ -266,6 +266,8 @@ void runMessageLoop() {
     if (!terminated) wxTheApp->OnRun();
 }
 
+bool applicationTerminates() { return terminated; }
+
 bool insideModal() { return ModalScope::any() || modalDialogs().any() || (wxTheApp != nullptr && insideSystemLoop()); }
 
 void cancelModals() {

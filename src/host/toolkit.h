@@ -40,5 +40,7 @@ void runMessageLoop();
 /// Ends the message loop without a question: whatever is open is cancelled, and what would ask is answered as by
 /// closing it.
 void terminateApplication();
+/// Whether that was called: nothing new is begun.
+bool applicationTerminates();
 
 }  // namespace glimmer

@@ -6,6 +6,8 @@
 // clang-format on
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include "capture/window_grab.h"
 #include "common/boundary.h"
@@ -14,12 +16,17 @@
 #include "host/host_state.h"
 #include "host/hot_keys.h"
 #include "host/own_capture.h"
+#include "host/print_screen.h"
 #include "host/single_instance.h"
 #include "host/start_rules.h"
 #include "host/toolkit.h"
 #include "host/tray_icon.h"
 #include "host/uProgram.h"
+#include "output/mail.h"
+#include "output/notice_bar.h"
 #include "output/output_folders.h"
+#include "output/uMainEditor.h"
+#include "settings/hot_key.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -28,6 +35,11 @@ namespace glimmer {
 TMForm* MForm = nullptr;
 
 namespace {
+
+/// The option that is on until the user was asked for Ctrl+D.
+constexpr const char* unaskedKey = "chkAskForContinueKey";
+constexpr const char* printScreenBar = "barPrintScreen";
+constexpr const char* continueKeyBar = "barContinueKey";
 
 /// A capture that the program takes itself: no address, no picture yet.
 Delivery ownCapture(CaptureAction action) {
@@ -74,6 +86,7 @@ void captureTopWindow() {
 
 TMForm::TMForm()
     : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxDEFAULT_FRAME_STYLE, "MForm") {
+    markReceiver(GetHWND());
     // It is never seen, so it is a program that wants this one gone: quietly, as at the end of the session.
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
         if (event.CanVeto()) event.Veto();
@@ -92,7 +105,7 @@ void TMForm::takePlace() {
     hotKeys_ = std::make_unique<HotKeys>(GetHWND(),
                                          std::vector<HotKeys::Command>{
                                              {"hotCreateZK", [] { captureScreen(CaptureAction::Edit); }},
-                                             {"hotContinueEditing", [this] { mnuContinueClick(); }},
+                                             {"hotContinueEditing", [this] { mnuContinueClick(); }, unaskedKey},
                                              {"hotCaptureTopWindow", captureTopWindow},
                                              {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
                                          },
@@ -103,21 +116,27 @@ void TMForm::takePlace() {
                                          });
 }
 
-void TMForm::start(const std::optional<std::string>& file) {
-    CallAfter([this, file] {
+void TMForm::start(const std::optional<std::string>& file, bool inTray) {
+    CallAfter([this, file, inTray] {
         if (!ensureProgram()) {
             terminateApplication();
             return;
         }
+        recoveredDue_ = true;
+        const bool shows = file || !inTray;
         // Each by itself: a file that cannot be opened for want of memory must not leave a program without an icon.
         const std::function<void()> steps[] = {
             [&file] {
                 if (file) pProgram->openFileInEditor(*file);
             },
-            [this] { mnuContinueClick(); },
+            [shows] {
+                if (shows) pProgram->restoreApplication();
+            },
             [this] { takePlace(); },
             startAgainAfterRestart,
-            [] { pProgram->offerRecovered(); },
+            [this, shows] {
+                if (shows) mnuContinueClick();
+            },
             [this] { hotKeys_->reportTaken(); },
             cleanUpWorkingFolder,
         };
@@ -129,6 +148,74 @@ void TMForm::start(const std::optional<std::string>& file) {
 void TMForm::mnuContinueClick() {
     if (!ensureProgram()) return;
     pProgram->restoreApplication();
+    if (hotKeys_ == nullptr) return;  // the rest comes after the start
+    showNotices();
+    if (std::exchange(recoveredDue_, false)) pProgram->offerRecovered();
+}
+
+/// Bars of the window, one at a time: a balloon is not seen by who does not want to be disturbed.
+void TMForm::showNotices() {
+    if (pMainEditor == nullptr || !hotKeys_) return;
+    const Options& options = OptionsHolder();
+    const bool printScreen = options.on("chkTellOfPrintScreen") && hotKeys_->printScreenKept();
+    if (!printScreen) closeNoticeBar(*pMainEditor, printScreenBar);
+    const bool ask = !printScreen && hotKeys_->waitsForConsent("hotContinueEditing");
+    if (!ask) closeNoticeBar(*pMainEditor, continueKeyBar);
+    if (printScreen) tellOfPrintScreen();
+    if (ask) askForContinueKey();
+}
+
+void TMForm::tellOfPrintScreen() {
+    // Whatever is pressed, it was read.
+    const auto read = [this](const std::function<void(Options&)>& change) {
+        Options& options = OptionsHolder();
+        options.setOn("chkTellOfPrintScreen", false);
+        if (change) change(options);
+        saveOptions();
+        showNotices();
+    };
+    std::vector<NoticeButton> buttons;
+    buttons.push_back({"btnPrintScreenSetting", "Windows settings...", [read] {
+                           read(nullptr);
+                           openPrintScreenSetting();
+                       }});
+    if (const std::optional<int32_t> key = hotKeys_->freeKey())
+        buttons.push_back({"btnPrintScreenOther", "Use " + hotKeyText(*key), [read, key = *key] {
+                               read([key](Options& options) {
+                                   for (const Option& option : optionTable())
+                                       if (option.kind == OptionKind::HotKey &&
+                                           isPlainPrintScreen(options.number(option.control)))
+                                           options.setNumber(option.control, key);
+                               });
+                           }});
+    buttons.push_back({"btnPrintScreenLeave", "Leave it", [read] { read(nullptr); }});
+    showNoticeBar(*pMainEditor, printScreenBar, "Windows keeps Print Screen for its own screen capture.",
+                  std::move(buttons));
+}
+
+void TMForm::askForContinueKey() {
+    const auto answer = [this](bool take) {
+        Options& options = OptionsHolder();
+        options.setOn(unaskedKey, false);
+        if (!take) options.setNumber("hotContinueEditing", 0);
+        saveOptions();
+        showNotices();
+    };
+    const std::string key = hotKeyText(OptionsHolder().number("hotContinueEditing"));
+    showNoticeBar(*pMainEditor, continueKeyBar,
+                  "Shall " + key + " bring this window back from everywhere? Other programs no longer get it then.",
+                  {{"btnContinueKeyYes", "Use " + key, [answer] { answer(true); }},
+                   {"btnContinueKeyNo", "No hot key", [answer] { answer(false); }}});
+}
+
+void TMForm::editorHidden() {
+    if (!trayIcon_ || exiting_ || !OptionsHolder().on("chkTellOfTrayIcon")) return;
+    OptionsHolder().setOn("chkTellOfTrayIcon", false);
+    saveOptions();
+    trayIcon_->ShowBalloon("Glimmerpad goes on",
+                           "It waits here for its hot keys. A click on this icon brings the editor back; the icon's "
+                           "menu has \"Exit\".",
+                           0, wxICON_INFORMATION);
 }
 
 void TMForm::mnuNewCaptureClick() {
@@ -151,16 +238,21 @@ void TMForm::mnuOptionsClick() {
 }
 
 void TMForm::mnuExitClick() {
-    const bool capturesOpen = pProgram && pProgram->resumeAvailable();
-    if (capturesOpen) {
+    if (mailIsOpen()) {
         Message question;
-        question.text = "There are captures in the editor.\nWould you like to exit?";
+        question.text =
+            "A message is still open in the e-mail program, and exiting may close it.\nWould you like to exit?";
         question.caption = "Glimmerpad";
         question.icon = MessageIcon::Question;
         question.buttons = MessageButtons::YesNo;
-        if (showRemembered("cmbConfirmExit", question) != MessageAnswer::Yes) return;
+        question.standard = MessageAnswer::No;
+        if (showMessage(question) != MessageAnswer::Yes) return;
     }
-    terminateApplication();
+    // Whatever answer is remembered, it is none to the question for captures that are not saved.
+    exiting_ = true;
+    const bool stays = pMainEditor != nullptr && !pMainEditor->closeSession();
+    exiting_ = false;
+    if (!stays) terminateApplication();
 }
 
 WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
@@ -172,6 +264,7 @@ WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam
         guarded([this] { restored(); });
         return 0;
     }
+    if (message == WM_SETTINGCHANGE || message == WM_ACTIVATEAPP) guarded([this] { systemChanged(); });
     if (message == WM_HOTKEY && hotKeys_) {
         guarded([this, wParam] { hotKeys_->pressed(static_cast<int>(wParam)); });
         return 0;
@@ -179,7 +272,15 @@ WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam
     return wxFrame::MSWWindowProc(message, wParam, lParam);
 }
 
+/// A key may be free now. Back from the system's settings is a good moment to look, too.
+void TMForm::systemChanged() {
+    if (!hotKeys_) return;
+    hotKeys_->retry();
+    if (pMainEditor != nullptr && pMainEditor->IsShown()) showNotices();
+}
+
 void TMForm::restored() {
+    if (applicationTerminates()) return;  // the text stays for the next one
     const std::optional<std::string> text = takeHandedOver();
     if (text) {
         if (!ensureProgram() || !pProgram->openFileInEditor(handedOverFile(*text))) return;

@@ -19,11 +19,16 @@ public:
     ~TMForm() override;
 
     /// Begins the work as soon as the message loop runs: opens `file`, or shows the main editor window; after that
-    /// come the icon, the hot keys and what is to be told.
-    void start(const std::optional<std::string>& file);
+    /// come the icon, the hot keys and what is to be told. Without a file it stays in the notification area when
+    /// `inTray` is set.
+    void start(const std::optional<std::string>& file, bool inTray = false);
 
     /// Gives the global hot keys up while they are being set.
     void suspendHotKeys(bool suspended);
+    /// The hot keys; null before the work has begun.
+    [[nodiscard]] const HotKeys* hotKeys() const { return hotKeys_.get(); }
+    /// The editor was put away: tells once where the program is now.
+    void editorHidden();
 
     // Commands of the icon's menu.
     void mnuContinueClick();
@@ -40,7 +45,13 @@ private:
     /// Another instance was started: opens the file that it hands over, if any, and comes back.
     void restored();
     void takePlace();
+    void systemChanged();
+    void showNotices();
+    void tellOfPrintScreen();
+    void askForContinueKey();
 
+    bool exiting_ = false;       ///< the icon's "Exit" was chosen
+    bool recoveredDue_ = false;  ///< what an earlier run left behind is offered with the first window
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<HotKeys> hotKeys_;
 };

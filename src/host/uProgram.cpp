@@ -96,6 +96,7 @@ void TProgram::prepareMainEditor() {
                               [this] {
                                   hidden_ = !isStandalone() && resumeAvailable();
                                   tellResumeState();
+                                  if (MForm != nullptr) MForm->editorHidden();
                               },
                               [this](const std::string& url) { openPage(url); }});
     // A picture that is taken while the window still fades would have it.
@@ -126,7 +127,8 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
     (void)tag;  // its content has no meaning
     if (!beginCapture()) return;
     Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
-    debugRemark("capture for action " + std::to_string(action) + ": " + url);
+    debugRemark("capture for action " + std::to_string(action));
+    debugDetail(url);
     if (!pngData && !bitmap) emptyCapture_ = true;
     Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
     const auto chosen = static_cast<CaptureAction>(action);

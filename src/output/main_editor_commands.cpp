@@ -8,6 +8,7 @@
 #include "common/files.h"
 #include "common/host_kind.h"
 #include "common/modal_scope.h"
+#include "common/shell_start.h"
 #include "common/text.h"
 #include "common/vendor.h"
 #include "editor/document.h"
@@ -163,13 +164,18 @@ void TMainEditor::btnCopyClick() {
 
 void TMainEditor::btnMailClick() { TSaver().sendByMail(selectedEditors()); }
 
-// The program's own settings dialog for this is still to come; until then the system's paint program is started.
+// The program's own settings dialog for this is still to come; until then the system's paint program is started, or
+// where that was removed what the user has for changing pictures.
 void TMainEditor::btnExternalViewerClick() {
     const std::optional<TSaver::Paths> files = TSaver().saveForExternalEditor(selectedEditors());
     if (!files) return;
-    for (const std::filesystem::path& file : *files)
-        if (!TSaver::startExternalEditor("mspaint.exe", std::string("\"").append(utf8FromPath(file)).append("\"")))
-            return;
+    for (const std::filesystem::path& file : *files) {
+        const std::string path = utf8FromPath(file);
+        const std::string quoted = "\"" + path + "\"";
+        if (shellStart().open("mspaint.exe", quoted) || shellStart().edit(path)) continue;
+        TSaver::startExternalEditor("mspaint.exe", quoted);  // says what is wrong
+        return;
+    }
 }
 
 void TMainEditor::btnPrintClick() {
@@ -278,11 +284,33 @@ bool TMainEditor::confirmUnsaved(const Documents& documents) {
 
 bool TMainEditor::closeSession() { return leave(false); }
 
-bool TMainEditor::leave(bool confirmed) {
-    if (!documents_.empty()) {
-        const bool unsaved = std::any_of(documents_.begin(), documents_.end(),
-                                         [](const Entry& entry) { return entry.document->modified(); });
-        if (unsaved || projectChanged_) {
+/// What a question about leaving was about: a capture that is new or unsaved after it was not in it.
+class TMainEditor::Asked {
+public:
+    explicit Asked(const TMainEditor& editor) : all_(editor.allEditors()) {
+        for (const CaptureDocument* document : all_)
+            if (document->modified()) unsaved_.push_back(document);
+    }
+    [[nodiscard]] bool covers(const Asked& later) const {
+        const auto within = [](const auto& few, const auto& many) {
+            return std::all_of(few.begin(), few.end(), [&many](const CaptureDocument* document) {
+                return std::find(many.begin(), many.end(), document) != many.end();
+            });
+        };
+        return within(later.all_, all_) && within(later.unsaved_, unsaved_);
+    }
+    [[nodiscard]] bool anyUnsaved() const { return !unsaved_.empty(); }
+
+private:
+    Documents all_;
+    std::vector<const CaptureDocument*> unsaved_;
+};
+
+bool TMainEditor::confirmLeaving(bool confirmed) {
+    for (;; confirmed = false) {
+        if (documents_.empty()) return true;
+        const Asked asked(*this);
+        if (asked.anyUnsaved() || projectChanged_) {
             if (!confirmUnsaved(allEditors())) return false;
         } else if (!confirmed) {
             Message question;
@@ -292,7 +320,17 @@ bool TMainEditor::leave(bool confirmed) {
             question.buttons = MessageButtons::YesNo;
             if (showRemembered("cmbConfirmExit", question) != MessageAnswer::Yes) return false;
         }
+        // While that was on the screen a hot key, a browser or another start may have brought more.
+        if (asked.covers(Asked(*this))) return true;
     }
+}
+
+bool TMainEditor::leave(bool confirmed) {
+    // The icon's menu stays in reach while the question is up.
+    if (leaving_) return false;
+    leaving_ = true;
+    const std::shared_ptr<void> afterwards(nullptr, [this](void*) { leaving_ = false; });
+    if (!confirmLeaving(confirmed)) return false;
     discardAll();
     storeState();
     displayState_ = DisplayState::Away;

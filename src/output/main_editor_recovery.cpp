@@ -1,16 +1,10 @@
 // The main editor and the recovery folder: what is open is kept there, what an earlier run left behind is offered.
 
-#include <wx/button.h>
-#include <wx/panel.h>
-#include <wx/settings.h>
-#include <wx/sizer.h>
-#include <wx/stattext.h>
-
 #include <algorithm>
-#include <functional>
 
 #include "editor/recovery_keeper.h"
 #include "output/main_toolbar.h"
+#include "output/notice_bar.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/settings.h"
@@ -92,34 +86,13 @@ void TMainEditor::offerRecovered(bool inBar) {
 
 /// In a host the editor came up for another capture; nobody is kept from that one.
 void TMainEditor::offerInBar(const std::vector<RecoveryStore::Entry>& entries) {
-    auto* bar = new wxPanel(this, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "barRecovered");
-    bar->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOBK));
-    bar->SetForegroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_INFOTEXT));
-    auto* row = new wxBoxSizer(wxHORIZONTAL);
-    auto* text = new wxStaticText(bar, wxID_ANY, wxString::FromUTF8(described(entries)), wxDefaultPosition,
-                                  wxDefaultSize, wxST_ELLIPSIZE_END);
-    text->SetForegroundColour(bar->GetForegroundColour());
-    row->Add(text, 1, wxALIGN_CENTRE_VERTICAL | wxLEFT, FromDIP(12));
-    const auto add = [&](const char* name, const char* caption, std::function<void()> act) {
-        auto* button =
-            new wxButton(bar, wxID_ANY, caption, wxDefaultPosition, wxDefaultSize, 0, wxDefaultValidator, name);
-        button->Bind(wxEVT_BUTTON, [this, bar, act = std::move(act)](wxCommandEvent&) {
-            bar->Hide();
-            Layout();
-            CallAfter([bar] { bar->Destroy(); });
-            if (act) act();
-        });
-        row->Add(button, 0, wxALIGN_CENTRE_VERTICAL | wxTOP | wxBOTTOM | wxRIGHT, FromDIP(6));
-    };
-    add("btnOpenRecovered", "Open", [this, entries] { openRecovered(entries); });
-    add("btnDiscardRecovered", "Discard", [this, entries] {
-        for (const RecoveryStore::Entry& entry : entries) recovery_->store().toss(entry.folder);
-    });
-    add("btnLaterRecovered", "Later", {});
-    bar->SetSizer(row);
-    GetSizer()->Insert(1, bar, 0, wxEXPAND);
-    Layout();
-    Refresh();
+    showNoticeBar(*this, "barRecovered", described(entries),
+                  {{"btnOpenRecovered", "Open", [this, entries] { openRecovered(entries); }},
+                   {"btnDiscardRecovered", "Discard",
+                    [this, entries] {
+                        for (const RecoveryStore::Entry& entry : entries) recovery_->store().toss(entry.folder);
+                    }},
+                   {"btnLaterRecovered", "Later", {}}});
 }
 
 void TMainEditor::openRecovered(const std::vector<RecoveryStore::Entry>& entries) {

@@ -181,6 +181,8 @@ private:
     void afterOutput(const char* done);
     void openPage(const std::string& page);  ///< of the vendor's site
     bool leave(bool confirmed);
+    bool confirmLeaving(bool confirmed);
+    class Asked;
     [[nodiscard]] bool confirmUnsaved(const Documents& documents);
     bool saveProject(bool askForName);
     [[nodiscard]] bool mayTellOfMissingData() const;
@@ -207,6 +209,7 @@ private:
     EditTool shapeTool_;  ///< what the shape button's menu chose last
     bool stateStale_ = true;
     int commandsRunning_ = 0;      ///< the window is not closed below a command; a host's may run inside another one
+    bool leaving_ = false;         ///< the question about leaving is on the screen
     bool closing_ = false;         ///< it is closed when the last one ends
     bool missingDataDue_ = false;  ///< a picture without the program's own data was opened, and nobody was told yet
 

@@ -1,5 +1,6 @@
 #include "settings/hot_key_control.h"
 
+#include <wx/menu.h>
 #include <wx/msw/private.h>
 #include <wx/utils.h>
 
@@ -82,6 +83,18 @@ bool THotKey::keyUp(uint32_t key) {
     return true;
 }
 
+void THotKey::offerPrintScreen() {
+    constexpr int32_t keys[] = {VK_SNAPSHOT, hotKeyShift | VK_SNAPSHOT, hotKeyCtrl | VK_SNAPSHOT,
+                                hotKeyCtrl | hotKeyShift | VK_SNAPSHOT, 0};
+    wxMenu menu;
+    for (const int32_t key : keys) {
+        if (key == 0) menu.AppendSeparator();
+        menu.Append(1 + key, wxString::FromUTF8(hotKeyText(key)));
+    }
+    const int chosen = GetPopupMenuSelectionFromUser(menu);
+    if (chosen != wxID_NONE) take(chosen - 1);
+}
+
 bool THotKey::MSWShouldPreProcessMessage(WXMSG* message) {
     // No accelerator and no access key of the form takes a combination from this box, the dialog's own keys excepted.
     if (message->message == WM_SYSCHAR) return false;
@@ -110,7 +123,9 @@ WXLRESULT THotKey::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lPara
         case WM_PASTE:
         case WM_CUT:
         case WM_CLEAR:
+            return 0;
         case WM_CONTEXTMENU:
+            offerPrintScreen();
             return 0;
         default:
             break;

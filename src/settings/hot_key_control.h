@@ -7,7 +7,8 @@
 namespace glimmer {
 
 /// A box that shows a key combination and takes the one that is pressed in it. Backspace and Delete alone clear it,
-/// Tab and Shift+Tab leave it; a combination that would take a plain letter from all programs is refused. The value is
+/// Tab and Shift+Tab leave it; its context menu offers Print Screen, which a system that keeps this key for itself does
+/// not let through; a combination that would take a plain letter from all programs is refused. The value is
 /// the shortcut value of hot_key.h; 0 is none. Each change by the user sends wxEVT_TEXT.
 class THotKey : public wxTextCtrl {
 public:
@@ -25,6 +26,7 @@ private:
     bool keyDown(uint32_t key);
     bool keyUp(uint32_t key);
     void showHeldModifiers();
+    void offerPrintScreen();
 
     int32_t hotKey_ = 0;
 };

@@ -141,6 +141,9 @@ constexpr Option table[] = {
     spin("", "spnPenSize", "Width of the ink", 5, 1, 1000),
     check("", "chkHidePreviewLinks", "Do not show the links window after an upload", false),
     spin("", "spnSelectedCaptureSource", "Selected monitor or capture source", 0, 0, 1000),
+    check("", "chkTellOfPrintScreen", "The user is still to be told that the system keeps Print Screen", true),
+    check("", "chkAskForContinueKey", "The user is still to be asked for the key that restores the last editor", true),
+    check("", "chkTellOfTrayIcon", "The user is still to be told where the program is without a window", true),
     check("", "chkStartFromScreen", "A capture without a picture starts from the screen", true),
 };
 

@@ -145,6 +145,7 @@ void TVistraneOptions::bindHandlers() {
         {"btnBrowseWorkingFolder", &TVistraneOptions::btnBrowseWorkingFolderClick},
         {"btnBrowseWatermark", &TVistraneOptions::btnBrowseWatermarkClick},
         {"btnAskAgain", &TVistraneOptions::btnAskAgainClick},
+        {"btnKeyboardSetting", &TVistraneOptions::btnKeyboardSettingClick},
     };
     for (const auto& [name, handler] : buttons)
         FindWindow(name)->Bind(wxEVT_BUTTON, [this, handler = handler](wxCommandEvent&) { (this->*handler)(); });
@@ -261,6 +262,28 @@ void TVistraneOptions::valueChanged() {
         ->SetLabel(wxString::Format("This is a radius of %d.%d pixels.", intensity / 10, intensity % 10));
     applyButton_->Enable(!(options == applied_));
     updatePreview();
+    tellHotKeyTrouble(options);
+}
+
+/// Below the hot keys: which of them will not work, and why.
+void TVistraneOptions::tellHotKeyTrouble(const Options& options) {
+    wxWindow* text = FindWindow("lblHotKeyTrouble");
+    if (!text->IsShownOnScreen() && text->GetLabel().empty() && book_->GetCurrentPage() != text->GetParent()) return;
+    wxString trouble;
+    bool kept = false;
+    for (const Option& option : optionTable()) {
+        if (option.kind != OptionKind::HotKey) continue;
+        const int32_t hotKey = options.number(option.control);
+        const std::string why = services_.hotKeyTrouble ? services_.hotKeyTrouble(option.control, hotKey) : "";
+        if (!why.empty()) trouble += (trouble.empty() ? "" : "\n") + wxText(why);
+        kept = kept || (services_.keptBySystem && services_.keptBySystem(hotKey));
+    }
+    if (text->GetLabel() != trouble) text->SetLabel(trouble);
+    FindWindow("btnKeyboardSetting")->Show(kept);
+}
+
+void TVistraneOptions::btnKeyboardSettingClick() {
+    if (services_.openKeptSetting) services_.openKeptSetting();
 }
 
 void TVistraneOptions::updatePreview() {

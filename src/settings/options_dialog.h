@@ -24,6 +24,12 @@ struct OptionsServices {
     std::shared_ptr<FileAssociations> associations = plainFileAssociations();
     /// A sample picture of that size with the watermark that the options describe; nothing: no preview.
     std::function<Result<TBitmap>(const Options& options, Size size)> watermarkPreview{};
+    /// Why an option's command cannot be had with that hot key, a sentence; empty when it can. Nothing: nobody knows.
+    std::function<std::string(std::string_view option, int32_t hotKey)> hotKeyTrouble{};
+    /// Whether that hot key is one that the system keeps as long as the user does not change a setting, and what opens
+    /// that setting.
+    std::function<bool(int32_t hotKey)> keptBySystem{};
+    std::function<void()> openKeptSetting{};
     /// Full path of the program that the system starts; empty: run at start-up cannot be chosen.
     std::string program{};
 };
@@ -52,6 +58,7 @@ private:
     void pageChanged();
     void showHelp(const wxWindow* control);
     void updatePreview();
+    void tellHotKeyTrouble(const Options& options);
     /// False, after a message, when the values cannot be applied.
     bool apply();
     bool folderIsComplete(const Options& options);
@@ -62,6 +69,7 @@ private:
     void btnBrowseWorkingFolderClick();
     void btnBrowseWatermarkClick();
     void btnAskAgainClick();
+    void btnKeyboardSettingClick();
     void okClick(wxCommandEvent& event);
     void FormKeyDown(wxKeyEvent& event);
 

@@ -37,6 +37,11 @@ void hotkeys(OptionsPage& page) {
                              : "These keys are the standalone program's. Add-ons have keys of their own.");
     for (const char* control : {"hotCreateZK", "hotContinueEditing", "hotCaptureTopWindow", "hotSilentCapture"})
         page.row(control);
+    auto* trouble = new wxStaticText(page.place(), wxID_ANY, wxString(), wxDefaultPosition,
+                                     page.FromDIP(wxSize(440, 68)), wxST_NO_AUTORESIZE);
+    trouble->SetName("lblHotKeyTrouble");
+    page.add(trouble);
+    page.button("btnKeyboardSetting", "Windows settings...");
 }
 
 void capturing(OptionsPage& page) {

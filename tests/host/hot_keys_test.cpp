@@ -21,11 +21,18 @@ protected:
     void SetUp() override {
         setSettingsPath("");
         OptionsHolder() = Options();
+        OptionsHolder().setOn("chkAskForContinueKey", false);  // the user has agreed
+        keepPrintScreen(0);
+    }
+    /// The user's setting: 1 the system keeps the key, 0 not.
+    static void keepPrintScreen(DWORD kept) {
+        ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, keyboard, setting, REG_DWORD, &kept, sizeof kept), ERROR_SUCCESS);
     }
     void TearDown() override {
         OptionsHolder() = Options();
         DestroyWindow(other_);
         DestroyWindow(window_);
+        RegDeleteKeyValueW(HKEY_CURRENT_USER, keyboard, setting);
     }
     static HWND makeWindow() {
         return CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
@@ -37,13 +44,15 @@ protected:
         return taken;
     }
 
+    static constexpr const wchar_t* keyboard = L"Control Panel\\Keyboard";
+    static constexpr const wchar_t* setting = L"PrintScreenKeyForSnippingEnabled";
     HWND window_ = makeWindow();
     HWND other_ = makeWindow();
     std::vector<std::string> reports_;
     std::vector<std::string> run_;
     std::vector<HotKeys::Command> commands_{
         {"hotCreateZK", [this] { run_.emplace_back("new"); }},
-        {"hotContinueEditing", [this] { run_.emplace_back("continue"); }},
+        {"hotContinueEditing", [this] { run_.emplace_back("continue"); }, "chkAskForContinueKey"},
         {"hotCaptureTopWindow", [this] { run_.emplace_back("top"); }},
         {"hotSilentCapture", [this] { run_.emplace_back("silent"); }},
     };
@@ -93,6 +102,50 @@ TEST_F(HotKeysTest, OfAnotherProgramAreReportedOnceByName) {
     saveOptions();
     EXPECT_FALSE(isFree(MOD_CONTROL, 'D'));  // had as soon as it can be
     EXPECT_EQ(reports_.size(), 1U);
+}
+
+TEST_F(HotKeysTest, PrintScreenIsTheSystemsWhileItsSettingSaysSo) {
+    keepPrintScreen(1);
+    ASSERT_TRUE(RegisterHotKey(other_, 1, 0, 0x2C));  // as the system does
+    HotKeys keys(window_, commands_, [this](const std::string& text) { reports_.push_back(text); });
+    keys.reportTaken();
+    EXPECT_TRUE(reports_.empty()) << "there is a better place for this than a balloon";
+    EXPECT_TRUE(keys.printScreenKept());
+    EXPECT_NE(keys.trouble("hotCreateZK", 0x2C).find("kept by Windows"), std::string::npos);
+    EXPECT_EQ(keys.trouble("hotCreateZK", 0), "");
+    EXPECT_EQ(keys.trouble("hotSilentCapture", hotKeyCtrl | 0x2C), "") << "with another key it is ours";
+    EXPECT_NE(keys.trouble("hotCreateZK", hotKeyCtrl | hotKeyShift | 0x2C), keys.trouble("hotCreateZK", 0x2C));
+    // What is offered instead is free, and not used by another command.
+    constexpr int32_t f12 = 0x7B;
+    EXPECT_EQ(keys.freeKey(), hotKeyCtrl | hotKeyShift | f12);
+    ASSERT_TRUE(RegisterHotKey(other_, 2, MOD_CONTROL | MOD_SHIFT, f12));
+    EXPECT_EQ(keys.freeKey(), hotKeyCtrl | hotKeyAlt | f12);
+    EXPECT_NE(keys.trouble("hotCreateZK", hotKeyCtrl | hotKeyShift | f12).find("another program"), std::string::npos);
+    // The user switches the setting off, and the system lets go.
+    keepPrintScreen(0);
+    UnregisterHotKey(other_, 1);
+    keys.retry();
+    EXPECT_FALSE(isFree(0, 0x2C));
+    EXPECT_FALSE(keys.printScreenKept());
+}
+
+TEST_F(HotKeysTest, AKeyThatOtherProgramsUseWaitsForTheUser) {
+    OptionsHolder() = Options();
+    HotKeys keys(window_, commands_, nullptr);
+    EXPECT_TRUE(isFree(MOD_CONTROL, 'D'));
+    EXPECT_TRUE(keys.waitsForConsent("hotContinueEditing"));
+    EXPECT_NE(keys.trouble("hotContinueEditing", hotKeyCtrl | 'D'), "");
+    OptionsHolder().setOn("chkAskForContinueKey", false);
+    saveOptions();
+    EXPECT_FALSE(isFree(MOD_CONTROL, 'D'));
+    EXPECT_FALSE(keys.waitsForConsent("hotContinueEditing"));
+    // Who chooses keys is not asked, not even about this one.
+    OptionsHolder() = Options();
+    for (const int32_t key : {0, hotKeyCtrl | 'D'}) {
+        OptionsHolder().setNumber("hotContinueEditing", key);
+        saveOptions();
+    }
+    EXPECT_FALSE(isFree(MOD_CONTROL, 'D'));
 }
 
 }  // namespace

@@ -3,11 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <windows.h>
+// After windows.h, which it needs.
+#include <aclapi.h>
+#include <commctrl.h>
 
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/child_process.h"
@@ -88,6 +92,34 @@ protected:
     void startAndEnd(const std::wstring& arguments = {}, const fs::path& currentFolder = {}) {
         EXPECT_EQ(start(arguments, currentFolder).wait(longest), 0) << testing::PrintToString(arguments);
     }
+    /// Five at once, as Explorer opens five selected files.
+    std::vector<ChildProcess*> startFive() {
+        std::vector<ChildProcess*> five;
+        for (int i = 0; i < 5; ++i) {
+            const fs::path picture = folder() / ("five" + std::to_string(i) + ".bmp");
+            writePicture(picture);
+            five.push_back(&start(L"\"" + picture.wstring() + L"\""));
+        }
+        return five;
+    }
+    /// Captures in the list of its main window.
+    static LRESULT capturesOf(const ChildProcess& process) {
+        const HWND window = windowOf(process);
+        if (window == nullptr) return 0;
+        for (const HWND child : childrenOf(window))
+            if (classOf(child) == L"SysListView32") return SendMessageW(child, LVM_GETITEMCOUNT, 0, 0);
+        return 0;
+    }
+    /// One of them has all five captures, and the others have ended.
+    static bool oneHasFive(const std::vector<ChildProcess*>& processes) {
+        size_t running = 0;
+        LRESULT captures = 0;
+        for (const ChildProcess* process : processes) {
+            running += process->running() ? 1 : 0;
+            captures += process->running() ? capturesOf(*process) : 0;
+        }
+        return running == 1 && captures == 5;
+    }
     void expectEnd(ChildProcess& process, const char* what) { EXPECT_EQ(process.wait(longest), 0) << what; }
 
 private:
@@ -141,6 +173,123 @@ TEST_F(Instances, AFileIsHandedOver) {
     EXPECT_TRUE(waitUntil([&] { return box() != nullptr; }, "the message about the file", longest));
     startAndEnd(L"-TERMINATE");
     expectEnd(first, "an instance with a message on the screen");
+}
+
+TEST_F(Instances, FiveFilesAtOnceComeIntoOneWindow) {
+    // With none running.
+    std::vector<ChildProcess*> five = startFive();
+    ASSERT_TRUE(waitUntil([&] { return oneHasFive(five); }, "five captures in one of five processes", 3 * longest));
+    startAndEnd(L"-TERMINATE");
+    for (ChildProcess* process : five) expectEnd(*process, "one of five");
+
+    // With one running.
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    five = startFive();
+    five.push_back(&first);
+    ASSERT_TRUE(waitUntil([&] { return oneHasFive(five); }, "five captures in the first", 3 * longest));
+    EXPECT_EQ(capturesOf(first), 5);
+    startAndEnd(L"-TERMINATE");
+    expectEnd(first, "the first");
+}
+
+/// Owns the mutex of an instance that hears nothing, until it is told to let go.
+class DeafInstance {
+public:
+    explicit DeafInstance(SECURITY_ATTRIBUTES* rights = nullptr)
+        : mutex_(CreateMutexW(rights, TRUE, L"ZK2_APPLICATION_STARTED")) {}
+    ~DeafInstance() { end(); }
+    DeafInstance(const DeafInstance&) = delete;
+    DeafInstance& operator=(const DeafInstance&) = delete;
+    DeafInstance(DeafInstance&&) = delete;
+    DeafInstance& operator=(DeafInstance&&) = delete;
+    void end() {
+        if (mutex_ == nullptr) return;
+        ReleaseMutex(mutex_);
+        CloseHandle(std::exchange(mutex_, nullptr));
+    }
+
+private:
+    HANDLE mutex_;
+};
+
+/// Counts the wishes of other starts that arrive at this process.
+class Wishes {
+public:
+    Wishes() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(received)); }
+    ~Wishes() { DestroyWindow(window_); }
+    Wishes(const Wishes&) = delete;
+    Wishes& operator=(const Wishes&) = delete;
+    Wishes(Wishes&&) = delete;
+    Wishes& operator=(Wishes&&) = delete;
+    static inline int count = 0;
+
+private:
+    static LRESULT CALLBACK received(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+        static const UINT restore = RegisterWindowMessageW(L"ZK2_APPLICATION_RESTORE");
+        if (message == restore) ++count;
+        return DefWindowProcW(window, message, wParam, lParam);
+    }
+    HWND window_ = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+};
+
+TEST_F(Instances, WhatComesWhileOneEndsGoesToTheNext) {
+    const Wishes wishes;
+    DeafInstance ending;
+    const std::vector<ChildProcess*> five = startFive();
+    ASSERT_TRUE(pumpUntil([] { return Wishes::count > 0; }, "a start that hands over", longest));
+    ending.end();
+    ASSERT_TRUE(waitUntil([&] { return oneHasFive(five); }, "five captures in one of five processes", 3 * longest));
+    startAndEnd(L"-TERMINATE");
+    for (ChildProcess* process : five) expectEnd(*process, "one of five");
+}
+
+TEST_F(Instances, OneThatIsOutOfReachIsToldOf) {
+    // An empty list of rights: as that of a program that runs as administrator for one that does not.
+    ACL nobody{};
+    ASSERT_TRUE(InitializeAcl(&nobody, sizeof nobody, ACL_REVISION));
+    SECURITY_DESCRIPTOR descriptor{};
+    InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
+    SetSecurityDescriptorDacl(&descriptor, TRUE, &nobody, FALSE);
+    SECURITY_ATTRIBUTES rights{sizeof rights, &descriptor, FALSE};
+    const DeafInstance administrators(&rights);
+    ChildProcess& process = start();
+    HWND box = nullptr;
+    const auto shown = [&] {
+        for (const HWND window : windowsOfProcess(process.id()))
+            if (classOf(window) == L"#32770") box = window;
+        return box != nullptr;
+    };
+    ASSERT_TRUE(waitUntil(shown, "the message", longest));
+    EXPECT_EQ(windowOf(process), nullptr) << "no second icon, no second set of hot keys";
+    PostMessageW(box, WM_CLOSE, 0, 0);
+    expectEnd(process, "the second");
+}
+
+TEST_F(Instances, TerminateDoesNotWaitForProgramsThatHang) {
+    // This thread looks for no message from here on.
+    const Wishes hangs;
+    startAndEnd(L"-TERMINATE");
+}
+
+TEST_F(Instances, InTheNotificationAreaItHasNoWindowUntilItIsWanted) {
+    ChildProcess& first = start(L"-tray");
+    HWND receiver = nullptr;
+    const auto up = [&] {
+        receiver = FindWindowW(nullptr, L"Glimmerpad");
+        return receiver != nullptr && GetPropW(receiver, L"ZK2_APPLICATION_RECEIVER") != nullptr;
+    };
+    ASSERT_TRUE(waitUntil(up, "the first", longest));
+    startAndEnd(L"-TRAY");  // the second sign-in wants nothing
+    EXPECT_EQ(windowOf(first), nullptr);
+    // A relative name with a folder is one of the folder in which it was typed.
+    const ScratchFolder elsewhere("elsewhere");
+    fs::create_directories(elsewhere.path() / "sub");
+    writePicture(elsewhere.path() / "sub" / "typed.bmp");
+    startAndEnd(L"sub\\typed.bmp", elsewhere.path());
+    EXPECT_TRUE(shows(first, L"typed"));
+    startAndEnd(L"-TERMINATE");
+    expectEnd(first, "the first");
 }
 
 TEST_F(Instances, TheFirstStartOpensItsFile) {

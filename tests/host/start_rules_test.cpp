@@ -68,7 +68,8 @@ TEST(Arguments, SwitchesCountOnlyInTheirPlaces) {
          {Case{{}, false, true, ""}, Case{{"-terminate"}, true, true, "-terminate"},
           Case{{"a.png", "-TERMINATE"}, false, true, "a.png"}, Case{{"-Multi"}, false, false, ""},
           Case{{"-MULTI", "a.png"}, false, false, "a.png"}, Case{{"a.png", "-multi"}, false, false, "a.png"},
-          Case{{"a.png", "b.png", "-MULTI"}, false, true, "a.png"}}) {
+          Case{{"a.png", "b.png", "-MULTI"}, false, true, "a.png"}, Case{{"-Tray"}, false, true, ""},
+          Case{{"-TRAY", "a.png"}, false, true, "a.png"}}) {
         const StartRequest request = readArguments(c.arguments);
         EXPECT_EQ(request.terminate, c.terminate);
         EXPECT_EQ(request.singleInstance, c.single);
@@ -100,6 +101,8 @@ TEST(HandOver, TakesTheCommandLineFromTheFirstArgumentOn) {
         EXPECT_EQ(text, c.text);
         EXPECT_EQ(handedOverFile(text), c.file);
     }
+    EXPECT_EQ(handOverText("g.exe \"sub\\a.png\" b", "sub\\a.png", folder, "D:\\here\\sub\\a.png"),
+              "D:\\here\\sub\\a.png\" b");
     const std::string longest = "C:\\" + std::string(20000, 'x');
     EXPECT_EQ(handOverText("g.exe " + longest, longest, folder), longest.substr(0, 10000));
 }

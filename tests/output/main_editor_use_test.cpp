@@ -409,6 +409,38 @@ TEST_F(MainEditorUse, AProjectWhoseCapturesMovedIsNotLeftWithoutAQuestionAndNotO
     EXPECT_TRUE(fs::exists(dialogs_.path));
 }
 
+// A hot key, a browser or another start may bring captures while the question is on the screen.
+TEST_F(MainEditorUse, WhatArrivesDuringTheQuestionIsAskedForToo) {
+    class Arriving : public MessageBoxes {
+    public:
+        explicit Arriving(std::function<void()> arrive) : arrive_(std::move(arrive)), before_(setMessageBoxes(this)) {}
+        ~Arriving() override { setMessageBoxes(before_); }
+        MessageAnswer show(const Message& message, bool* /*checked*/) override {
+            texts.push_back(message.text);
+            if (texts.size() == 1) arrive_();
+            return message.buttons == MessageButtons::YesNoCancel ? MessageAnswer::No : MessageAnswer::Yes;
+        }
+        std::vector<std::string> texts;
+
+    private:
+        std::function<void()> arrive_;
+        MessageBoxes* before_;
+    };
+    for (const bool saved : {false, true}) {
+        if (saved) {
+            editor_->addEditor(grey("old")).markSaved();
+        } else {
+            add({"old"});
+        }
+        Arriving boxes([this] { editor_->addEditor(grey("arrived")); });
+        EXPECT_TRUE(editor_->closeSession());
+        ASSERT_EQ(boxes.texts.size(), 2U) << saved;
+        EXPECT_THAT(boxes.texts[0], Not(HasSubstr("arrived")));
+        EXPECT_THAT(boxes.texts[1], HasSubstr("arrived"));
+        EXPECT_EQ(editor_->editorCount(), 0U);
+    }
+}
+
 TEST_F(MainEditorUse, LeavingWithEverythingSavedKeepsToTheAnswer) {
     const auto leave = [this](int choice, std::deque<test::RecordedMessages::Answer> answers) {
         editor_->showRoutine();

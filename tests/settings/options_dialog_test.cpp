@@ -225,6 +225,13 @@ TEST_F(OptionsDialog, TellsTheSystemWhatChanged) {
     apply();
     EXPECT_EQ(associations_->asked, (std::vector<std::string>{".jpg+", ".jpeg+", ".gmp-"}));
     EXPECT_TRUE(runsAtStartup());
+    // The user may switch it off in the system's own list, which keeps the entry.
+    const BYTE off[12] = {3};
+    const wchar_t* approved = L"Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\StartupApproved\\Run";
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, approved, L"Glimmerpad", REG_BINARY, off, sizeof off), ERROR_SUCCESS);
+    EXPECT_FALSE(runsAtStartup());
+    ASSERT_TRUE(setRunAtStartup(true, services_.program).ok());
+    EXPECT_TRUE(runsAtStartup());
     test::click(*control<wxCheckBox>("chkRunAtStartup"));
     apply();
     EXPECT_FALSE(runsAtStartup());
