@@ -10,6 +10,7 @@
 
 #include "settings/hot_key.h"
 #include "settings/settings_path.h"
+#include "support/windows/own_registry.h"
 
 namespace glimmer {
 namespace {
@@ -32,7 +33,6 @@ protected:
         OptionsHolder() = Options();
         DestroyWindow(other_);
         DestroyWindow(window_);
-        RegDeleteKeyValueW(HKEY_CURRENT_USER, keyboard, setting);
     }
     static HWND makeWindow() {
         return CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
@@ -46,6 +46,7 @@ protected:
 
     static constexpr const wchar_t* keyboard = L"Control Panel\\Keyboard";
     static constexpr const wchar_t* setting = L"PrintScreenKeyForSnippingEnabled";
+    const test::OwnRegistry registry_;  // a person's setting stays as it is
     HWND window_ = makeWindow();
     HWND other_ = makeWindow();
     std::vector<std::string> reports_;
