@@ -1,8 +1,10 @@
 #include "common/files.h"
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <system_error>
+#include <thread>
 
 #ifdef _WIN32
 #include <io.h>
@@ -15,13 +17,15 @@ namespace glimmer {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 #ifdef _WIN32
-std::FILE* openFile(const std::filesystem::path& path, const wchar_t* mode) { return _wfopen(path.c_str(), mode); }
+std::FILE* openFile(const fs::path& path, const wchar_t* mode) { return _wfopen(path.c_str(), mode); }
 bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
 int processId() { return _getpid(); }
 #define GLIMMER_MODE(text) L##text
 #else
-std::FILE* openFile(const std::filesystem::path& path, const char* mode) { return std::fopen(path.c_str(), mode); }
+std::FILE* openFile(const fs::path& path, const char* mode) { return std::fopen(path.c_str(), mode); }
 bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
 int processId() { return getpid(); }
 #define GLIMMER_MODE(text) text
@@ -29,22 +33,37 @@ int processId() { return getpid(); }
 
 FileWriter writeBytes = std::fwrite;
 
-Failure cannotWrite(const std::filesystem::path& path) {
-    return Failure{"The file " + utf8FromPath(path) + " cannot be written."};
+constexpr const char* temporaryPrefix = "~gp";
+constexpr const char* temporaryExtension = ".tmp";
+
+Failure cannotWrite(const fs::path& path, const std::string& reason = {}) {
+    return Failure{"The file " + utf8FromPath(path) + " cannot be written." + reason};
+}
+
+/// Scanners, indexers, previews and clients of clouds open a file that was just written, or the one that it is to
+/// replace, for some milliseconds: what they keep from succeeding is tried again for a while.
+template <class Operation>
+FileTrouble withPatience(bool patient, Operation operation) {
+    constexpr std::chrono::milliseconds pause{25};
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+    while (true) {
+        const FileTrouble trouble = operation();
+        const bool passing = trouble == FileTrouble::InUse || trouble == FileTrouble::Refused;
+        if (!passing || !patient || std::chrono::steady_clock::now() >= end) return trouble;
+        std::this_thread::sleep_for(pause);
+    }
 }
 
 }  // namespace
 
-std::filesystem::path pathFromUtf8(std::string_view text) {
-    return std::filesystem::path(std::u8string(text.begin(), text.end()));
-}
+fs::path pathFromUtf8(std::string_view text) { return fs::path(std::u8string(text.begin(), text.end())); }
 
-std::string utf8FromPath(const std::filesystem::path& path) {
+std::string utf8FromPath(const fs::path& path) {
     const std::u8string text = path.u8string();
     return {text.begin(), text.end()};
 }
 
-Result<std::vector<uint8_t>> readFile(const std::filesystem::path& path, uint64_t limit) {
+Result<std::vector<uint8_t>> readFile(const fs::path& path, uint64_t limit) {
     const Failure cannotRead{"The file " + utf8FromPath(path) + " cannot be read."};
     std::error_code error;
     const uint64_t size = std::filesystem::file_size(path, error);
@@ -59,60 +78,109 @@ Result<std::vector<uint8_t>> readFile(const std::filesystem::path& path, uint64_
     return data;
 }
 
-TemporaryOutput::TemporaryOutput(std::filesystem::path target) : target_(std::move(target)) {
+TemporaryOutput::TemporaryOutput(fs::path target, WriteOptions options)
+    : target_(std::move(target)), options_(options) {
     // A file that is protected stays, although the folder would let another one take its place.
     std::error_code error;
-    const std::filesystem::file_status state = std::filesystem::status(target_, error);
-    constexpr auto writable = std::filesystem::perms::owner_write;
-    if (std::filesystem::exists(state) && (state.permissions() & writable) == std::filesystem::perms::none) return;
-    // Unique among the program's instances and among files that one of them writes at a time.
+    const fs::file_status state = fs::status(target_, error);
+    constexpr auto writable = fs::perms::owner_write;
+    if (options_.overwrite && fs::exists(state) && (state.permissions() & writable) == fs::perms::none) {
+        trouble_ = FileTrouble::Protected;
+        return;
+    }
+    // Unique among the program's instances and among files that one of them writes at a time; what a process of the
+    // same number left behind, or another machine writes on the same share, is stepped over.
     static std::atomic<unsigned> counter{0};
-    for (int attempt = 0; attempt < 16 && file_ == nullptr; ++attempt) {
-        temporary_ =
-            target_.parent_path() / ("~gp" + std::to_string(processId()) + "-" + std::to_string(counter++) + ".tmp");
-        file_ = openFile(temporary_, GLIMMER_MODE("wbx"));
+    constexpr int mostInTheWay = 1000;
+    for (int attempt = 0; attempt < mostInTheWay && file_ == nullptr; ++attempt) {
+        temporary_ = target_.parent_path() / (temporaryPrefix + std::to_string(processId()) + "-" +
+                                              std::to_string(counter++) + temporaryExtension);
+        trouble_ = FileTrouble::None;
+        file_ = fileOperations().create(temporary_, trouble_);
+        if (trouble_ != FileTrouble::Exists) break;
     }
 }
 
 TemporaryOutput::~TemporaryOutput() { discard(); }
 
 void TemporaryOutput::discard() {
-    if (file_ == nullptr) return;
-    std::fclose(file_);
+    if (file_ == nullptr && !complete_) return;
+    if (file_ != nullptr) std::fclose(file_);
     file_ = nullptr;
+    complete_ = false;
     std::error_code ignored;
-    std::filesystem::remove(temporary_, ignored);
+    fs::remove(temporary_, ignored);
+}
+
+Status TemporaryOutput::refuse(FileTrouble trouble) {
+    discard();
+    trouble_ = trouble;
+    return cannotWrite(target_);
 }
 
 Status TemporaryOutput::write(std::span<const uint8_t> data) {
-    if (file_ == nullptr || failed_) return cannotWrite(target_);
-    if (!data.empty() && writeBytes(data.data(), 1, data.size(), file_) != data.size()) {
-        failed_ = true;
-        return cannotWrite(target_);
-    }
-    return {};
+    if (file_ == nullptr) return cannotWrite(target_);
+    if (data.empty() || writeBytes(data.data(), 1, data.size(), file_) == data.size()) return {};
+    return refuse(FileTrouble::Other);
+}
+
+Status TemporaryOutput::complete() {
+    if (complete_) return {};
+    if (file_ == nullptr) return cannotWrite(target_);
+    const bool written = options_.flush ? flushToDisk(file_) : std::fflush(file_) == 0;
+    const bool closed = written && std::fclose(file_) == 0;
+    if (written) file_ = nullptr;
+    complete_ = true;  // closed or not, there is a file
+    return closed ? Status() : refuse(FileTrouble::Other);
 }
 
 Status TemporaryOutput::commit() {
-    if (file_ == nullptr || failed_ || !flushToDisk(file_)) {
-        discard();
-        return cannotWrite(target_);
+    if (Status done = complete(); !done) return done;
+    const FileOperations& system = fileOperations();
+    const FileTrouble trouble = withPatience(options_.patient, [&] {
+        return options_.overwrite ? system.replace(temporary_, target_, options_.inherits)
+                                  : system.place(temporary_, target_);
+    });
+    if (trouble == FileTrouble::None) {
+        complete_ = false;
+        return {};
     }
-    std::fclose(file_);
-    file_ = nullptr;
-    std::error_code error;
-    std::filesystem::rename(temporary_, target_, error);
-    if (!error) return {};
-    std::filesystem::remove(temporary_, error);
+    if (trouble != FileTrouble::Exists) return refuse(trouble);
+    trouble_ = trouble;
     return cannotWrite(target_);
+}
+
+Status moveOver(const fs::path& file, const fs::path& target) {
+    const FileTrouble trouble = withPatience(true, [&] { return fileOperations().replace(file, target, true); });
+    return trouble == FileTrouble::None ? Status() : cannotWrite(target, explained(target, trouble));
+}
+
+void removeAbandonedOutputs(const fs::path& folder) {
+    const fs::file_time_type oldest = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    std::error_code error;
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        const std::string name = utf8FromPath(at->path().filename());
+        if (!name.starts_with(temporaryPrefix) || !name.ends_with(temporaryExtension)) continue;
+        std::error_code ignored;
+        if (fs::is_regular_file(at->symlink_status(ignored)) && at->last_write_time(ignored) < oldest && !ignored)
+            fs::remove(at->path(), ignored);
+    }
 }
 
 void setFileWriter(FileWriter writer) { writeBytes = writer != nullptr ? writer : std::fwrite; }
 
-Status writeFile(const std::filesystem::path& path, std::span<const uint8_t> data) {
-    TemporaryOutput output(path);
-    if (Status written = output.write(data); !written) return written;
-    return output.commit();
+Status writeFile(const fs::path& path, std::span<const uint8_t> data, WriteOptions options) {
+    TemporaryOutput output(path, options);
+    if (output.write(data) && output.commit()) return {};
+    return cannotWrite(path, options.patient ? explained(path, output.trouble()) : std::string());
+}
+
+bool flushFile(const fs::path& path) {
+    std::FILE* file = openFile(path, GLIMMER_MODE("r+b"));
+    if (file == nullptr) return false;
+    const bool flushed = flushToDisk(file);
+    std::fclose(file);
+    return flushed;
 }
 
 }  // namespace glimmer

@@ -14,6 +14,7 @@
 #include "common/section_memory.h"
 #include "common/system_folders.h"
 #include "common/wide_text.h"
+#include "common/windows_files.h"
 #include "host/start_rules.h"
 #include "settings/cached_mem_ini_file.h"
 #include "settings/debug_log.h"
@@ -66,6 +67,7 @@ void connectSystem() {
     setMessageBoxes(&systemMessageBoxes());
     setSettingsFailureHandler(showError);
     setPixelAllocator(sectionPixelMemory);
+    connectFiles();
     useSystemCodePage();
 }
 

@@ -103,9 +103,12 @@ std::string_view textOf(const Entries& entries, const char* name) {
 Status writeProject(const std::filesystem::path& path, std::span<const CaptureDocument* const> captures,
                     const CaptureEncoder& encode) {
     const wxLogNull quiet;
-    const Failure cannotCreate{"Cannot create file: " + utf8FromPath(path) + " for writing."};
-    TemporaryOutput output(path);
-    if (!output.open() || captures.size() > ProjectLimits::captures) return cannotCreate;
+    TemporaryOutput output(path, {.inherits = true});
+    const auto cannotCreate = [&path, &output] {
+        return Failure{"Cannot create file: " + utf8FromPath(path) + " for writing." +
+                       explained(path, output.trouble())};
+    };
+    if (!output.open() || captures.size() > ProjectLimits::captures) return cannotCreate();
     OutputStream stream(output);
     OutputStream* const pStream = &stream;
     GLIMMER_ASSERT(pStream != nullptr, "pStream!=NULL", "uSaver");
@@ -121,9 +124,10 @@ Status writeProject(const std::filesystem::path& path, std::span<const CaptureDo
             if (!png) return png.failure();
             written = putEntry(zip, pictureEntry(i), *png, false);  // packed already
         }
-        if (!written || !zip.Close()) return cannotCreate;
+        if (!written || !zip.Close()) return cannotCreate();
     }
-    if (!stream.status() || !output.commit()) return cannotCreate;
+    if (!stream.status() || !output.commit()) return cannotCreate();
+    removeAbandonedOutputs(path.parent_path());
     return {};
 }
 

@@ -42,6 +42,12 @@ PictureFormat lastFormat() {
                                                              static_cast<int32_t>(PictureFormat::Pdf)));
 }
 
+/// Without a folder the file would go to whatever folder is the current one.
+std::nullopt_t refuseWithoutFolder() {
+    showError("The system names no folder for pictures. Please save the picture under a name of your own.");
+    return std::nullopt;
+}
+
 void removeFiles(const TSaver::Paths& paths) {
     std::error_code ignored;
     for (const fs::path& path : paths) fs::remove(path, ignored);
@@ -119,44 +125,57 @@ Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, Pic
     return encodePicture(*picture, format, {jpegQuality(), {}, progress});
 }
 
-/// Writes a file that appears only when it is complete. False when the user cancelled or it failed, after a message.
-bool TSaver::writeTarget(const fs::path& path, const Encode& encode, const std::function<bool()>& cancelled) {
-    const std::string cannotCreate = "Cannot create file: " + utf8FromPath(path) + " for writing";
-    TemporaryOutput output(path);
-    if (!output.open()) {
-        showError(cannotCreate);
-        return false;
-    }
+/// Writes a file that appears only when it is complete: over one of that name, or, with `otherName`, under the first
+/// name that it gives which nobody takes in the meantime. Nothing when the user cancelled or it failed, after a
+/// message.
+std::optional<fs::path> TSaver::writeTarget(const fs::path& path, const Encode& encode,
+                                            const std::function<bool()>& cancelled, const OtherName& otherName) {
+    TemporaryOutput output(path, {.overwrite = !otherName, .inherits = true});
+    const auto cannotCreate = [&output] {
+        showError("Cannot create file: " + utf8FromPath(output.target()) + " for writing" +
+                  explained(output.target(), output.trouble()));
+        return std::nullopt;
+    };
+    if (!output.open()) return cannotCreate();
     const Result<std::vector<uint8_t>> data = encode();
-    if (cancelled()) return false;
+    if (cancelled()) return std::nullopt;
     if (!data) {
         showError(data.message());
-        return false;
+        return std::nullopt;
     }
-    if (!output.write(*data) || !output.commit()) {
-        showError(cannotCreate);
-        return false;
+    if (!output.write(*data)) return cannotCreate();
+    while (!output.commit()) {
+        const fs::path other = otherName && output.trouble() == FileTrouble::Exists ? otherName() : fs::path();
+        if (other.empty() || other == output.target()) return cannotCreate();
+        output.rename(utf8FromPath(other.filename()));
     }
-    return true;
+    removeAbandonedOutputs(path.parent_path());
+    return output.target();
 }
 
 std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode mode) {
     const BackToRest rest(document);
     const std::string name = nextDefaultName(document);
     PictureTarget target;
+    OtherName freeName;
     if (mode == SaveMode::Interactive) {
         const auto answer = withQuality(saveDialogs().askPicture(lastSaveFolder(), name, lastFormat()));
         if (!answer) return std::nullopt;
         target = *answer;
     } else {
-        target.path = freePath(lastSaveFolder(), name, extensionOf(target.format));
+        freeName = [folder = lastSaveFolder(), name, format = target.format] {
+            return freePath(folder, name, extensionOf(format));
+        };
+        target.path = freeName();
     }
+    if (target.path.parent_path().empty()) return refuseWithoutFolder();
     {
         WaitWindow wait(creatingPictures);
-        if (!writeTarget(
-                target.path, [&] { return encode(document, target.format, wait.asProgress()); },
-                [&wait] { return wait.cancelled(); }))
-            return std::nullopt;
+        const auto written = writeTarget(
+            target.path, [&] { return encode(document, target.format, wait.asProgress()); },
+            [&wait] { return wait.cancelled(); }, freeName);
+        if (!written) return std::nullopt;
+        target.path = *written;
     }
     document.markSaved();
     debugDetail("saved " + utf8FromPath(target.path));
@@ -178,19 +197,23 @@ bool TSaver::savePictures(Documents documents) {
 
 std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents documents, PictureFormat format) {
     checkDocuments(documents);
+    if (folder.empty()) return refuseWithoutFolder();
     WaitWindow wait(creatingPictures);
     Paths written;
     for (size_t i = 0; i < documents.size(); ++i) {
         wait.setPart(i, documents.size());
         const BackToRest rest(*documents[i]);
-        const fs::path path = freePath(folder, nextDefaultName(*documents[i]), extensionOf(format));
-        if (!writeTarget(
-                path, [&] { return encode(*documents[i], format, wait.asProgress()); },
-                [&wait] { return wait.cancelled(); })) {
+        const OtherName freeName = [&folder, name = nextDefaultName(*documents[i]), format] {
+            return freePath(folder, name, extensionOf(format));
+        };
+        const auto file = writeTarget(
+            freeName(), [&] { return encode(*documents[i], format, wait.asProgress()); },
+            [&wait] { return wait.cancelled(); }, freeName);
+        if (!file) {
             removeFiles(written);
             return std::nullopt;
         }
-        written.push_back(path);
+        written.push_back(*file);
     }
     return written;
 }

@@ -76,7 +76,10 @@ private:
     using Encode = std::function<Result<std::vector<uint8_t>>()>;
     Result<std::vector<uint8_t>> encodeEditable(const CaptureDocument& document, bool withAnnotations,
                                                 const Progress& progress);
-    bool writeTarget(const std::filesystem::path& path, const Encode& encode, const std::function<bool()>& cancelled);
+    using OtherName = std::function<std::filesystem::path()>;
+    std::optional<std::filesystem::path> writeTarget(const std::filesystem::path& path, const Encode& encode,
+                                                     const std::function<bool()>& cancelled,
+                                                     const OtherName& otherName = {});
     /// Into a folder of our own, from which the files are cleaned up one day.
     std::optional<Paths> saveForWork(const Result<std::filesystem::path>& folder, Documents documents,
                                      PictureFormat format);

@@ -65,8 +65,7 @@ public:
             files.push_back(file->path());
         for (const fs::path& file : files) {
             const fs::path place = other / file.filename();
-            fs::rename(file, place, error);
-            if (error) return Failure{"Cannot create file: " + utf8FromPath(place) + " for writing"};
+            if (!moveOver(file, place)) return Failure{"Cannot create file: " + utf8FromPath(place) + " for writing"};
         }
         return {};
     }
@@ -138,12 +137,18 @@ std::optional<fs::path> TSaver::exportPage(Documents documents) {
         captures.push_back({document.info().name, std::string(folderName).append("/").append(picture), document.size(),
                             areasOf(document), document.info().notes});
     }
-    const auto page = [&]() -> Result<std::vector<uint8_t>> {
-        if (Status moved = made.become(folder); !moved) return moved.failure();
-        const std::string text = htmlPage(pageName, captures);
-        return std::vector<uint8_t>(text.begin(), text.end());
-    };
-    if (!writeTarget(*target, page, cancelled)) return std::nullopt;
+    // The page is on the disk, all but its name, before the first older picture goes.
+    const std::string text = htmlPage(pageName, captures);
+    TemporaryOutput page(*target, {.inherits = true});
+    const bool complete = page.write({reinterpret_cast<const uint8_t*>(text.data()), text.size()}) && page.complete();
+    if (const Status moved = complete ? made.become(folder) : Status(); !moved) {
+        showError(moved.message());
+        return std::nullopt;
+    }
+    if (!complete || !page.commit()) {
+        showError("Cannot create file: " + utf8FromPath(*target) + " for writing" + explained(*target, page.trouble()));
+        return std::nullopt;
+    }
     if (made.path() == folder) made.keep();
     rememberSaveFolder(target->parent_path());
     return *target;
