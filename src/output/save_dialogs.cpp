@@ -13,6 +13,7 @@
 #include "common/modal_scope.h"
 #include "common/text.h"
 #include "common/wide_text.h"
+#include "settings/message_box.h"
 
 // The system's common item dialog. It asks before it overwrites, wants a path that exists, has no read-only box and
 // can be resized without being told so.
@@ -104,6 +105,13 @@ struct Question {
     std::span<const Filter> filters;
     UINT filter = 0;                        ///< from 0
     PictureDialogEvents* events = nullptr;  ///< may be null
+
+    /// The same once more, with what was chosen and is not wanted after all.
+    void askAgain(const std::filesystem::path& path, UINT chosen) {
+        folder = path.parent_path();
+        name = utf8FromPath(path.filename());
+        filter = chosen;
+    }
 };
 
 struct Answer {
@@ -191,6 +199,20 @@ std::optional<Answer> ask(const Question& question) {
     return answer;
 }
 
+/// The dialog asks before it overwrites the path that was typed. Where an extension was added since, that is another
+/// file, and the question is still to be asked.
+bool mayWrite(const std::filesystem::path& typed, const std::filesystem::path& path, const wchar_t* title) {
+    std::error_code error;
+    if (path == typed || !std::filesystem::exists(path, error)) return true;
+    Message question;
+    question.caption = fromWide(std::wstring_view(title));
+    question.text = utf8FromPath(path.filename()) + " already exists.\nDo you want to replace it?";
+    question.icon = MessageIcon::Warning;
+    question.buttons = MessageButtons::YesNo;
+    question.standard = MessageAnswer::No;
+    return showMessage(question) == MessageAnswer::Yes;
+}
+
 class SystemSaveDialogs : public SaveDialogs {
 public:
     std::optional<PictureTarget> askPicture(const std::filesystem::path& folder, const std::string& name,
@@ -198,14 +220,18 @@ public:
         const std::vector<Filter> filters = pictureFilters();
         PictureDialogEvents events;
         const std::string extension(extensionOf(format));
-        const auto answer = ask({Question::File, L"Save Screenshot...", folder, name + extension, extension, filters,
-                                 static_cast<UINT>(format), &events});
-        if (!answer) return std::nullopt;
-        // The filter decides the format, whatever the user typed behind the last dot.
-        PictureTarget target{answer->path, static_cast<PictureFormat>(answer->filter)};
-        if (formatOfName(utf8FromPath(target.path)) != target.format)
-            target.path += pathFromUtf8(extensionOf(target.format));
-        return target;
+        Question question{Question::File, L"Save Screenshot...",     folder, name + extension, extension,
+                          filters,        static_cast<UINT>(format), &events};
+        while (const auto answer = ask(question)) {
+            // The filter decides the format, whatever the user typed behind the last dot.
+            PictureTarget target{answer->path, static_cast<PictureFormat>(answer->filter)};
+            question.extension = extensionOf(target.format);
+            if (formatOfName(utf8FromPath(target.path)) != target.format)
+                target.path += pathFromUtf8(question.extension);
+            if (mayWrite(answer->path, target.path, question.title)) return target;
+            question.askAgain(target.path, answer->filter);
+        }
+        return std::nullopt;
     }
 
     std::optional<PictureTarget> askFolder(const std::filesystem::path& folder, PictureFormat format) override {
@@ -219,14 +245,13 @@ public:
     std::optional<std::filesystem::path> askProject(const std::filesystem::path& folder,
                                                     const std::string& name) override {
         const std::array<Filter, 1> filters{{{L"Glimmerpad Project file (*.gmp)", L"*.gmp"}}};
-        return withExtension(ask({Question::File, L"Save Project as", folder, name + ".gmp", ".gmp", filters}), ".gmp");
+        return withExtension({Question::File, L"Save Project as", folder, name + ".gmp", ".gmp", filters});
     }
 
     std::optional<std::filesystem::path> askPage(const std::filesystem::path& folder,
                                                  const std::string& name) override {
         const std::array<Filter, 1> filters{{{L"Web page (*.html)", L"*.html"}}};
-        return withExtension(ask({Question::File, L"Save HTML page as", folder, name + ".html", ".html", filters}),
-                             ".html");
+        return withExtension({Question::File, L"Save HTML page as", folder, name + ".html", ".html", filters});
     }
 
 private:
@@ -236,12 +261,15 @@ private:
             filters.push_back({toWide(info.filterText), L"*" + toWide(info.extension)});
         return filters;
     }
-    static std::optional<std::filesystem::path> withExtension(const std::optional<Answer>& answer,
-                                                              std::string_view extension) {
-        if (!answer) return std::nullopt;
-        std::filesystem::path path = answer->path;
-        if (!equalsIgnoringCase(utf8FromPath(path.extension()), extension)) path += pathFromUtf8(extension);
-        return path;
+    static std::optional<std::filesystem::path> withExtension(Question question) {
+        while (const auto answer = ask(question)) {
+            std::filesystem::path path = answer->path;
+            if (!equalsIgnoringCase(utf8FromPath(path.extension()), question.extension))
+                path += pathFromUtf8(question.extension);
+            if (mayWrite(answer->path, path, question.title)) return path;
+            question.askAgain(path, answer->filter);
+        }
+        return std::nullopt;
     }
 };
 
