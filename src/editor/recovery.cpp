@@ -1,6 +1,8 @@
 #include "editor/recovery.h"
 
 #include <algorithm>
+#include <set>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -16,17 +18,26 @@ namespace {
 
 constexpr const char* manifestName = "capture.manifest";
 constexpr const char* lockName = "session";
+constexpr const char* bandExtension = ".band";
+constexpr std::string_view runs = "run";
+constexpr std::string_view captures = "capture";
 constexpr int filesRemovedAtOnce = 8;
 /// Deflated pixels are hardly larger than plain ones.
 constexpr uint64_t maxBandBytes = uint64_t{2} * 1024 * 1024;
 
-fs::path bandFile(const fs::path& folder, uint64_t file) { return folder / (std::to_string(file) + ".band"); }
+fs::path bandFile(const fs::path& folder, uint64_t file) { return folder / (std::to_string(file) + bandExtension); }
 
-std::vector<fs::path> foldersIn(const fs::path& folder) {
+/// The folders in it that the program made: "run7", "capture12". What somebody else put there is not looked at.
+std::vector<fs::path> foldersIn(const fs::path& folder, std::string_view kind) {
     std::vector<fs::path> found;
     std::error_code error;
-    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error))
-        if (at->is_directory(error)) found.push_back(at->path());
+    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
+        const std::string name = utf8FromPath(at->path().filename());
+        std::error_code unknown;
+        if (name.starts_with(kind) && name.size() > kind.size() &&
+            name.find_first_not_of("0123456789", kind.size()) == std::string::npos && at->is_directory(unknown))
+            found.push_back(at->path());
+    }
     std::sort(found.begin(), found.end());
     return found;
 }
@@ -34,6 +45,40 @@ std::vector<fs::path> foldersIn(const fs::path& folder) {
 void removeFolder(const fs::path& folder) {
     std::error_code ignored;
     fs::remove_all(folder, ignored);
+}
+
+/// Removes the bands that the manifest does not name, and what was being written: pixels from before its last change.
+void removeUnnamed(const fs::path& capture, const RecoveryManifest& manifest) {
+    std::set<fs::path> named;
+    const auto name = [&](const StoredPicture& picture) {
+        for (const StoredPicture::Band& band : picture.bands) named.insert(bandFile({}, band.file));
+    };
+    name(manifest.background);
+    for (const StoredPicture& drawing : manifest.drawings) name(drawing);
+    std::vector<fs::path> unnamed;
+    std::error_code error;
+    for (fs::directory_iterator at(capture, error), end; !error && at != end; at.increment(error)) {
+        const fs::path extension = at->path().extension();
+        if ((extension == bandExtension && !named.contains(at->path().filename())) || extension == ".tmp")
+            unnamed.push_back(at->path());
+    }
+    for (const fs::path& file : unnamed) fs::remove(file, error);
+}
+
+/// Moves a capture's folder, to another volume too; false when it stays where it was.
+bool moveCapture(const fs::path& capture, const fs::path& target) {
+    std::error_code error;
+    fs::rename(capture, target, error);
+    if (!error) return true;
+    fs::copy(capture, target, fs::copy_options::recursive, error);
+    if (error) {
+        removeFolder(target);
+        return false;
+    }
+    // The manifest first: what is left if we are stopped here is no capture any more.
+    fs::remove(capture / manifestName, error);
+    removeFolder(capture);
+    return true;
 }
 
 Result<TBitmap> readPicture(const fs::path& folder, const StoredPicture& stored) {
@@ -59,18 +104,22 @@ Result<TBitmap> readPicture(const fs::path& folder, const StoredPicture& stored)
 // --- the folder
 
 RecoveryStore::RecoveryStore(fs::path folder) : folder_(std::move(folder)) {
+    Run run = makeRun();
+    own_ = std::move(run.folder);
+    lock_ = std::move(run.lock);
+}
+
+RecoveryStore::Run RecoveryStore::makeRun() const {
     std::error_code error;
     fs::create_directories(folder_, error);
     for (int number = 1; number < 10000 && !error; ++number) {
-        const fs::path own = folder_ / ("run" + std::to_string(number));
-        if (!fs::create_directory(own, error)) continue;
-        auto lock = std::make_unique<FileLock>(own / lockName, 1);
+        const fs::path folder = folder_ / (std::string(runs) + std::to_string(number));
+        if (!fs::create_directory(folder, error)) continue;
+        auto lock = std::make_unique<FileLock>(folder / lockName, 1);
         // Another run that looks for what was left behind was quicker: the folder is its to remove.
-        if (!lock->held()) continue;
-        own_ = own;
-        lock_ = std::move(lock);
-        return;
+        if (lock->held()) return {folder, std::move(lock)};
     }
+    return {};
 }
 
 RecoveryStore::~RecoveryStore() {
@@ -88,23 +137,49 @@ RecoveryStore::~RecoveryStore() {
 
 std::vector<RecoveryStore::Entry> RecoveryStore::leftBehind() {
     std::vector<Entry> entries;
-    for (const fs::path& run : foldersIn(folder_)) {
+    for (const fs::path& run : foldersIn(folder_, runs)) {
         if (run == own_) continue;
         if (!taken_.contains(run)) {
             auto lock = std::make_unique<FileLock>(run / lockName, 1);
             if (!lock->held()) continue;  // that run is alive
             taken_[run] = std::move(lock);
         }
-        for (const fs::path& capture : foldersIn(run)) {
-            const Result<std::vector<uint8_t>> data = readFile(capture / manifestName, maxManifestBytes);
-            const std::optional<RecoveryManifest> manifest = data ? decodeManifest(*data) : std::nullopt;
-            if (manifest)
-                entries.push_back({capture, manifest->info, manifest->background.size});
-            else
+        for (const fs::path& capture : foldersIn(run, captures)) {
+            std::error_code error;
+            const bool listed = fs::exists(capture / manifestName, error);
+            if (!listed && error) continue;
+            if (!listed) {
                 removeFolder(capture);  // it ended before the first state was whole
+                continue;
+            }
+            const Result<std::vector<uint8_t>> data = readFile(capture / manifestName, maxManifestBytes);
+            if (data && isUnknownVersion(*data)) continue;
+            const std::optional<RecoveryManifest> manifest = data ? decodeManifest(*data) : std::nullopt;
+            if (manifest) removeUnnamed(capture, *manifest);
+            Entry entry{capture, {}, {}};
+            entry.info.name = "A capture that cannot be read now";
+            if (manifest) entry = {capture, manifest->info, manifest->background.size};
+            entries.push_back(std::move(entry));
         }
     }
     return entries;
+}
+
+void RecoveryStore::takeOver(const fs::path& former) {
+    std::error_code error;
+    if (own_.empty() || fs::equivalent(former, folder_, error)) return;
+    for (const fs::path& run : foldersIn(former, runs)) {
+        auto lock = std::make_unique<FileLock>(run / lockName, 1);
+        if (!lock->held()) continue;  // an earlier version of the program is running
+        const std::vector<fs::path> found = foldersIn(run, captures);
+        // Locked until all are there: to another run that looks now, half a capture would be none.
+        const Run target = found.empty() ? Run{} : makeRun();
+        if (!target.folder.empty())
+            for (const fs::path& capture : found) moveCapture(capture, target.folder / capture.filename());
+        lock.reset();
+        fs::remove(run, error);
+    }
+    fs::remove(former, error);  // when nothing is left in it
 }
 
 Result<std::unique_ptr<CaptureDocument>> RecoveryStore::open(const Entry& entry) {
@@ -168,7 +243,7 @@ bool RecoveryStore::tidy() {
 
 fs::path RecoveryStore::makeCaptureFolder() {
     if (own_.empty()) return {};
-    const fs::path folder = own_ / ("capture" + std::to_string(++captures_));
+    const fs::path folder = own_ / (std::string(captures) + std::to_string(++captures_));
     std::error_code error;
     fs::create_directory(folder, error);
     return error ? fs::path() : folder;
@@ -176,14 +251,20 @@ fs::path RecoveryStore::makeCaptureFolder() {
 
 // --- one capture
 
-RecoveryWriter::RecoveryWriter(RecoveryStore& store, CaptureDocument& document)
-    : store_(store), document_(document), observer_(document.observe([this](const DocumentChange& change) {
+RecoveryWriter::RecoveryWriter(RecoveryStore& store, CaptureDocument& document, std::chrono::milliseconds retry)
+    : store_(store),
+      document_(document),
+      observer_(document.observe([this](const DocumentChange& change) {
           if (change.pixels || change.size) invalidate(change.area);
-      })) {
+      })),
+      retry_(retry) {
     reset(background_, document_.size());
 }
 
-RecoveryWriter::~RecoveryWriter() { document_.forget(observer_); }
+RecoveryWriter::~RecoveryWriter() {
+    stop_.request_stop();
+    document_.forget(observer_);
+}
 
 void RecoveryWriter::reset(Picture& picture, Size size) {
     for (const StoredPicture::Band& band : picture.stored.bands)
@@ -206,27 +287,53 @@ void RecoveryWriter::invalidate(const Rect& area) {
 }
 
 bool RecoveryWriter::pending() const {
-    if (!document_.modified()) return keptRevision_.has_value();
-    return keptRevision_ != document_.revision() && failedRevision_ != document_.revision();
+    if (!document_.modified()) return keptRevision_ || !folder_.empty() || former_;
+    if (keptRevision_ == document_.revision()) return false;
+    return failedRevision_ != document_.revision() || std::chrono::steady_clock::now() >= retryAt_;
+}
+
+bool RecoveryWriter::waiting() const {
+    return flushing_.valid() && flushing_.wait_for(std::chrono::seconds(0)) == std::future_status::timeout;
+}
+
+void RecoveryWriter::settle() {
+    if (flushing_.valid()) flushing_.wait();
+}
+
+/// Whether the manifest may name what was written. Starts what is missing to that and looks in again.
+RecoveryWriter::Flushed RecoveryWriter::flushBands() {
+    if (!flushing_.valid()) {
+        if (written_.empty()) return Flushed::All;
+        stop_ = std::stop_source();
+        const auto flush = [files = std::exchange(written_, {}), stop = stop_.get_token()]() mutable {
+            std::erase_if(files, [&stop](const fs::path& file) { return stop.stop_requested() || flushFile(file); });
+            return files;
+        };
+        // Where no thread can be had it is done here, by get().
+        flushing_ = std::async(std::launch::async | std::launch::deferred, flush);
+    }
+    if (flushing_.wait_for(std::chrono::milliseconds(1)) == std::future_status::timeout) return Flushed::NotYet;
+    const std::vector<fs::path> failed = flushing_.get();
+    if (failed.empty()) return written_.empty() ? Flushed::All : Flushed::NotYet;
+    written_.insert(written_.end(), failed.begin(), failed.end());
+    return Flushed::Failed;
 }
 
 bool RecoveryWriter::work() {
     if (!document_.modified()) {
-        if (keptRevision_) remove();
+        if (pending()) remove();
         return false;
     }
-    if (!pending()) return removeOrphans();
-    if (folder_.empty()) {
-        folder_ = store_.makeCaptureFolder();
-        if (folder_.empty()) {
-            failedRevision_ = document_.revision();
-            return false;
-        }
-    }
+    // Before anything is added: these hold what the picture showed before.
+    if (!removable_.empty()) return removeOrphans() || pending();
+    if (!pending()) return false;
     const auto failed = [this] {
         failedRevision_ = document_.revision();
+        retryAt_ = std::chrono::steady_clock::now() + retry_;
         return false;
     };
+    if (folder_.empty()) folder_ = store_.makeCaptureFolder();
+    if (folder_.empty()) return failed();
     if (std::find(background_.dirty.begin(), background_.dirty.end(), true) != background_.dirty.end())
         return writeBand(document_.background(), background_) || failed();
     for (const TBBShape& shape : document_.annotations()) {
@@ -242,7 +349,9 @@ bool RecoveryWriter::work() {
         if (std::find(known->picture.dirty.begin(), known->picture.dirty.end(), true) != known->picture.dirty.end())
             return writeBand(*bitmap, known->picture) || failed();
     }
-    return writeManifest() || failed();
+    const Flushed flushed = flushBands();
+    if (flushed == Flushed::NotYet) return true;
+    return (flushed == Flushed::All && writeManifest()) || failed();
 }
 
 fs::path RecoveryWriter::bandPath(uint64_t file) const { return bandFile(folder_, file); }
@@ -254,7 +363,9 @@ bool RecoveryWriter::writeBand(const TBitmap& bitmap, Picture& picture) {
     const int32_t top = static_cast<int32_t>(at) * rows;
     const std::vector<uint8_t> data = deflatePixels(bitmap, top, std::min(picture.stored.size.height, top + rows));
     const uint64_t file = ++lastFile_;
-    if (data.empty() || !writeFile(bandPath(file), data)) return false;
+    // On the user's own time: written, but not waited for.
+    if (data.empty() || !writeFile(bandPath(file), data, {.flush = false, .patient = false})) return false;
+    written_.push_back(bandPath(file));
     StoredPicture::Band& band = picture.stored.bands[at];
     if (band.file != 0) orphans_.push_back(band.file);
     band = {file, static_cast<uint32_t>(data.size()), checksumOf(data)};
@@ -283,7 +394,7 @@ bool RecoveryWriter::writeManifest() {
         }
         manifest.annotations.push_back(std::move(annotation));
     }
-    if (!writeFile(folder_ / manifestName, encodeManifest(manifest))) return false;
+    if (!writeFile(folder_ / manifestName, encodeManifest(manifest), {.patient = false})) return false;
     keptRevision_ = document_.revision();
     failedRevision_.reset();
     // Drawings that are no longer on the capture come back, with an undo, under new files.
@@ -311,6 +422,11 @@ bool RecoveryWriter::removeOrphans() {
 }
 
 void RecoveryWriter::remove() {
+    // The thread has at most one file open, which then can be removed too.
+    stop_.request_stop();
+    settle();
+    flushing_ = {};
+    written_.clear();
     if (!folder_.empty()) store_.toss(folder_);
     if (former_) store_.toss(former_->folder);
     former_.reset();

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -36,9 +39,13 @@ public:
         CaptureInfo info;
         Size size;
     };
-    /// What runs that are over left behind. Their folders stay locked for this run until the store goes; what cannot
-    /// be read is removed.
+    /// What runs that are over left behind. Their folders stay locked for this run until the store goes. A capture
+    /// whose list cannot be read now (another program has it open, it is damaged) has no size; opening it says why. One
+    /// that a newer version of the program kept is that one's to offer, and stays. Removed are captures of which no
+    /// whole state was ever there, and bands that a run that died was about to remove.
     [[nodiscard]] std::vector<Entry> leftBehind();
+    /// Moves what runs that are over left in another folder into this one, once; what cannot be moved stays there.
+    void takeOver(const std::filesystem::path& former);
     /// The capture of an entry, with unsaved changes. Fails, with a sentence, when a file of it is damaged.
     static Result<std::unique_ptr<CaptureDocument>> open(const Entry& entry);
     static void discard(const Entry& entry);
@@ -51,6 +58,13 @@ public:
     bool tidy();
 
 private:
+    /// A new folder of a run, and its lock.
+    struct Run {
+        std::filesystem::path folder;
+        std::unique_ptr<FileLock> lock;
+    };
+    [[nodiscard]] Run makeRun() const;
+
     std::filesystem::path folder_;
     std::filesystem::path own_;
     std::unique_ptr<FileLock> lock_;
@@ -63,7 +77,10 @@ private:
 /// destructor leaves the folder as it is (a capture that is closed for good calls remove()).
 class RecoveryWriter {
 public:
-    RecoveryWriter(RecoveryStore& store, CaptureDocument& document);
+    /// What the disk did not take is tried again after this time.
+    static constexpr std::chrono::milliseconds standardRetry{5000};
+
+    RecoveryWriter(RecoveryStore& store, CaptureDocument& document, std::chrono::milliseconds retry = standardRetry);
     ~RecoveryWriter();
     RecoveryWriter(const RecoveryWriter&) = delete;
     RecoveryWriter& operator=(const RecoveryWriter&) = delete;
@@ -75,8 +92,13 @@ public:
     [[nodiscard]] bool pending() const;
     /// Does one piece of the work: one band of pixels (some 5 ms), or the manifest, or removing a few files that are no
     /// longer needed. Call it when the user is idle. True when there is more to do. A disk that does not take the file
-    /// is tried again with the next change.
+    /// is tried again with the next change, or after a while.
     bool work();
+    /// Whether all that is left to do waits for the disk, to which a thread of its own writes the bands through: the
+    /// manifest names them only when they are there. Calling work() meanwhile does no harm.
+    [[nodiscard]] bool waiting() const;
+    /// Waits for that.
+    void settle();
     /// Removes everything that is kept of the capture: it was saved, or is not wanted.
     void remove();
     /// An entry of an earlier run that this capture was opened from: removed as soon as this run keeps the capture.
@@ -99,6 +121,8 @@ private:
     void invalidate(const Rect& area);
     void reset(Picture& picture, Size size);
     bool writeBand(const TBitmap& bitmap, Picture& picture);
+    enum class Flushed : uint8_t { All, NotYet, Failed };
+    Flushed flushBands();
     bool writeManifest();
     bool removeOrphans();
     [[nodiscard]] std::filesystem::path bandPath(uint64_t file) const;
@@ -114,6 +138,11 @@ private:
     std::vector<uint64_t> removable_;
     std::optional<uint64_t> keptRevision_;    ///< what the manifest holds
     std::optional<uint64_t> failedRevision_;  ///< the disk did not take this one
+    std::chrono::milliseconds retry_;
+    std::chrono::steady_clock::time_point retryAt_{};
+    std::vector<std::filesystem::path> written_;                ///< bands that may not be on the disk yet
+    std::future<std::vector<std::filesystem::path>> flushing_;  ///< those of them that it failed for
+    std::stop_source stop_;
     std::optional<RecoveryStore::Entry> former_;
     bool recovered_ = false;
 };

@@ -29,8 +29,10 @@ void RecoveryKeeper::discard(CaptureDocument& document) {
 void RecoveryKeeper::leave(CaptureDocument& document) {
     const auto kept = find(document);
     if (document.modified() && (sessionEnds_ || document.touched() || kept->writer->recovered())) {
-        do piece(*kept);
-        while (kept->more);
+        do {
+            kept->writer->settle();
+            piece(*kept);
+        } while (kept->more);
     } else {
         kept->writer->remove();
     }
@@ -64,6 +66,7 @@ bool RecoveryKeeper::work(Kept& kept, Clock::time_point end) {
     const bool rests = kept.document->modified() && !kept.more;
     if (rests && Clock::now() < kept.notBefore) return true;
     while (kept.more || kept.writer->pending()) {
+        if (kept.writer->waiting()) return true;  // there will be time enough when the disk is ready
         piece(kept);
         const Clock::time_point now = Clock::now();
         if (!kept.more && kept.notBefore < now + rest_) kept.notBefore = now + rest_;

@@ -91,6 +91,11 @@ std::vector<uint8_t> encodeManifest(const RecoveryManifest& manifest) {
     return writer.take();
 }
 
+bool isUnknownVersion(std::span<const uint8_t> data) {
+    ByteReader reader(data);
+    return reader.u32() == mark && reader.u32() != version && reader.ok();
+}
+
 std::optional<RecoveryManifest> decodeManifest(std::span<const uint8_t> data) {
     if (data.size() < 12 || data.size() > maxManifestBytes) return std::nullopt;
     ByteReader last(data.last(4));

@@ -47,6 +47,9 @@ std::vector<uint8_t> encodeManifest(const RecoveryManifest& manifest);
 /// Nothing unless the data is a whole, undamaged manifest within the limits.
 std::optional<RecoveryManifest> decodeManifest(std::span<const uint8_t> data);
 
+/// Whether it is a manifest of a version of the program that this one does not know. Nothing else of it can be told.
+bool isUnknownVersion(std::span<const uint8_t> data);
+
 uint32_t checksumOf(std::span<const uint8_t> data);
 
 }  // namespace glimmer

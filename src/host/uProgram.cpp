@@ -114,9 +114,11 @@ void TProgram::prepareMainEditor() {
 
 void TProgram::offerRecovered() {
     // The window is only made when there may be something to show in it.
-    std::error_code error;
-    const std::filesystem::path folder = recoveryFolder();
-    if (!std::filesystem::exists(folder, error) || std::filesystem::is_empty(folder, error)) return;
+    const auto holdsSomething = [](const std::filesystem::path& folder) {
+        std::error_code error;
+        return std::filesystem::exists(folder, error) && !std::filesystem::is_empty(folder, error) && !error;
+    };
+    if (!holdsSomething(recoveryFolder()) && !holdsSomething(formerRecoveryFolder())) return;
     prepareMainEditor();
     pMainEditor->offerRecovered(false);
 }

@@ -5,6 +5,7 @@
 #include "editor/recovery_keeper.h"
 #include "output/main_toolbar.h"
 #include "output/notice_bar.h"
+#include "output/output_folders.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/settings.h"
@@ -31,7 +32,9 @@ std::string described(const std::vector<RecoveryStore::Entry>& entries) {
 }  // namespace
 
 void TMainEditor::startKeeping(std::filesystem::path folder) {
+    const bool users = folder == recoveryFolder();
     recovery_ = std::make_unique<RecoveryKeeper>(std::move(folder));
+    if (users) recovery_->store().takeOver(formerRecoveryFolder());
     // A timer's message comes when there is no other: the user never waits for this.
     tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
         recovery_->work(recoveryBudget);

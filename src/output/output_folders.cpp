@@ -26,7 +26,8 @@ constexpr std::chrono::hours mailAge = 7 * oneDay;
 Result<fs::path> usableFolder(const fs::path& parent, const fs::path& folder, int number) {
     const fs::path path = parent / folder;
     std::error_code error;
-    fs::create_directories(path, error);
+    // Where the system names no parent it would be made in the current folder.
+    if (!parent.empty()) fs::create_directories(path, error);
     if (!parent.empty() && fs::is_directory(path, error)) {
         const fs::directory_iterator entered(path, error);
         if (!error) return path;
@@ -39,14 +40,21 @@ Result<fs::path> usableFolder(const fs::path& parent, const fs::path& folder, in
     return Failure{message};
 }
 
+fs::path recoveryFolderIn(SystemFolder place) {
+    const fs::path data = systemFolder(place);
+    return data.empty() ? data : data / "Glimmerpad" / "recovery";
+}
+
 /// The standalone program keeps its files under its own name.
 fs::path productFolder() { return isStandalone() ? "Glimmerpad" : "Vistrane"; }
 
 }  // namespace
 
 fs::path picturesFolder() {
-    const fs::path pictures = systemFolder(SystemFolder::Pictures);
-    return pictures.empty() ? fs::path(".") : pictures;
+    // The folder may lie on a drive or in a cloud that is not there today.
+    for (const SystemFolder place : {SystemFolder::Pictures, SystemFolder::Documents, SystemFolder::Profile})
+        if (fs::path folder = systemFolder(place); !folder.empty()) return folder;
+    return {};
 }
 
 fs::path workingFolder() {
@@ -77,10 +85,8 @@ void cleanUpMailFolder() {
 Result<fs::path> publishFolder() { return usableFolder(workingFolder(), "publish", 2); }
 Result<fs::path> externalEditorFolder() { return usableFolder(systemFolder(SystemFolder::Pictures), "Vistrane", 4); }
 
-fs::path recoveryFolder() {
-    const fs::path data = systemFolder(SystemFolder::RoamingData);
-    return data.empty() ? data : data / "Glimmerpad" / "recovery";
-}
+fs::path recoveryFolder() { return recoveryFolderIn(SystemFolder::LocalData); }
+fs::path formerRecoveryFolder() { return recoveryFolderIn(SystemFolder::RoamingData); }
 
 fs::path lastSaveFolder() {
     const fs::path folder = pathFromUtf8(settings().readString(settingsSection(group::general), lastFolderKey));

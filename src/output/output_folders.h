@@ -7,7 +7,8 @@
 
 namespace glimmer {
 
-/// The user's pictures folder; the current folder when the system names none.
+/// The user's pictures folder; where that is not there today the documents, then the user's own folder. Empty when the
+/// system names none of them.
 std::filesystem::path picturesFolder();
 
 /// Where files for other programs are put: the folder that the options name, else one of the program's own in the
@@ -26,10 +27,12 @@ Result<std::filesystem::path> publishFolder();
 Result<std::filesystem::path> externalEditorFolder();
 
 /// Where open captures with unsaved changes are kept against a crash: one place for the standalone program and all
-/// hosts. Need not exist.
+/// hosts. Need not exist. On this machine only: a profile that follows the user is no place for gigabytes.
 std::filesystem::path recoveryFolder();
+/// Where earlier versions kept them.
+std::filesystem::path formerRecoveryFolder();
 
-/// Where the user saved last; the pictures folder at first and when that folder is gone.
+/// Where the user saved last; picturesFolder() at first and when that folder is gone.
 std::filesystem::path lastSaveFolder();
 void rememberSaveFolder(const std::filesystem::path& folder);
 

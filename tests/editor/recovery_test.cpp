@@ -144,6 +144,145 @@ TEST(Recovery, damageIsToldAndOpensNothing) {
     ASSERT_TRUE(decodeManifest(manifest));
 }
 
+std::set<std::filesystem::path> manifestsIn(const std::filesystem::path& folder) {
+    std::set<std::filesystem::path> found;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
+        if (entry.path().extension() == ".manifest") found.insert(entry.path());
+    return found;
+}
+
+/// Leaves a capture behind in a folder, as a run that was killed does; the manifest's path.
+std::filesystem::path leaveOne(const std::filesystem::path& folder) {
+    RecoveryStore store(folder);
+    const std::set<std::filesystem::path> before = manifestsIn(folder);
+    const auto capture = test::victimCapture();
+    RecoveryWriter writer(store, *capture);
+    keepAll(writer);
+    for (const std::filesystem::path& path : manifestsIn(folder))
+        if (!before.contains(path)) return path;
+    return {};
+}
+
+// Nothing is removed because it cannot be read now, and nothing that the program did not make.
+TEST(Recovery, whatCannotBeReadStays) {
+    const ScratchFolder folder("recovery unreadable");
+    const std::filesystem::path damaged = leaveOne(folder.path());
+    const std::filesystem::path newer = leaveOne(folder.path());
+    ASSERT_NE(damaged, newer);
+    const auto change = [](const std::filesystem::path& path, size_t at) {
+        std::vector<uint8_t> data = readFile(path, maxManifestBytes).take();
+        data[at] = 77;
+        ASSERT_TRUE(writeFile(path, data));
+    };
+    change(damaged, 40);
+    change(newer, 4);  // its version
+    const std::filesystem::path unfinished = damaged.parent_path().parent_path() / "capture9";
+    const std::vector<std::filesystem::path> others{folder.path() / "run1 - Copy", folder.path() / "backup",
+                                                    damaged.parent_path().parent_path() / "captures"};
+    std::filesystem::create_directories(unfinished);
+    for (const auto& other : others) std::filesystem::create_directories(other / "inside");
+    {
+        RecoveryStore store(folder.path());
+        const auto found = store.leftBehind();
+        ASSERT_EQ(found.size(), 1U) << "the damaged one is offered, the newer one is not ours";
+        EXPECT_FALSE(found[0].info.name.empty());
+        EXPECT_FALSE(RecoveryStore::open(found[0]));
+        EXPECT_FALSE(std::filesystem::exists(unfinished));
+    }
+    for (const auto& path : {damaged, newer}) EXPECT_TRUE(std::filesystem::exists(path)) << path;
+    for (const auto& path : others) EXPECT_TRUE(std::filesystem::exists(path / "inside")) << path;
+}
+
+// What the picture showed before a change is gone with the manifest that no longer names it, or at the next start.
+TEST(Recovery, formerBandsGo) {
+    const ScratchFolder folder("recovery former");
+    const std::filesystem::path capture = leaveOne(folder.path()).parent_path();
+    ASSERT_TRUE(writeFile(capture / "4711.band", std::vector<uint8_t>(100)));
+    ASSERT_TRUE(writeFile(capture / "~gp1-1.tmp", std::vector<uint8_t>(100)));
+    const size_t named = filesIn(capture, ".band") - 1;
+    RecoveryStore store(folder.path());
+    const auto found = store.leftBehind();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(filesIn(capture, ".band"), named);
+    EXPECT_EQ(filesIn(capture, ".tmp"), 0U);
+
+    auto opened = RecoveryStore::open(found[0]).take();
+    RecoveryWriter writer(store, *opened);
+    keepAll(writer);
+    std::mt19937 random(5);
+    // The user goes on without a pause, so that the capture is never at rest.
+    for (int i = 0; i < 30; ++i) {
+        test::changeSomething(*opened, random);
+        writer.work();
+        const auto manifest = decodeManifest(readFile(*manifestsIn(folder.path()).rbegin(), maxManifestBytes).take());
+        size_t bands = manifest->background.bands.size();
+        for (const StoredPicture& drawing : manifest->drawings) bands += drawing.bands.size();
+        EXPECT_LE(filesIn(capture.parent_path().parent_path() / "run2", ".band"), bands + 1);
+        while (writer.pending()) writer.work();
+    }
+}
+
+TEST(Recovery, whatEarlierVersionsKeptElsewhereIsTakenOver) {
+    const ScratchFolder scratch("recovery moves");
+    const std::filesystem::path former = scratch.path() / "roaming" / "recovery";
+    const std::filesystem::path folder = scratch.path() / "local" / "recovery";
+    leaveOne(former);
+    leaveOne(former);
+    leaveOne(folder);
+    std::optional<RecoveryStore> alive(former);
+    const std::filesystem::path kept = alive->makeCaptureFolder();
+    for (const size_t expected : {size_t{3}, size_t{3}}) {
+        RecoveryStore store(folder);
+        store.takeOver(former);
+        const auto found = store.leftBehind();
+        ASSERT_EQ(found.size(), expected);
+        for (const auto& entry : found) EXPECT_TRUE(RecoveryStore::open(entry));
+        EXPECT_TRUE(std::filesystem::exists(kept)) << "of a run that lives";
+    }
+    EXPECT_EQ(filesIn(former, ".manifest"), 0U);
+    alive.reset();
+    RecoveryStore(folder).takeOver(former);
+    EXPECT_FALSE(std::filesystem::exists(former));
+}
+
+size_t takeNothing(const void* /*data*/, size_t /*size*/, size_t /*count*/, std::FILE* /*file*/) { return 0; }
+
+TEST(Recovery, aDiskThatRefusesIsTriedAgain) {
+    const ScratchFolder folder("recovery again");
+    RecoveryStore store(folder.path());
+    for (const std::chrono::milliseconds retry : {std::chrono::milliseconds(0), std::chrono::milliseconds(3600000)}) {
+        const auto capture = test::victimCapture();
+        RecoveryWriter writer(store, *capture, retry);
+        setFileWriter(takeNothing);
+        EXPECT_FALSE(writer.work());
+        setFileWriter(nullptr);
+        EXPECT_EQ(writer.pending(), retry.count() == 0) << "not at once, and not only with the next change";
+        keepAll(writer);
+        EXPECT_EQ(filesIn(folder.path(), ".manifest"), retry.count() == 0 ? 1U : 0U);
+        writer.remove();
+    }
+}
+
+// Saved before the first state was whole: nothing may be offered as unsaved.
+TEST(Recovery, whatIsSavedEarlyLeavesNothing) {
+    const ScratchFolder folder("recovery early");
+    leaveOne(folder.path());
+    RecoveryStore store(folder.path());
+    const auto found = store.leftBehind();
+    ASSERT_EQ(found.size(), 1U);
+    auto opened = RecoveryStore::open(found[0]).take();
+    RecoveryWriter writer(store, *opened);
+    writer.replaces(found[0]);
+    writer.work();  // one band
+    opened->markSaved();
+    EXPECT_TRUE(writer.pending());
+    keepAll(writer);
+    EXPECT_FALSE(writer.pending());
+    while (store.tidy()) {
+    }
+    EXPECT_EQ(filesIn(folder.path(), ".manifest") + filesIn(folder.path(), ".band"), 0U);
+}
+
 std::vector<std::string> linesOf(const std::filesystem::path& path) {
     std::ifstream file(path);
     std::vector<std::string> lines;

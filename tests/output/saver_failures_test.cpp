@@ -85,6 +85,70 @@ TEST_F(SaverFailure, ATargetThatAnotherProgramHasOpen) {
     EXPECT_TRUE(saver_.savePicture(*document_, SaveMode::Interactive)) << "the way is free now";
 }
 
+/// What files are given their names by while the object lives.
+struct SystemOf {
+    explicit SystemOf(const FileOperations& operations) { setFileOperations(&operations); }
+    ~SystemOf() { setFileOperations(nullptr); }
+    SystemOf(const SystemOf&) = delete;
+    SystemOf& operator=(const SystemOf&) = delete;
+    SystemOf(SystemOf&&) = delete;
+    SystemOf& operator=(SystemOf&&) = delete;
+};
+
+TEST_F(SaverFailure, TheReasonStandsBelowTheText) {
+    FileOperations operations = portableFileOperations();
+    operations.explain = [](const fs::path&, FileTrouble trouble) {
+        return std::string(trouble == FileTrouble::Protected ? "It is write-protected." : "");
+    };
+    const SystemOf system(operations);
+    const fs::path path = folder() / "a.png";
+    ASSERT_TRUE(writeFile(path, std::vector<uint8_t>{1, 2, 3}).ok());
+    fs::permissions(path, fs::perms::owner_write, fs::perm_options::remove);
+    expectRefused(path, cannotCreate(path) + "\r\nIt is write-protected.");
+    messages_.messages.clear();
+    fs::path project = path;
+    EXPECT_FALSE(saver_.saveProject(all(), project, false));
+    expectMessage(cannotCreate(path) + ".\r\nIt is write-protected.");
+    fs::permissions(path, fs::perms::owner_write, fs::perm_options::add);
+}
+
+// Another program takes the name between the look for a free one and the writing.
+TEST_F(SaverFailure, ANameThatIsTakenMeanwhileIsNotOverwritten) {
+    settings().writeString(settingsSection(group::general), "LastSaveFolder", utf8FromPath(folder()));
+    FileOperations operations = portableFileOperations();
+    operations.place = [](const fs::path& file, const fs::path& target) {
+        EXPECT_TRUE(target.filename() != "unsaved.png" || writeFile(target, std::vector<uint8_t>(3)).ok());
+        return portableFileOperations().place(file, target);
+    };
+    const SystemOf system(operations);
+    EXPECT_EQ(saver_.savePicture(*document_, SaveMode::Automatic), folder() / "unsaved (2).png");
+    EXPECT_EQ(readFile(folder() / "unsaved.png", 10)->size(), 3U);
+    EXPECT_EQ(entriesOf(folder()), 2U);
+}
+
+// Folders of the user's that are not there today, and then none at all.
+TEST_F(SaverFailure, WithoutAFolderNothingGoesToTheCurrentOne) {
+    OptionsHolder().setText("edtWorkingFolderPath", "");
+    const fs::path current = fs::current_path();
+    fs::create_directories(folder() / "here");
+    fs::current_path(folder() / "here");
+    const fs::path user = folder() / "user";
+    fs::create_directories(user);
+    ASSERT_TRUE(writeFile(user / "Pictures", std::vector<uint8_t>(1)).ok());
+    std::wstring before(300, L'\0');
+    before.resize(GetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", before.data(), 300));
+    SetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", user.c_str());
+    EXPECT_EQ(picturesFolder(), user / "Documents");
+    SetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", (user / "Pictures").c_str());
+    EXPECT_TRUE(picturesFolder().empty());
+    EXPECT_FALSE(saver_.savePicture(*document_, SaveMode::Automatic));
+    EXPECT_EQ(messages_.messages.size(), 1U);
+    for (const auto& given : {mailFolder(), publishFolder(), externalEditorFolder()}) EXPECT_FALSE(given);
+    SetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", before.empty() ? nullptr : before.c_str());
+    EXPECT_EQ(entriesOf(fs::current_path()), 0U);
+    fs::current_path(current);
+}
+
 /// What files are written with while the object lives.
 struct WrittenBy {
     explicit WrittenBy(FileWriter writer) { setFileWriter(writer); }
@@ -136,6 +200,26 @@ TEST_F(SaverFailure, AFullDisk) {
     EXPECT_EQ(entriesOf(folder()), 1U);
     EXPECT_EQ(entriesOf(work() / "publish"), 0U);
     EXPECT_TRUE(document_->modified());
+}
+
+/// A disk with room for pictures and no more.
+size_t writeNoText(const void* data, size_t size, size_t count, std::FILE* file) {
+    return *static_cast<const char*>(data) == '<' ? 0 : std::fwrite(data, size, count, file);
+}
+
+// The pictures of the older page go only when the page that shows the new ones is on the disk.
+TEST_F(SaverFailure, APageThatDoesNotFitLeavesTheOlderPictures) {
+    dialogs_.path = folder() / "page.html";
+    ASSERT_TRUE(saver_.exportPage(all()));
+    const auto picture = *readFile(folder() / "page_files" / "page_img1.png", 1U << 20U);
+    const auto other = capture(test::page(50, 30, PixelFormat::Bgr24, 4), "other");
+    CaptureDocument* const others[] = {other.get()};
+    const WrittenBy fullDisk(writeNoText);
+    messages_.messages.clear();
+    EXPECT_FALSE(saver_.exportPage(others));
+    expectMessage(cannotCreate(dialogs_.path));
+    EXPECT_EQ(*readFile(folder() / "page_files" / "page_img1.png", 1U << 20U), picture);
+    EXPECT_EQ(entriesOf(folder()), 2U);
 }
 
 /// A drive letter for a folder, that can be taken away like a drive that is pulled out.
