@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "common/files.h"
+#include "settings/file_lock.h"
 
 namespace glimmer {
 
@@ -38,6 +39,15 @@ std::optional<Entry> entryOf(const fs::path& folder, const std::string& name) {
     const fs::file_time_type time = fs::last_write_time(path, error);
     if (error) return std::nullopt;
     return Entry{name, size, static_cast<int64_t>(time.time_since_epoch().count())};
+}
+
+/// Whether it is the file that was noted. The run-time tells a file's time by way of the local one: when the clocks go
+/// forward or back, all files differ by an hour from what it said before.
+bool isSame(const Entry& noted, const std::optional<Entry>& now) {
+    constexpr int64_t hour = fs::file_time_type::duration(std::chrono::hours(1)).count();
+    if (!now || noted.name != now->name || noted.size != now->size) return false;
+    const int64_t apart = noted.time - now->time;
+    return apart == 0 || apart == hour || apart == -hour;
 }
 
 /// Whether a name from the list stays inside the folder; the list may have been tampered with.
@@ -92,6 +102,7 @@ Status WorkingFolder::remember(const fs::path& file) {
     const std::string name(generic.begin(), generic.end());
     const std::optional<Entry> entry = error || !staysInside(name) ? std::nullopt : entryOf(folder_, name);
     if (!entry) return Failure{"The file " + utf8FromPath(file) + " is not in the working folder."};
+    const FileLock lock(folder_ / listName);
     std::vector<Entry> entries = readList(folder_);
     std::erase_if(entries, [&name](const Entry& known) { return known.name == name; });
     entries.push_back(*entry);
@@ -100,12 +111,15 @@ Status WorkingFolder::remember(const fs::path& file) {
 
 size_t WorkingFolder::cleanUp(std::chrono::hours age, fs::file_time_type now, const fs::path& subFolder) {
     const std::string part = subFolder.empty() ? "" : utf8FromPath(subFolder) + '/';
+    std::error_code none;
+    if (!fs::exists(folder_ / listName, none)) return 0;
+    const FileLock lock(folder_ / listName);
     const std::vector<Entry> entries = readList(folder_);
     const auto oldest = static_cast<int64_t>((now - age).time_since_epoch().count());
     std::vector<Entry> kept;
     size_t deleted = 0;
     for (const Entry& entry : entries) {
-        if (entryOf(folder_, entry.name) != entry) continue;
+        if (!isSame(entry, entryOf(folder_, entry.name))) continue;
         std::error_code error;
         const bool wanted = entry.time < oldest && entry.name.starts_with(part);
         if (wanted && fs::remove(folder_ / pathFromUtf8(entry.name), error)) {

@@ -109,7 +109,7 @@ std::vector<std::string> inFileOrder(CSimpleIniA::TNamesDepend& names, IniPlace 
     return out;
 }
 
-/// Another program (a virus scanner, a backup) may hold the file for a moment.
+/// Another program (a virus scanner, a backup) may hold the file for a moment, or be about to fill it.
 template <class Operation>
 auto withPatience(bool patient, Operation operation) {
     constexpr int attempts = 6;
@@ -131,8 +131,15 @@ struct TCachedMemIniFile::Content {
     [[nodiscard]] Result<std::unique_ptr<CSimpleIniA>> load() const {
         std::error_code error;
         if (path.empty() || (!std::filesystem::exists(path, error) && !error)) return newIni({});
-        Result<std::vector<uint8_t>> bytes =
-            withPatience(!failed, [this] { return readFile(path, TCachedMemIniFile::sizeLimit); });
+        // An editor that writes over the file empties it first. What was in it is known, and goes on.
+        bool emptied = false;
+        Result<std::vector<uint8_t>> bytes = withPatience(!failed, [&]() -> Result<std::vector<uint8_t>> {
+            Result<std::vector<uint8_t>> read = readFile(path, TCachedMemIniFile::sizeLimit);
+            emptied = filled && read && read->empty();
+            return emptied ? Failure{} : read;
+        });
+        std::string text;
+        if (emptied && ini->Save(text) == SI_OK) return newIni(text);
         if (!bytes) return bytes.failure();
         return newIni(textFromFileBytes(*bytes));
     }
@@ -154,9 +161,10 @@ struct TCachedMemIniFile::Content {
         std::string text;
         if ((*fresh)->Save(text) != SI_OK) return Failure{"The settings do not fit into memory."};
         const std::span<const uint8_t> bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size());
-        Status written = withPatience(!failed, [this, bytes] { return writeFile(path, bytes); });
+        Status written = writeFile(path, bytes, {.patient = !failed});
         if (!written) return written;
         ini = fresh.take();
+        filled = !ini->IsEmpty();
         changes.clear();
         return {};
     }
@@ -164,12 +172,14 @@ struct TCachedMemIniFile::Content {
     std::filesystem::path path;
     std::unique_ptr<CSimpleIniA> ini;
     Changes changes;
+    bool filled = false;  ///< there was something in the file
     bool failed = false;  ///< the last save failed and was reported
 };
 
 TCachedMemIniFile::TCachedMemIniFile(std::filesystem::path path) : content_(new Content(std::move(path))) {
     Result<std::unique_ptr<CSimpleIniA>> loaded = content_->load();
     content_->ini = loaded ? loaded.take() : newIni({});
+    content_->filled = !content_->ini->IsEmpty();
 }
 
 TCachedMemIniFile::TCachedMemIniFile(TCachedMemIniFile&&) noexcept = default;

@@ -50,6 +50,18 @@ TEST_F(WorkingFiles, OnlyOldFilesOfTheProgramAreDeleted) {
     EXPECT_FALSE(fs::exists(young));
 }
 
+TEST_F(WorkingFiles, AnHourMoreOrLessIsTheClocksDoing) {
+    const fs::path summer = make(folder_ / "summer.png", hours(200));
+    const fs::path winter = make(folder_ / "winter.png", hours(200));
+    const fs::path edited = make(folder_ / "edited.png", hours(200));
+    for (const fs::path& path : {summer, winter, edited}) ASSERT_TRUE(working_.remember(path).ok());
+    fs::last_write_time(summer, fs::last_write_time(summer) + hours(1));
+    fs::last_write_time(winter, fs::last_write_time(winter) - hours(1));
+    fs::last_write_time(edited, fs::last_write_time(edited) + std::chrono::minutes(59));
+    EXPECT_EQ(working_.cleanUp(hours(100), now_), 2U);
+    EXPECT_TRUE(fs::exists(edited));
+}
+
 TEST_F(WorkingFiles, OneSubFolderCanBeCleanedAlone) {
     const fs::path mailed = make(folder_ / "mail" / "a.png", hours(200));
     const fs::path other = make(folder_ / "mail a.png", hours(200));

@@ -134,6 +134,16 @@ TEST_F(SettingsFile, TwoStoresKeepEachOthersValues) {
     EXPECT_EQ(third.readString("s", "second"), "2");
 }
 
+// An editor that writes over the file empties it first, and may be found at that.
+TEST_F(SettingsFile, AFileThatIsEmptyForAMomentLosesNothing) {
+    put("[a]\nold=1\n");
+    TCachedMemIniFile store(path_);
+    store.writeString("a", "new", "2");
+    put("");
+    ASSERT_TRUE(store.save().ok());
+    EXPECT_EQ(content(), "[a]\nold=1\nnew=2\n");
+}
+
 TEST_F(SettingsFile, AFailedWriteIsReportedOnceAndLosesNothing) {
     path_ = folder_ / "not yet" / "a.ini";
     TCachedMemIniFile store(path_);
