@@ -41,6 +41,9 @@ lint_sources() {
     local failed=0 filter=${1-.}
     cd "$root" || return
 
+    say "what Windows does not forgive"
+    tools/check_sources.py || failed=1
+
     say "clang-format"
     our_sources '*.cpp' '*.h' '*.c' | grep -v 'src/resources/' | grep -E "$filter" |
         xargs -r clang-format-14 --dry-run -Werror || failed=1
