@@ -302,6 +302,7 @@ void RecoveryWriter::settle() {
 
 /// Whether the manifest may name what was written. Starts what is missing to that and looks in again.
 RecoveryWriter::Flushed RecoveryWriter::flushBands() {
+    if (hurried_) return Flushed::All;
     if (!flushing_.valid()) {
         if (written_.empty()) return Flushed::All;
         stop_ = std::stop_source();
@@ -397,6 +398,7 @@ bool RecoveryWriter::writeManifest() {
     if (!writeFile(folder_ / manifestName, encodeManifest(manifest), {.patient = false})) return false;
     keptRevision_ = document_.revision();
     failedRevision_.reset();
+    hurried_ = false;
     // Drawings that are no longer on the capture come back, with an undo, under new files.
     for (Drawing& drawing : drawings_) {
         const bool kept =

@@ -99,6 +99,9 @@ public:
     [[nodiscard]] bool waiting() const;
     /// Waits for that.
     void settle();
+    /// The next manifest does not wait for the disk: the process is about to end, and the system itself, which has the
+    /// bands already, writes them through.
+    void hurry() { hurried_ = true; }
     /// Removes everything that is kept of the capture: it was saved, or is not wanted.
     void remove();
     /// An entry of an earlier run that this capture was opened from: removed as soon as this run keeps the capture.
@@ -143,6 +146,7 @@ private:
     std::vector<std::filesystem::path> written_;                ///< bands that may not be on the disk yet
     std::future<std::vector<std::filesystem::path>> flushing_;  ///< those of them that it failed for
     std::stop_source stop_;
+    bool hurried_ = false;
     std::optional<RecoveryStore::Entry> former_;
     bool recovered_ = false;
 };

@@ -81,7 +81,10 @@ bool RecoveryKeeper::keepAll(std::chrono::milliseconds budget) {
     const Clock::time_point end = Clock::now() + budget;
     // A capture that has changed since its work began takes a second round.
     for (int round = 0; round < 2 && !complete(); ++round) {
-        for (Kept& kept : kept_) kept.notBefore = {};
+        for (Kept& kept : kept_) {
+            kept.notBefore = {};
+            kept.writer->hurry();
+        }
         work(std::max(std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()), {}));
     }
     return complete();
