@@ -279,37 +279,6 @@ TEST_F(SaveDialogsTest, SeveralCapturesGoIntoOneFolder) {
     EXPECT_EQ(WorkingFolder(work()).cleanUp(std::chrono::hours(1), fs::file_time_type::max()), 0U);
 }
 
-// "page.jpg" typed for a PNG becomes "page.jpg.png": the system has asked about another file.
-TEST_F(SaveDialogsTest, AsksAboutTheFileThatIsReallyWritten) {
-    const std::vector<uint8_t> old{1, 2, 3};
-    for (const char* name : {"page.jpg.png", "page.jpg.gmp", "page.jpg.html"})
-        ASSERT_TRUE(writeFile(folder() / name, old).ok());
-    const auto type = [](HWND dialog) {
-        SendMessageW(nameField(dialog), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"page.jpg"));
-        return test::clickButton(dialog, L"Save");
-    };
-    const auto cancel = [](HWND dialog) { return test::clickButton(dialog, L"Cancel"); };
-    const auto picture = [this] { return saveDialogs().askPicture(folder(), "page", PictureFormat::Png).has_value(); };
-    const auto project = [this] { return saveDialogs().askProject(folder(), "page").has_value(); };
-    const auto page = [this] { return saveDialogs().askPage(folder(), "page").has_value(); };
-    const struct {
-        const wchar_t* title;
-        std::function<bool()> ask;
-    } dialogs[] = {{picturesTitle, picture}, {L"Save Project as", project}, {L"Save HTML page as", page}};
-    for (const auto& [title, ask] : dialogs) {
-        messages_.messages.clear();
-        messages_.answers = {{MessageAnswer::No}, {MessageAnswer::Yes}};
-        {
-            const DialogDriver driver({{title, type}, {title, cancel}});
-            EXPECT_FALSE(ask()) << "it is asked for anew, and given up";
-        }
-        ASSERT_EQ(messages_.messages.size(), 1U);
-        EXPECT_TRUE(messages_.messages[0].text.ends_with("already exists.\nDo you want to replace it?"));
-        const DialogDriver driver({{title, type}});
-        EXPECT_TRUE(ask());
-    }
-}
-
 TEST_F(SaveDialogsTest, AsksBeforeItOverwrites) {
     const auto document = capture(test::page(40, 30, PixelFormat::Bgr24, 4), "page");
     settings().writeString(settingsSection(group::general), "LastSaveFolder", utf8FromPath(folder()));
