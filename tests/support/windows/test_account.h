@@ -41,12 +41,11 @@ inline void useOwnFolders() {
     SetEnvironmentVariableW(L"GLIMMERPAD_FOLDERS", folder.c_str());
 }
 
-/// Whether the machine is there for tests: a Wine prefix, Windows' sandbox, or one that the variable
-/// GLIMMERPAD_TEST_MACHINE says so of. Only there may a test change what all users share.
+/// Whether the machine is there for tests: a Wine prefix or Windows' sandbox, unless the variable
+/// GLIMMERPAD_TEST_MACHINE says otherwise (1 or 0). Only there may a test change what all users share.
 inline bool isTestMachine() {
-    static const bool is = std::getenv("GLIMMERPAD_TEST_MACHINE") != nullptr ||
-                           GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-    return is;
+    if (const char* said = std::getenv("GLIMMERPAD_TEST_MACHINE"); said != nullptr) return *said == '1';
+    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
 }
 
 }  // namespace glimmer::test
