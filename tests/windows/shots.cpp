@@ -17,6 +17,7 @@
 #include "imaging/png_codec.h"
 #include "settings/settings_path.h"
 #include "support/windows/forms.h"
+#include "support/windows/test_account.h"
 
 namespace glimmer::shots {
 
@@ -59,6 +60,7 @@ int main(int count, char** arguments) {
                   {"options", shots::options},
                   {"recovery", shots::recovery}};
     if (count < 3) return 1;
+    test::useOwnFolders();
     SetProcessDPIAware();
     wxApp::SetInstance(new wxApp);
     int none = 0;
