@@ -116,11 +116,14 @@ Status writeEditablePng(const TBitmap& flattened, const EditableParts& parts, bo
     extras.texts = {{"VERSION", versionText}, {"CREATOR", creatorText}, {notesKeyword, parts.notes}};
     extras.chunks.push_back(TChunkbBIn::fromRectangle(parts.area).save());
     std::vector<const TBitmap*> pictures = {&parts.background};
+    std::vector<std::shared_ptr<const TBitmap>> drawings;
     for (const TBBShape& shape : parts.shapes) {
-        const TShapeDescriptor annotation = shape.describe();
+        TShapeDescriptor annotation = shape.describe();
+        clampDescriptor(annotation);
         extras.chunks.push_back(TChunkbBIn::fromAnnotation(&annotation).save());
-        if (shape.shape.drawing != nullptr) pictures.push_back(shape.shape.drawing.get());
+        if (annotation.drawing != nullptr) drawings.push_back(annotation.drawing);
     }
+    for (const auto& drawing : drawings) pictures.push_back(drawing.get());
     for (size_t i = 0; i < pictures.size(); ++i) {
         const Result<TChunkbBPn> chunk = TChunkbBPn::fromBitmap(pictures[i], partOf(progress, i, pictures.size() + 1));
         if (!chunk) return chunk.failure();

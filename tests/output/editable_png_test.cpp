@@ -267,6 +267,7 @@ protected:
         Random random(8);
         background = random.picture(12, 10);
         TShapeDescriptor drawn = annotationByHand();
+        drawn.style.shape.kind = ShapeKind::Drawing;
         drawn.drawing = std::make_shared<const TBitmap>(random.picture(3, 3));
         shapes.add(TBBShape(annotationByHand()));
         shapes.add(TBBShape(drawn));
