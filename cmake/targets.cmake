@@ -45,7 +45,7 @@ function(glimmer_core_test name)
     target_link_libraries(${name} PRIVATE glimmer_core GTest::gtest_main)
 endfunction()
 
-# A test of the application's own classes and forms, in a program that has the toolkit running (tests/windows/).
+# A test of the application's own classes and forms, in a program that has the toolkit running.
 function(glimmer_windows_test name)
     if(WIN32)
         if(NOT TARGET glimmer_windows_test_support)

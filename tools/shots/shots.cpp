@@ -1,6 +1,6 @@
 // Shows windows and writes pictures of them: shots GROUP FOLDER [SUFFIX]. ./dev shot runs it.
 
-#include "windows/shots.h"
+#include "shots.h"
 
 #include <wx/app.h>
 #include <wx/evtloop.h>

@@ -12,9 +12,9 @@
 #include "output/main_toolbar.h"
 #include "output/uMainEditor.h"
 #include "settings/message_box.h"
+#include "shots.h"
 #include "support/scratch_folder.h"
 #include "support/windows/forms.h"
-#include "windows/shots.h"
 
 namespace glimmer::shots {
 

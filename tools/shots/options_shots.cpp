@@ -4,7 +4,7 @@
 
 #include "host/options_services.h"
 #include "settings/options_dialog.h"
-#include "windows/shots.h"
+#include "shots.h"
 
 namespace glimmer::shots {
 

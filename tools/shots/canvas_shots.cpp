@@ -10,8 +10,8 @@
 #include "editor/uEditor.h"
 #include "imaging/picture_file.h"
 #include "settings/options.h"
+#include "shots.h"
 #include "support/windows/forms.h"
-#include "windows/shots.h"
 
 namespace glimmer::shots {
 

@@ -13,9 +13,9 @@
 #include "output/uJPEGSettings.h"
 #include "output/wait_window.h"
 #include "settings/message_box.h"
+#include "shots.h"
 #include "support/windows/dialog_driver.h"
 #include "support/windows/forms.h"
-#include "windows/shots.h"
 
 namespace glimmer::shots {
 
