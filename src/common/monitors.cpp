@@ -11,6 +11,21 @@ namespace {
 
 Rect fromSystem(const RECT& area) { return {area.left, area.top, area.right, area.bottom}; }
 
+/// As this process sees it: one that does not know scales is told the same for all.
+int dotsPerInch(HMONITOR monitor) {
+    // From Windows 8.1 on; the first argument after the monitor is 0 for the scale that windows have.
+    static const auto ofMonitor =
+        systemFunction<HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*)>(L"shcore.dll", "GetDpiForMonitor");
+    UINT across = 0;
+    UINT down = 0;
+    if (ofMonitor != nullptr && SUCCEEDED(ofMonitor(monitor, 0, &across, &down)) && across > 0)
+        return static_cast<int>(across);
+    const HDC screen = GetDC(nullptr);
+    const int ofScreen = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return ofScreen > 0 ? ofScreen : 96;
+}
+
 BOOL CALLBACK remember(HMONITOR monitor, HDC /*dc*/, LPRECT /*area*/, LPARAM list) {
     return guarded(FALSE, [=] {
         MONITORINFO info{};
@@ -18,7 +33,7 @@ BOOL CALLBACK remember(HMONITOR monitor, HDC /*dc*/, LPRECT /*area*/, LPARAM lis
         if (GetMonitorInfoW(monitor, &info) == FALSE) return TRUE;
         const bool primary = (info.dwFlags & MONITORINFOF_PRIMARY) != 0;
         reinterpret_cast<std::vector<Monitor>*>(list)->push_back(
-            {fromSystem(info.rcMonitor), fromSystem(info.rcWork), primary});
+            {fromSystem(info.rcMonitor), fromSystem(info.rcWork), primary, dotsPerInch(monitor)});
         return TRUE;
     });
 }

@@ -11,6 +11,7 @@ struct Monitor {
     Rect bounds;
     Rect work;
     bool primary = false;
+    int dotsPerInch = 96;
 };
 
 /// All monitors in the order of the system.

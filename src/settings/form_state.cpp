@@ -10,6 +10,8 @@ namespace {
 
 constexpr int32_t titleBarHeight = 32;  // generous at 96 dpi; at 192 half of the bar, still enough to take hold of
 constexpr int32_t grip = 80;            // this much of the title bar's width must show
+constexpr int32_t usualDotsPerInch = 96;
+constexpr const char* dotsPerInchKey = "DotsPerInch";
 
 bool isSwitch(ControlClass kind) { return kind == ControlClass::CheckBox || kind == ControlClass::RadioButton; }
 
@@ -20,29 +22,41 @@ int64_t distance(const Rect& a, const Rect& b) {
 }
 
 /// Whether the title bar can be taken hold of.
-bool reachable(const Rect& bounds, std::span<const Rect> workAreas) {
+bool reachable(const Rect& bounds, std::span<const WorkArea> workAreas) {
     const Rect bar{bounds.left, bounds.top, bounds.right, bounds.top + titleBarHeight};
-    return std::any_of(workAreas.begin(), workAreas.end(), [&bar](const Rect& area) {
-        const Rect seen = bar.intersected(area);
+    return std::any_of(workAreas.begin(), workAreas.end(), [&bar](const WorkArea& work) {
+        const Rect seen = bar.intersected(work.area);
         return !seen.empty() && seen.width() >= std::min(grip, bar.width()) && seen.top == bar.top;
     });
 }
 
-Rect onScreen(const Rect& bounds, std::span<const Rect> workAreas) {
-    if (workAreas.empty()) return bounds;
-    const Rect& area = *std::min_element(workAreas.begin(), workAreas.end(), [&bounds](const Rect& a, const Rect& b) {
-        const Rect inA = bounds.intersected(a);
-        const Rect inB = bounds.intersected(b);
+/// The one that shows most of the window, or else is nearest; there is at least one.
+const WorkArea& workAreaOf(const Rect& bounds, std::span<const WorkArea> workAreas) {
+    return *std::min_element(workAreas.begin(), workAreas.end(), [&bounds](const WorkArea& a, const WorkArea& b) {
+        const Rect inA = bounds.intersected(a.area);
+        const Rect inB = bounds.intersected(b.area);
         const int64_t shownA = inA.empty() ? 0 : int64_t{inA.width()} * inA.height();
         const int64_t shownB = inB.empty() ? 0 : int64_t{inB.width()} * inB.height();
-        return shownA != shownB ? shownA > shownB : distance(bounds, a) < distance(bounds, b);
+        return shownA != shownB ? shownA > shownB : distance(bounds, a.area) < distance(bounds, b.area);
     });
-    const Size size{std::min(bounds.width(), area.width()), std::min(bounds.height(), area.height())};
+}
+
+/// At the scale of its monitor.
+WindowGeometry onScreen(WindowGeometry geometry, std::span<const WorkArea> workAreas) {
+    if (workAreas.empty()) return geometry;
+    const Rect& bounds = geometry.bounds;
+    const auto& [area, dotsPerInch] = workAreaOf(bounds, workAreas);
+    const auto scaled = [&geometry, to = dotsPerInch](int32_t length) {
+        return static_cast<int32_t>((int64_t{length} * to + geometry.dotsPerInch / 2) / geometry.dotsPerInch);
+    };
+    const Size size{std::min(scaled(bounds.width()), area.width()), std::min(scaled(bounds.height()), area.height())};
     Rect result{bounds.left, bounds.top, bounds.left + size.width, bounds.top + size.height};
-    if (reachable(result, workAreas)) return result;
-    const int32_t left = std::clamp(bounds.left, area.left, area.right - size.width);
-    const int32_t top = std::clamp(bounds.top, area.top, area.bottom - size.height);
-    return {left, top, left + size.width, top + size.height};
+    if (!reachable(result, workAreas)) {
+        const int32_t left = std::clamp(bounds.left, area.left, area.right - size.width);
+        const int32_t top = std::clamp(bounds.top, area.top, area.bottom - size.height);
+        result = {left, top, left + size.width, top + size.height};
+    }
+    return {result, geometry.maximized, dotsPerInch};
 }
 
 }  // namespace
@@ -76,20 +90,30 @@ void saveGeometry(TCachedMemIniFile& store, std::string_view section, const Wind
     store.writeInteger(section, "Top", geometry.bounds.top);
     store.writeInteger(section, "Width", geometry.bounds.width());
     store.writeInteger(section, "Height", geometry.bounds.height());
+    if (geometry.dotsPerInch != usualDotsPerInch)
+        store.writeInteger(section, dotsPerInchKey, geometry.dotsPerInch);
+    else
+        store.removeKey(section, dotsPerInchKey);
 }
 
 WindowGeometry restoreGeometry(const TCachedMemIniFile& store, std::string_view section, const WindowGeometry& standard,
-                               std::span<const Rect> workAreas) {
+                               std::span<const WorkArea> workAreas) {
     constexpr int32_t farthest = 1 << 20;  // no desktop is that large, and sums stay far from overflowing
     const Rect& bounds = standard.bounds;
     const int32_t left = store.readInteger(section, "Left", bounds.left, -farthest, farthest);
     const int32_t top = store.readInteger(section, "Top", bounds.top, -farthest, farthest);
-    int32_t width = store.readInteger(section, "Width", bounds.width(), 0, farthest);
-    int32_t height = store.readInteger(section, "Height", bounds.height(), 0, farthest);
-    if (width < grip) width = bounds.width();  // no window was left like that
-    if (height < titleBarHeight) height = bounds.height();
-    return {onScreen({left, top, left + width, top + height}, workAreas),
-            store.readBool(section, "isMaximized", standard.maximized)};
+    int32_t width = store.readInteger(section, "Width", 0, 0, farthest);
+    int32_t height = store.readInteger(section, "Height", 0, 0, farthest);
+    const int32_t dots = store.readInteger(
+        section, dotsPerInchKey, store.keyExists(section, "Width") ? usualDotsPerInch : standard.dotsPerInch, 48, 960);
+    const auto usual = [&](int32_t length) {
+        return static_cast<int32_t>(int64_t{length} * dots / standard.dotsPerInch);
+    };
+    if (width < grip) width = usual(bounds.width());  // no window was left like that
+    if (height < titleBarHeight) height = usual(bounds.height());
+    return onScreen(
+        {{left, top, left + width, top + height}, store.readBool(section, "isMaximized", standard.maximized), dots},
+        workAreas);
 }
 
 }  // namespace glimmer

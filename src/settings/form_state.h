@@ -42,19 +42,29 @@ void saveControl(TCachedMemIniFile& store, std::string_view section, const FormC
 /// Gives a control the stored state, moved into the control's range; without one it stays as it is.
 void restoreControl(const TCachedMemIniFile& store, std::string_view section, FormControl* pControl);
 
-/// Where a window stands: its bounds when it is neither maximised nor minimised, in screen pixels.
+/// Where a window stands: its bounds when it is neither maximised nor minimised, in screen pixels, and the scale that
+/// its size belongs to.
 struct WindowGeometry {
     Rect bounds;
     bool maximized = false;
+    int32_t dotsPerInch = 96;
     bool operator==(const WindowGeometry&) const = default;
 };
 
-/// Writes "isMaximized", only of a form, and then "Left", "Top", "Width" and "Height".
+/// What a monitor has for windows.
+struct WorkArea {
+    Rect area;
+    int32_t dotsPerInch = 96;
+};
+
+/// Writes "isMaximized", only of a form, and then "Left", "Top", "Width" and "Height"; where the scale is not 96 dots
+/// per inch, "DotsPerInch" as well.
 void saveGeometry(TCachedMemIniFile& store, std::string_view section, const WindowGeometry& geometry, bool isForm);
-/// The stored geometry, what is missing taken from `standard`, brought onto the screen: the window is not larger than
-/// the work area it lies on, and so much of its title bar can be seen that it can be dragged. A window that lies on
-/// none of `workAreas` (a monitor that is gone) comes to the nearest one.
+/// The stored geometry, what is missing taken from `standard`, brought onto the screen: the window is as large as it
+/// was to the eye, but not larger than the work area it lies on, and so much of its title bar can be seen that it can
+/// be dragged. A window that lies on none of `workAreas` (a monitor that is gone) comes to the nearest one. The
+/// answer's scale is that of its monitor.
 WindowGeometry restoreGeometry(const TCachedMemIniFile& store, std::string_view section, const WindowGeometry& standard,
-                               std::span<const Rect> workAreas);
+                               std::span<const WorkArea> workAreas);
 
 }  // namespace glimmer

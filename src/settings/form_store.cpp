@@ -104,9 +104,10 @@ void forEachControl(wxWindow& parent, const Action& action) {
 
 /// Of all monitors, the primary one first. Asked for without the toolkit's display class: that makes a window of its
 /// own to hear of changes, which a start need not wait for.
-std::vector<Rect> workAreas() {
-    std::vector<Rect> areas;
-    for (const Monitor& monitor : monitors()) areas.insert(monitor.primary ? areas.begin() : areas.end(), monitor.work);
+std::vector<WorkArea> workAreas() {
+    std::vector<WorkArea> areas;
+    for (const Monitor& monitor : monitors())
+        areas.insert(monitor.primary ? areas.begin() : areas.end(), {monitor.work, monitor.dotsPerInch});
     return areas;
 }
 
@@ -116,7 +117,8 @@ Rect rectOf(const wxRect& rect) { return {rect.x, rect.y, rect.x + rect.width, r
 WindowGeometry geometryOf(const wxTopLevelWindow& form) {
     WINDOWPLACEMENT placement{};
     placement.length = sizeof placement;
-    if (GetWindowPlacement(form.GetHWND(), &placement) == FALSE) return {rectOf(form.GetRect()), false};
+    if (GetWindowPlacement(form.GetHWND(), &placement) == FALSE)
+        return {rectOf(form.GetRect()), false, form.GetDPI().x};
     // The system counts a normal position from the work area's corner, not from the screen's.
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
@@ -126,7 +128,7 @@ WindowGeometry geometryOf(const wxTopLevelWindow& form) {
     const bool minimized = IsIconic(form.GetHWND()) != FALSE;
     const bool maximized = minimized ? (placement.flags & WPF_RESTORETOMAXIMIZED) != 0 : form.IsMaximized();
     return {bounds.moved(monitor.rcWork.left - monitor.rcMonitor.left, monitor.rcWork.top - monitor.rcMonitor.top),
-            maximized};
+            maximized, form.GetDPI().x};
 }
 
 void place(wxTopLevelWindow& form, const WindowGeometry& geometry) {
@@ -134,7 +136,12 @@ void place(wxTopLevelWindow& form, const WindowGeometry& geometry) {
         form.Move(geometry.bounds.left, geometry.bounds.top);
         return;
     }
-    form.SetSize(geometry.bounds.left, geometry.bounds.top, geometry.bounds.width(), geometry.bounds.height());
+    // First to its monitor: where that has another scale, the system gives the window another size on the way.
+    const wxSize size(geometry.bounds.width(), geometry.bounds.height());
+    form.Move(geometry.bounds.left, geometry.bounds.top);
+    form.SetSize(size);
+    // A window that lies across a border may have changed monitors because of its size.
+    if (form.GetSize() != size) form.SetSize(size);
     if (geometry.maximized) form.Maximize();
 }
 
@@ -179,17 +186,19 @@ void saveGeometry(TCachedMemIniFile& store, std::string_view section, const wxWi
 }
 
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form) {
-    place(form, restoreGeometry(store, section, {rectOf(form.GetRect()), false}, workAreas()));
+    place(form, restoreGeometry(store, section, {rectOf(form.GetRect()), false, form.GetDPI().x}, workAreas()));
 }
 
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form,
                      wxSize standard) {
-    const std::vector<Rect> areas = workAreas();
-    const Rect area = areas.empty() ? Rect{0, 0, standard.x, standard.y} : areas.front();
+    const std::vector<WorkArea> areas = workAreas();
+    const auto [area, dotsPerInch] =
+        areas.empty() ? WorkArea{{0, 0, standard.x, standard.y}, form.GetDPI().x} : areas.front();
+    standard = wxSize(standard.x * dotsPerInch / form.GetDPI().x, standard.y * dotsPerInch / form.GetDPI().y);
     standard.DecTo({area.width(), area.height()});
     const Point at{area.left + (area.width() - standard.x) / 2, area.top + (area.height() - standard.y) / 2};
     const Rect middle{at.x, at.y, at.x + standard.x, at.y + standard.y};
-    place(form, restoreGeometry(store, section, {middle, false}, areas));
+    place(form, restoreGeometry(store, section, {middle, false, dotsPerInch}, areas));
 }
 
 void saveForm(wxTopLevelWindow& form) {

@@ -28,8 +28,8 @@ void restoreControl(const TCachedMemIniFile& store, std::string_view section, wx
 void saveGeometry(TCachedMemIniFile& store, std::string_view section, const wxWindow& window);
 /// Puts a form where it was, on a monitor that exists. To be called before it is shown.
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form);
-/// The same for a form that has no place yet: what the store does not know, it gets in that size in the middle of the
-/// first monitor.
+/// The same for a form that has no place yet: what the store does not know, it gets in that size (at the form's scale)
+/// in the middle of the first monitor.
 void restoreGeometry(const TCachedMemIniFile& store, std::string_view section, wxTopLevelWindow& form, wxSize standard);
 
 /// Both at once into the section named after the form, in the shared store, which is then written: for a form's close.

@@ -88,7 +88,7 @@ TEST(FormGeometry, IsWrittenInItsOrder) {
 TEST(FormGeometry, ComesBackOntoAMonitorThatExists) {
     const Rect left{0, 0, 1920, 1040};
     const Rect right{1920, 200, 3200, 1224};
-    const std::vector<Rect> areas{left, right};
+    const std::vector<WorkArea> areas{{left}, {right}};
     const struct {
         const char* what;
         Rect stored;
@@ -113,6 +113,31 @@ TEST(FormGeometry, ComesBackOntoAMonitorThatExists) {
     damaged.writeString(section, "Width", "-5");
     const Rect shown = restoreGeometry(damaged, section, {{50, 60, 450, 360}, false}, areas).bounds;
     EXPECT_EQ(shown, (Rect{2800, 200, 3200, 500}));
+}
+
+TEST(FormGeometry, IsAsLargeToTheEyeOnAMonitorOfAnotherScale) {
+    const std::vector<WorkArea> areas{{{0, 0, 1920, 1040}, 96}, {{1920, 0, 4800, 1740}, 144}};
+    const struct {
+        const char* what;
+        WindowGeometry stored;
+        Rect shown;
+    } cases[] = {
+        {"where it was", {{2000, 100, 2900, 700}, false, 144}, {2000, 100, 2900, 700}},
+        {"its monitor was made larger", {{2000, 100, 2900, 700}, false, 96}, {2000, 100, 3350, 1000}},
+        {"its monitor was made smaller", {{100, 100, 1000, 700}, false, 144}, {100, 100, 700, 500}},
+        {"its monitor is gone", {{9000, 100, 9600, 500}, true, 192}, {4350, 100, 4800, 400}},
+        {"larger than there is room for", {{2000, 0, 4400, 1200}, false, 96}, {2000, 0, 4880, 1740}},
+    };
+    for (const auto& c : cases) {
+        TCachedMemIniFile store{std::filesystem::path()};
+        saveGeometry(store, section, {c.stored.bounds, false, 120}, true);
+        saveGeometry(store, section, c.stored, true);
+        const WindowGeometry restored = restoreGeometry(store, section, {}, areas);
+        EXPECT_EQ(restored.bounds, c.shown) << c.what;
+        // And the next times, without anybody touching it.
+        saveGeometry(store, section, restored, true);
+        EXPECT_EQ(restoreGeometry(store, section, {}, areas), restored) << c.what;
+    }
 }
 
 TEST(HotKey, ReadsAsItIsPressed) {

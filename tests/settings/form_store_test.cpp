@@ -7,6 +7,7 @@
 #include <wx/clrpicker.h>
 #include <wx/combobox.h>
 #include <wx/frame.h>
+#include <wx/msw/wrapwin.h>
 #include <wx/panel.h>
 #include <wx/radiobut.h>
 #include <wx/sizer.h>
@@ -65,6 +66,26 @@ public:
     wxComboBox* combo;
     wxColourPickerCtrl* colour;
     THotKey* hotKey;
+};
+
+/// As the system does it between two monitors: right of a border of this test's own everything is half as large again,
+/// and a window that comes there gets another size on the way.
+class FormBetweenMonitors : public wxFrame {
+public:
+    FormBetweenMonitors() : wxFrame(nullptr, wxID_ANY, "Form", wxPoint(40, 50), wxSize(300, 200)) {}
+    WXLRESULT MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) override {
+        const WXLRESULT result = wxFrame::MSWWindowProc(message, wParam, lParam);
+        const bool there = message == WM_WINDOWPOSCHANGED && GetRect().x + GetRect().width / 2 > 600;
+        if (there != there_ && message == WM_WINDOWPOSCHANGED) {
+            there_ = there;
+            const wxSize size = GetSize();
+            SetSize(there ? size * 3 / 2 : size * 2 / 3);
+        }
+        return result;
+    }
+
+private:
+    bool there_ = false;
 };
 
 constexpr const char* section = "\\Software\\Glimmerpad for Firefox\\TestForm";
@@ -138,6 +159,16 @@ TEST_F(FormStore, AMaximisedWindowKeepsItsNormalBounds) {
     form_->Restore();
     ASSERT_TRUE(test::pumpUntil([this] { return !form_->IsMaximized(); }));
     EXPECT_EQ(form_->GetRect(), normal);
+}
+
+TEST_F(FormStore, AWindowOnTheOtherMonitorDoesNotGrowFromStartToStart) {
+    for (const wxRect stored : {wxRect(640, 80, 420, 300), wxRect(400, 80, 420, 300)}) {
+        saveGeometry(settings(), section, {{stored.x, stored.y, stored.GetRight() + 1, stored.GetBottom() + 1}}, true);
+        auto* form = new FormBetweenMonitors;
+        restoreGeometry(settings(), section, *form);
+        EXPECT_EQ(form->GetRect(), stored);
+        form->Destroy();
+    }
 }
 
 TEST_F(FormStore, TheHotKeyBoxTakesWhatIsPressed) {
