@@ -100,24 +100,3 @@ run_program() {
         run_on_virtual_display "$picture"
     fi
 }
-
-# What the programs of the prefix take the screen's dots per inch for.
-set_dots_per_inch() {
-    "${wine_loader[@]}" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f </dev/null >/dev/null
-}
-
-# ./dev shot NAME [DPI]: pictures of one window or dialog in its states, from the program in tools/shots.
-run_shot() {
-    [ $# -gt 0 ] || die "usage: ./dev shot NAME [DOTS-PER-INCH]"
-    local dots=${2:-96} suffix=
-    [ "$dots" = 96 ] || suffix=-$dots
-    setup >&2
-    build_preset "$windows_preset" shots >&2
-    mkdir -p "$build/shots"
-    wine_environment
-    start_wine
-    set_dots_per_inch "$dots"
-    "${wine_loader[@]}" "$build/$windows_preset/tools/shots.exe" "$1" "$(windows_path "$build/shots")" $suffix </dev/null
-    set_dots_per_inch 96
-    ls -t "$build"/shots/"$1$suffix"-*
-}

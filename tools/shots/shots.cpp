@@ -1,4 +1,5 @@
-// Shows windows and writes pictures of them: shots GROUP FOLDER [SUFFIX]. ./dev shot runs it.
+// Shows windows and writes pictures of them: shots GROUP FOLDER [SUFFIX], the group "all" for each of them. ./dev shot
+// runs it.
 
 #include "shots.h"
 
@@ -71,7 +72,7 @@ int main(int count, char** arguments) {
     wxGUIEventLoop loop;
     const wxEventLoopActivator activate(&loop);
     for (const auto& group : groups)
-        if (std::strcmp(arguments[1], group.name) == 0)
+        if (std::strcmp(arguments[1], group.name) == 0 || std::strcmp(arguments[1], "all") == 0)
             group.take(std::string(arguments[2]) + "/" + group.name + (count > 3 ? arguments[3] : "") + "-");
     test::pump();
     return 0;
