@@ -2,33 +2,9 @@
 
 #include <wx/settings.h>
 
-#include <algorithm>
-#include <cmath>
+#include "common/contrast.h"
 
 namespace glimmer {
-
-namespace {
-
-/// Relative luminance by WCAG 2.1, 0 to 1.
-double luminance(const wxColour& colour) {
-    const auto linear = [](unsigned char channel) {
-        const double value = channel / 255.0;
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.Red()) + 0.7152 * linear(colour.Green()) + 0.0722 * linear(colour.Blue());
-}
-
-/// The least contrast that text wants.
-constexpr double readable = 4.5;
-
-/// Contrast ratio by WCAG 2.1, 1 to 21.
-double contrast(const wxColour& a, const wxColour& b) {
-    const double x = luminance(a);
-    const double y = luminance(b);
-    return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
-}
-
-}  // namespace
 
 wxColour linkColour() {
     wxColour system = wxSystemSettings::GetColour(wxSYS_COLOUR_HOTLIGHT);

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "common/boundary.h"
+#include "common/contrast.h"
 #include "common/icons.h"
 
 namespace glimmer {
@@ -66,6 +67,9 @@ private:
 };
 #endif
 
+/// What a disabled icon fades to: nearly the background.
+unsigned char paleness(const wxColour& background) { return background.GetLuminance() < 0.5 ? 50 : 230; }
+
 wxColour mixed(const wxColour& a, const wxColour& b, double share) {
     const auto channel = [share](unsigned char x, unsigned char y) {
         return static_cast<unsigned char>(x + (y - x) * share);
@@ -93,6 +97,11 @@ ToolButton::ToolButton(wxWindow* parent, const char* name, Look look, int tag) :
 #endif
     SetInitialSize();
     Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paint(); });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        if (look_.icon != nullptr) picture_ = icon(look_.icon, look_.iconDip);
+        Refresh();
+        event.Skip();
+    });
     for (const auto& type : {wxEVT_LEFT_DOWN, wxEVT_LEFT_UP, wxEVT_LEFT_DCLICK, wxEVT_ENTER_WINDOW, wxEVT_LEAVE_WINDOW})
         Bind(type, &ToolButton::mouse, this);
     Bind(wxEVT_MOUSE_CAPTURE_LOST, [this](wxMouseCaptureLostEvent&) {
@@ -221,7 +230,7 @@ void ToolButton::paint() {
     const bool active = IsThisEnabled() && (hot_ || down_ || pressed_);
     if (active || HasFocus()) {
         const double strength = pressed_ ? 0.34 : down_ ? 0.24 : hot_ ? 0.12 : 0.0;
-        const double edge = HasFocus() ? 0.8 : pressed_ || down_ ? 0.55 : 0.3;
+        const double edge = usesContrastTheme() ? 1.0 : HasFocus() ? 0.8 : pressed_ || down_ ? 0.55 : 0.3;
         dc.SetBrush(wxBrush(mixed(base, accent, active ? strength : 0.0)));
         dc.SetPen(wxPen(mixed(base, accent, edge), 1));
         dc.DrawRoundedRectangle(area, FromDIP(3));
@@ -230,7 +239,7 @@ void ToolButton::paint() {
     const wxString caption = shownCaption();
     const wxSize text = caption.empty() ? wxSize() : GetTextExtent(caption);
     wxBitmap bitmap = look_.icon != nullptr ? picture_.GetBitmapFor(this) : wxNullBitmap;
-    if (bitmap.IsOk() && !IsThisEnabled()) bitmap = bitmap.ConvertToDisabled(230);
+    if (bitmap.IsOk() && !IsThisEnabled()) bitmap = bitmap.ConvertToDisabled(paleness(base));
     const wxSize image = bitmap.IsOk() ? bitmap.GetLogicalSize() : wxSize();
     const int width = area.width - arrowWidth();
     dc.SetFont(GetFont());

@@ -91,6 +91,11 @@ void PropertyPanels::fill() {
                             FindWindow("tbPens")})
         group->SetLabel("");
     SetSizer(all);
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        for (wxWindow* link : {static_cast<wxWindow*>(lblStyle_), static_cast<wxWindow*>(lblFontName_)})
+            link->SetForegroundColour(linkColour());
+        event.Skip();
+    });
     Layout();
     FitInside();
     showState();

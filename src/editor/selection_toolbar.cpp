@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "common/assertion.h"
+#include "common/contrast.h"
 #include "common/tool_button.h"
 #include "editor/uEditor.h"
 #include "settings/options.h"
@@ -15,8 +16,15 @@ namespace glimmer {
 
 namespace {
 
-const wxColour stripColour(173, 216, 240);  // light blue
-const wxColour gripColour(96, 150, 186);
+wxColour stripColour() {
+    if (usesContrastTheme()) return wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHT);
+    return {173, 216, 240};  // light blue
+}
+
+wxColour gripColour() {
+    if (usesContrastTheme()) return wxSystemSettings::GetColour(wxSYS_COLOUR_HIGHLIGHTTEXT);
+    return {96, 150, 186};
+}
 
 struct Row {
     const char* name;
@@ -54,14 +62,14 @@ SelectionToolbar::SelectionToolbar(TEditForm& form, wxWindow* canvas) : form_(fo
 void SelectionToolbar::makeButtons() {
     imgDragHandle_ = new wxWindow(this, wxID_ANY, wxDefaultPosition, FromDIP(wxSize(-1, 10)), 0, "imgDragHandle");
     imgDragHandle_->SetMinSize(FromDIP(wxSize(20, 10)));
-    imgDragHandle_->SetBackgroundColour(stripColour);
+    imgDragHandle_->SetBackgroundColour(stripColour());
     imgDragHandle_->SetCursor(wxCursor(wxCURSOR_SIZING));
     imgDragHandle_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
         wxPaintDC dc(imgDragHandle_);
         const wxSize size = imgDragHandle_->GetClientSize();
         const int dot = std::max(2, FromDIP(2));
         dc.SetPen(*wxTRANSPARENT_PEN);
-        dc.SetBrush(gripColour);
+        dc.SetBrush(gripColour());
         for (int i = -2; i <= 2; ++i) dc.DrawRectangle(size.x / 2 + i * 3 * dot, (size.y - dot) / 2, dot, dot);
     });
     imgDragHandle_->Bind(wxEVT_LEFT_DOWN, &SelectionToolbar::imgDragHandleMouseDown, this);
@@ -92,6 +100,14 @@ void SelectionToolbar::makeButtons() {
     all->Add(imgDragHandle_, 0, wxEXPAND);
     all->Add(tbShapes, 0, wxEXPAND | wxALL, FromDIP(2));
     SetSizerAndFit(all);
+    Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
+        GetSizer()->SetSizeHints(this);
+        event.Skip();
+    });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        imgDragHandle_->SetBackgroundColour(stripColour());
+        event.Skip();
+    });
 }
 
 /// One handler for all operations; the button's tag selects.

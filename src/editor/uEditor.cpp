@@ -8,6 +8,7 @@
 #include <wx/statbmp.h>
 #include <wx/textctrl.h>
 
+#include "common/contrast.h"
 #include "common/wx_bitmap.h"
 #include "editor/annotation_drag.h"
 #include "editor/badge_picture.h"
@@ -27,15 +28,6 @@ namespace {
 
 constexpr int scrollIncrement = 20;
 constexpr int editingAnnotationInterval = 500;  // milliseconds
-
-/// wxPanel would steal the focus back from the canvas.
-class FocusWindow final : public wxWindow {
-public:
-    FocusWindow(wxWindow* parent, const wxString& name, long style) {
-        SetBackgroundStyle(wxBG_STYLE_PAINT);
-        Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, style, name);
-    }
-};
 
 /// The rich edit that draws labels; it is never shown.
 wxTextCtrl* makePaintingControl(wxWindow* parent) {
@@ -78,6 +70,11 @@ TEditForm::TEditForm(wxWindow* parent, CaptureDocument& document)
     });
     Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
         applyDisplayOptions();
+        event.Skip();
+    });
+    Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
+        applyDisplayOptions();
+        placeFloating();
         event.Skip();
     });
     stateChanged();
@@ -140,6 +137,7 @@ TEditForm::~TEditForm() {
 /// What the first picture need not wait for.
 void TEditForm::complete() {
     complete_ = true;
+    pbScreen_->takeFingers();
     panels_->fill();
     updateScrollBars();
     auto* imgCircle = new wxStaticBitmap;
@@ -155,7 +153,10 @@ void TEditForm::complete() {
 void TEditForm::makeCanvas() {
     scrollBox_ =
         new FocusWindow(this, "scrollBox", wxCLIP_CHILDREN);  // its bars come when there is something to scroll
-    pbScreen_ = new FocusWindow(scrollBox_, "pbScreen", wxWANTS_CHARS | wxCLIP_CHILDREN | wxBORDER_NONE);
+    pbScreen_ =
+        new CanvasWindow(scrollBox_, "pbScreen", wxWANTS_CHARS | wxCLIP_CHILDREN | wxBORDER_NONE, [this](wxPoint at) {
+            return menuAt({at.x, at.y});
+        });
     pbScreen_->SetLabel("Canvas");
     scrollBox_->Bind(wxEVT_SIZE, [this](wxSizeEvent& event) {
         windowResized();
@@ -168,6 +169,9 @@ void TEditForm::makeCanvas() {
         scrollBox_->Bind(type, &TEditForm::onScroll, this);
     scrollBox_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
     pbScreen_->Bind(wxEVT_MOUSEWHEEL, &TEditForm::scrollBoxMouseWheel, this);
+    pbScreen_->Bind(wxEVT_GESTURE_PAN, [this](wxPanGestureEvent& event) {
+        scrollTo({view_.scroll().x - event.GetDelta().x, view_.scroll().y - event.GetDelta().y});
+    });
     pbScreen_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) { paintCanvas(); });
     pbScreen_->Bind(wxEVT_LEFT_DOWN, &TEditForm::pbScreenMouseDown, this);
     pbScreen_->Bind(wxEVT_LEFT_DCLICK, &TEditForm::pbScreenMouseDown, this);
@@ -401,9 +405,13 @@ void TEditForm::applyDisplayOptions() {
     controller_->inkWidth = options.number("spnPenSize");
     look_.dotsPerInch = GetDPI().x;
     controller_->dotsPerInch = look_.dotsPerInch;
-    if (wxSystemSettings::GetAppearance().IsUsingDarkBackground()) {
-        look_.desk = rgb(38, 42, 48);
-        look_.border = rgb(84, 92, 102);
+    look_.desk = CanvasLook().desk;
+    look_.border = CanvasLook().border;
+    if (usesContrastTheme()) {
+        const auto colour = [](const wxColour& of) { return rgb(of.Red(), of.Green(), of.Blue()); };
+        const wxColour desk = wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE);
+        look_.desk = colour(desk);
+        look_.border = colour(readableOn(desk));
     }
     working_->invalidateAll();
     pbScreen_->Refresh(false);

@@ -11,8 +11,10 @@
 #include "editor/canvas_controller.h"
 #include "editor/canvas_surface.h"
 #include "editor/canvas_view.h"
+#include "editor/canvas_window.h"
 #include "editor/display_options.h"
 #include "editor/document.h"
+#include "editor/wheel_turns.h"
 #include "editor/working_picture.h"
 
 class wxMenu;
@@ -137,6 +139,7 @@ private:
     void scrollBoxMouseWheel(wxMouseEvent& event);
     void captureEnded();
     void popUpShapeMenu(Point at);
+    [[nodiscard]] bool menuAt(Point at) const;
     bool carryAway(Point at);
     void tmrScrollingTimer();
     void tmrCanvasCursorTimer();
@@ -171,9 +174,10 @@ private:
     std::unique_ptr<OptionsListener> optionsListener_;
     int32_t pastedHere_ = 0;  ///< pastes since the last copy
     CanvasCursor shownCursor_ = CanvasCursor::Arrow;
+    WheelTurns wheel_;
 
     wxWindow* scrollBox_ = nullptr;
-    wxWindow* pbScreen_ = nullptr;
+    CanvasWindow* pbScreen_ = nullptr;
     PropertyPanels* panels_ = nullptr;
     FloatingPanels* floating_ = nullptr;  ///< the window around the panels while they float
     SelectionToolbar* selectionToolbar_ = nullptr;

@@ -5,6 +5,10 @@
 #include <wx/settings.h>
 #include <wx/utils.h>
 
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+
 #include "editor/annotation_drag.h"
 #include "editor/label_editor.h"
 #include "editor/selection_toolbar.h"
@@ -17,6 +21,7 @@ namespace {
 constexpr int scrollingInterval = 50;     // milliseconds
 constexpr int canvasCursorInterval = 10;  // milliseconds
 constexpr int scrollIncrement = 20;       // device pixels
+constexpr int mostLines = 1000;           // that a notch scrolls by; Windows offers 100
 
 Modifiers heldKeys(const wxKeyboardState& state) { return {state.ShiftDown(), state.ControlDown(), state.AltDown()}; }
 
@@ -53,6 +58,13 @@ void TEditForm::popUpShapeMenu(Point at) {
     const Size window = view_.window();
     const std::unique_ptr<wxMenu> menu = makeShapeMenu();
     pbScreen_->PopupMenu(menu.get(), std::clamp(at.x, 0, window.width), std::clamp(at.y, 0, window.height));
+}
+
+/// Whether a long press is waited for: at an annotation, with no other tool in hand. The menu of the empty canvas is
+/// not worth the wait before each area that is drawn.
+bool TEditForm::menuAt(Point at) const {
+    return controller_->mode() == CanvasMode::Annotation && controller_->tool() == EditTool::Pointer &&
+           controller_->annotationAt(view_.toPicture(at)) != noAnnotation;
 }
 
 /// With Alt held an annotation is dragged out of the canvas, as a copy.
@@ -158,26 +170,34 @@ void TEditForm::showCursor(Point at) {
 }
 
 void TEditForm::scrollBoxMouseWheel(wxMouseEvent& event) {
-    const int steps = event.GetWheelRotation() / std::max(1, event.GetWheelDelta());
+    const auto now = std::chrono::steady_clock::now();
+    const int32_t rotation = event.GetWheelRotation();
     if (event.ControlDown()) {
+        const int32_t steps = wheel_.turn(WheelTurns::Use::Zoom, rotation, 1, now);
         const wxPoint screen = static_cast<wxWindow*>(event.GetEventObject())->ClientToScreen(event.GetPosition());
         const wxPoint at = pbScreen_->ScreenToClient(screen);
         CanvasView next = view_;
-        if (event.GetWheelRotation() > 0)
-            next.zoomIn({});
-        else
-            next.zoomOut({});
+        for (int32_t i = std::abs(steps); i > 0; --i) {
+            if (steps > 0)
+                next.zoomIn({});
+            else
+                next.zoomOut({});
+        }
         setZoom(next.zoom(), {at.x, at.y});
         return;
     }
-    const bool across = event.ShiftDown() || event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL;
-    const int32_t lines = event.IsPageScroll() ? 20 : std::max(1, event.GetLinesPerAction());
-    const int32_t way = steps * lines * scrollIncrement;
+    const bool tilted = event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL;
+    const bool across = tilted || event.ShiftDown();
+    const int32_t page = (across ? view_.window().width : view_.window().height) - scrollIncrement;
+    const int32_t lines = tilted ? event.GetColumnsPerAction() : event.GetLinesPerAction();
+    const int32_t way =
+        event.IsPageScroll() ? std::max(page, scrollIncrement) : std::clamp(lines, 0, mostLines) * scrollIncrement;
+    const int32_t by = wheel_.turn(across ? WheelTurns::Use::Across : WheelTurns::Use::Down, rotation, way, now);
     Point to = view_.scroll();
     if (across)
-        to.x -= event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL ? -way : way;
+        to.x += tilted ? by : -by;
     else
-        to.y -= way;
+        to.y -= by;
     scrollTo(to);
 }
 

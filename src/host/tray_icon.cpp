@@ -31,10 +31,7 @@ constexpr std::array items = {
 }  // namespace
 
 TrayIcon::TrayIcon(TMForm& form) : form_(form) {
-    const wxBitmapBundle picture = icon("capture", trayIconSize);
-    wxIcon shown;
-    shown.CopyFromBitmap(picture.GetBitmapFor(&form));
-    SetIcon(shown, "Glimmerpad");
+    SetIcon(icon("capture", trayIconSize), "Glimmerpad");
     Bind(wxEVT_TASKBAR_LEFT_UP, [this](wxTaskBarIconEvent&) { form_.mnuContinueClick(); });
 }
 

@@ -34,12 +34,7 @@ CaptureList::CaptureList(wxWindow* parent, Events events) : events_(std::move(ev
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
            wxLC_ICON | wxLC_AUTOARRANGE | wxLC_EDIT_LABELS | wxBORDER_NONE, wxDefaultValidator, "lvAnnotations");
     SetLabel("Captures");
-    const Size size = thumbnailSize();
-    ilstThumbnails_ = std::make_unique<wxImageList>(size.width, size.height, false, 8);
-    SetImageList(ilstThumbnails_.get(), wxIMAGE_LIST_NORMAL);
-    // One column in the panel's usual width, with room for two lines of a name.
-    SendMessageW(GetHWND(), LVM_SETICONSPACING, 0,
-                 MAKELPARAM(size.width + FromDIP(spaceBeside), size.height + FromDIP(spaceBelow)));
+    makeImages();
     bindEvents();
 }
 
@@ -49,7 +44,47 @@ CaptureList::~CaptureList() {
 
 Size CaptureList::thumbnailSize() const { return {FromDIP(thumbnailWidth), FromDIP(thumbnailHeight)}; }
 
+/// For the scale and the colours of this moment: as many as there are, all of them blank.
+void CaptureList::makeImages() {
+    const Size size = thumbnailSize();
+    const int count = ilstThumbnails_ ? ilstThumbnails_->GetImageCount() : 0;
+    auto images = std::make_unique<wxImageList>(size.width, size.height, false, 8);
+    for (int i = 0; i < count; ++i) images->Add(blankImage());
+    SetImageList(images.get(), wxIMAGE_LIST_NORMAL);
+    ilstThumbnails_ = std::move(images);
+    // One column in the panel's usual width, with room for two lines of a name.
+    SendMessageW(GetHWND(), LVM_SETICONSPACING, 0,
+                 MAKELPARAM(size.width + FromDIP(spaceBeside), size.height + FromDIP(spaceBelow)));
+}
+
+/// An empty page, until there is a thumbnail.
+wxBitmap CaptureList::blankImage() const {
+    const Size size = thumbnailSize();
+    wxImage blank(size.width, size.height, false);
+    const wxColour paper = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+    blank.SetRGB(wxRect(), paper.Red(), paper.Green(), paper.Blue());
+    return {blank, 24};
+}
+
+int CaptureList::imageOf(size_t place) const {
+    wxListItem item;
+    item.SetId(static_cast<long>(place));
+    item.SetMask(wxLIST_MASK_IMAGE);
+    GetItem(item);
+    return item.GetImage();
+}
+
 void CaptureList::bindEvents() {
+    Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
+        makeImages();
+        Arrange();
+        event.Skip();
+    });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+        makeImages();
+        event.Skip();
+    });
     Bind(wxEVT_LIST_ITEM_SELECTED, [this](wxListEvent&) { announceSelection(); });
     Bind(wxEVT_LIST_ITEM_DESELECTED, [this](wxListEvent&) { announceSelection(); });
     Bind(wxEVT_LIST_ITEM_FOCUSED, [this](wxListEvent& event) {
@@ -118,21 +153,16 @@ void CaptureList::announceSelection() {
     });
 }
 
-void CaptureList::insert(size_t place, const wxString& name) {
-    const Size size = thumbnailSize();
+void CaptureList::append(const wxString& name) {
     int image = 0;
     if (freeImages_.empty()) {
-        // An empty page, until there is a thumbnail.
-        wxImage blank(size.width, size.height, false);
-        const wxColour paper = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
-        blank.SetRGB(wxRect(), paper.Red(), paper.Green(), paper.Blue());
-        image = ilstThumbnails_->Add(wxBitmap(blank, 24));
+        image = ilstThumbnails_->Add(blankImage());
     } else {
         image = freeImages_.back();
         freeImages_.pop_back();
     }
     wxListItem item;
-    item.SetId(static_cast<long>(place));
+    item.SetId(GetItemCount());
     item.SetText(name);
     item.SetImage(image);
     item.SetMask(wxLIST_MASK_TEXT | wxLIST_MASK_IMAGE);
@@ -141,15 +171,27 @@ void CaptureList::insert(size_t place, const wxString& name) {
 }
 
 void CaptureList::erase(size_t place) {
-    wxListItem item;
-    item.SetId(static_cast<long>(place));
-    item.SetMask(wxLIST_MASK_IMAGE);
-    GetItem(item);
-    freeImages_.push_back(item.GetImage());
+    freeImages_.push_back(imageOf(place));
     quiet_ = true;
     DeleteItem(static_cast<long>(place));
     quiet_ = false;
     Arrange();
+}
+
+// What the items show moves, not the items: in a view by icons each has its place on the screen, and one that is
+// inserted takes the first place that is free, whatever its index is.
+void CaptureList::move(size_t from, size_t to) {
+    const auto step = from < to ? 1 : -1;
+    const wxString name = GetItemText(static_cast<long>(from));
+    const int image = imageOf(from);
+    const auto last = static_cast<long>(to);
+    for (auto item = static_cast<long>(from); item != last; item += step) {
+        const int next = imageOf(static_cast<size_t>(item + step));
+        SetItemText(item, GetItemText(item + step));
+        SetItemImage(item, next);
+    }
+    SetItemText(last, name);
+    SetItemImage(last, image);
 }
 
 void CaptureList::setName(size_t place, const wxString& name) {
@@ -157,11 +199,7 @@ void CaptureList::setName(size_t place, const wxString& name) {
 }
 
 void CaptureList::setThumbnail(size_t place, const TBitmap& picture) {
-    wxListItem item;
-    item.SetId(static_cast<long>(place));
-    item.SetMask(wxLIST_MASK_IMAGE);
-    GetItem(item);
-    ilstThumbnails_->Replace(item.GetImage(), wxBitmapOf(picture));
+    ilstThumbnails_->Replace(imageOf(place), wxBitmapOf(picture));
     RefreshItem(static_cast<long>(place));
 }
 
@@ -221,12 +259,8 @@ void CaptureList::paintThumbnail(WXHDC dc, long item) const {
     RECT area{};
     ListView_GetItemRect(window, item, &area, LVIR_ICON);
     const POINT at{(area.left + area.right - size.width) / 2, (area.top + area.bottom - size.height) / 2};
-    wxListItem asked;
-    asked.SetId(item);
-    asked.SetMask(wxLIST_MASK_IMAGE);
-    GetItem(asked);
-    ImageList_Draw(reinterpret_cast<HIMAGELIST>(ilstThumbnails_->GetHIMAGELIST()), asked.GetImage(), dc, at.x, at.y,
-                   ILD_NORMAL);
+    ImageList_Draw(reinterpret_cast<HIMAGELIST>(ilstThumbnails_->GetHIMAGELIST()), imageOf(static_cast<size_t>(item)),
+                   dc, at.x, at.y, ILD_NORMAL);
     RECT frame{at.x, at.y, at.x + size.width, at.y + size.height};
     for (int i = isSelected(*this, item) ? FromDIP(frameWidth) : 0; i > 0; --i) {
         FrameRect(dc, &frame, GetSysColorBrush(selectionColour(window)));

@@ -34,8 +34,10 @@ public:
     /// Size of the thumbnails in pixels of this screen.
     [[nodiscard]] Size thumbnailSize() const;
 
-    void insert(size_t place, const wxString& name);
+    void append(const wxString& name);
     void erase(size_t place);
+    /// The item takes another place; those in between move up. The focus and the selection stay where they are.
+    void move(size_t from, size_t to);
     void setName(size_t place, const wxString& name);
     void setThumbnail(size_t place, const TBitmap& picture);
     /// Makes it the one with the focus and, if `alone`, the only selected one.
@@ -48,6 +50,9 @@ public:
 
 private:
     void bindEvents();
+    void makeImages();
+    [[nodiscard]] wxBitmap blankImage() const;
+    [[nodiscard]] int imageOf(size_t place) const;
     void menuByKey();
     void paintThumbnail(WXHDC dc, long item) const;
     void paintName(WXHDC dc, long item) const;

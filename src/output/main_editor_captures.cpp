@@ -70,7 +70,7 @@ CaptureDocument& TMainEditor::addDocument(std::unique_ptr<CaptureDocument> docum
     projectChanged_ = !projectPath_.empty();
     recovery_->add(added, std::move(former));
     wakeTimers();
-    list_->insert(documents_.size() - 1, wxText(added.info().name));
+    list_->append(wxText(added.info().name));
     list_->setCurrent(documents_.size() - 1, true);
     show(documents_.size() - 1);
     return added;  // cppcheck-suppress returnReference ; the list of captures owns it now
@@ -191,11 +191,8 @@ void TMainEditor::moveCapture(size_t from, size_t to) {
     if (from >= documents_.size() || to >= documents_.size() || from == to) return;
     Entry entry = std::move(documents_[from]);
     documents_.erase(documents_.begin() + static_cast<std::ptrdiff_t>(from));
-    list_->erase(from);
-    entry.thumbnailStale = true;
-    const wxString name = wxText(entry.document->info().name);
     documents_.insert(documents_.begin() + static_cast<std::ptrdiff_t>(to), std::move(entry));
-    list_->insert(to, name);
+    list_->move(from, to);
     list_->setCurrent(to, true);
     projectChanged_ = !projectPath_.empty();
     stateStale_ = true;
@@ -265,6 +262,11 @@ void TMainEditor::showActionsMenu(const wxPoint& screen) {
     add("Delete All", [this] { onLabel("lblDeleteAll"); });
     add("Delete All Except current", [this] { onLabel("lblDeleteOther"); });
     list_->PopupMenu(&menu, list_->ScreenToClient(screen));
+}
+
+void TMainEditor::makeThumbnailsAnew() {
+    for (Entry& entry : documents_) entry.thumbnailStale = true;
+    thumbnailInWork_.reset();
 }
 
 /// Begins the thumbnail of the first capture that needs one; false when there is none.

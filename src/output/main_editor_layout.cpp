@@ -14,6 +14,7 @@
 #include <memory>
 #include <utility>
 
+#include "common/contrast.h"
 #include "common/icons.h"
 #include "editor/edit_tool.h"
 #include "output/capture_list.h"
@@ -70,7 +71,7 @@ void TMainEditor::layOut() {
     canvasHost_->Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
         wxPaintDC dc(canvasHost_);
         if (current_ != nullptr) return;
-        dc.SetTextForeground(wxSystemSettings::GetColour(wxSYS_COLOUR_WINDOW));
+        dc.SetTextForeground(readableOn(canvasHost_->GetBackgroundColour()));
         dc.SetFont(GetFont().Scaled(1.3F));
         dc.DrawLabel("Open a picture or project with Ctrl + O, or drop one here.", canvasHost_->GetClientRect(),
                      wxALIGN_CENTRE);
@@ -88,12 +89,36 @@ void TMainEditor::layOut() {
 }
 
 void TMainEditor::makeStatusBar() {
-    wxStatusBar* status =
-        CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
-    const int widths[] = {-1, FromDIP(200), FromDIP(110), FromDIP(110), FromDIP(60)};
-    status->SetStatusWidths(5, widths);
+    CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
+    setStatusWidths();
     SetStatusBarPane(-1);  // menus have no help to show there
     GetSizer()->Remove(static_cast<int>(GetSizer()->GetItemCount()) - 1);
+}
+
+void TMainEditor::setStatusWidths() {
+    const int widths[] = {-1, FromDIP(200), FromDIP(110), FromDIP(110), FromDIP(60)};
+    if (GetStatusBar() != nullptr) GetStatusBar()->SetStatusWidths(5, widths);
+}
+
+/// The window came to a monitor of another scale, or the user chose another one.
+void TMainEditor::scaleChanged() {
+    setStatusWidths();
+    makeThumbnailsAnew();
+}
+
+/// The user chose another theme. What takes its colours when it paints needs nothing of this.
+void TMainEditor::coloursChanged() {
+    const wxColour face = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+    const std::function<void(wxWindow&)> take = [&](wxWindow& window) {
+        if (window.UseBackgroundColour() && window.GetBackgroundColour() == face_) window.SetBackgroundColour(face);
+        for (wxWindow* child : window.GetChildren())
+            if (!child->IsTopLevel()) take(*child);
+    };
+    for (wxWindow* child : GetChildren()) take(*child);
+    SetBackgroundColour(face_ = face);
+    canvasHost_->SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_APPWORKSPACE));
+    makeThumbnailsAnew();
+    Refresh();
 }
 
 void TMainEditor::showLeftPanel(bool show) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "common/accessible_name.h"
+#include "common/contrast.h"
 
 namespace glimmer {
 
@@ -274,11 +275,13 @@ void TMainToolbar::paintHandle() {
     dc.SetBackground(wxBrush(base));
     dc.Clear();
     const wxSize size = handle_->GetClientSize();
-    dc.SetPen(wxPen(base.ChangeLightness(86)));
+    const bool plain = usesContrastTheme();
+    const auto darker = [&](int lightness) { return plain ? readableOn(base) : base.ChangeLightness(lightness); };
+    dc.SetPen(wxPen(darker(86)));
     dc.DrawLine(0, size.y - 1, size.x, size.y - 1);
     // A grip that grows darker while the pointer is near.
     dc.SetPen(*wxTRANSPARENT_PEN);
-    dc.SetBrush(wxBrush(base.ChangeLightness(86 - brightness_ * 8)));
+    dc.SetBrush(wxBrush(darker(86 - brightness_ * 8)));
     const int width = FromDIP(48);
     const int thickness = FromDIP(3);
     dc.DrawRoundedRectangle((size.x - width) / 2, (size.y - thickness) / 2, width, thickness, thickness / 2.0);

@@ -54,20 +54,14 @@ bool SelectionPanel::fill() {
     const wxWindowUpdateLocker atOnce(this);
     auto* grid = new wxFlexGridSizer(2, FromDIP(3), FromDIP(6));
     grid->AddGrowableCol(1);
-    const wxColour link = linkColour();
     for (const Row& row : rows) {
-        auto* heading = new wxStaticText(this, wxID_ANY, row.heading);
-        heading->SetForegroundColour(quietTextColour());
-        grid->Add(heading);
+        grid->Add(new wxStaticText(this, wxID_ANY, row.heading));
         auto* line = new wxWrapSizer(wxHORIZONTAL, wxREMOVE_LEADING_SPACES);
         for (const auto& label : row.labels) {
             if (label.control == nullptr) break;
             // An address is required but never opened: the click is handled here.
             auto* text = new wxGenericHyperlinkCtrl(this, wxID_ANY, label.text, label.control, wxDefaultPosition,
                                                     wxDefaultSize, wxHL_ALIGN_LEFT | wxNO_BORDER, label.control);
-            text->SetNormalColour(link);
-            text->SetVisitedColour(link);
-            text->SetHoverColour(link.ChangeLightness(70));
             text->SetToolTip(wxString(row.heading) + " " + label.text);
             setAccessibleName(*text, text->GetToolTipText(), PressedControl::Link,
                               [this, control = label.control] { click(control); });
@@ -79,6 +73,11 @@ bool SelectionPanel::fill() {
     auto* sizer = new wxBoxSizer(wxVERTICAL);
     sizer->Add(grid, 0, wxEXPAND | wxALL, FromDIP(6));
     SetSizer(sizer);
+    takeColours();
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        takeColours();
+        event.Skip();
+    });
     Show();
     // What wraps knows its height only after it was given a width.
     GetParent()->Layout();
@@ -87,15 +86,28 @@ bool SelectionPanel::fill() {
 }
 
 void SelectionPanel::enableAll(bool enable) {
-    const wxColour link = enable ? linkColour() : wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
+    bool changed = false;
+    for (wxWindow* child : GetChildren()) changed = child->Enable(enable) || changed;
+    if (changed) takeColours();
+}
+
+/// The links are drawn by the toolkit, which does not grey them.
+void SelectionPanel::takeColours() {
+    const wxColour link = linkColour();
+    const wxColour hover = link.ChangeLightness(link.GetLuminance() < 0.5 ? 70 : 130);
+    const wxColour grey = wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
+    const wxColour quiet = quietTextColour();
     for (wxWindow* child : GetChildren()) {
-        if (child->IsThisEnabled() == enable) continue;
-        child->Enable(enable);
-        // Drawn by the toolkit, which does not grey it.
-        if (auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(child)) {
-            text->SetNormalColour(link);
-            text->SetVisitedColour(link);
+        auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(child);
+        if (text == nullptr) {
+            if (child->GetForegroundColour() != quiet) child->SetForegroundColour(quiet);
+            continue;
         }
+        const wxColour& now = child->IsThisEnabled() ? link : grey;
+        if (text->GetNormalColour() == now && text->GetHoverColour() == hover) continue;
+        text->SetNormalColour(now);
+        text->SetVisitedColour(now);
+        text->SetHoverColour(hover);
     }
 }
 

@@ -19,6 +19,7 @@ public:
 
 private:
     void click(std::string_view control);
+    void takeColours();
 
     std::function<void(std::string_view)> clicked_;
 };

@@ -49,7 +49,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
       shapeTool_(EditTool::TextShapeRectangle),
       tmrUpdateThumbnails_(this),
       thumbnailText_(std::make_unique<RichTextPainter>()) {
-    SetBackgroundColour(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+    SetBackgroundColour(face_ = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
     restorePlace();  // first, so that everything in the window is laid out once
     layOut();
     bindKeys();
@@ -73,6 +73,14 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         event.Veto();
         if (commandsRunning_ == 0) btnExitClick();
     });
+    Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
+        scaleChanged();
+        event.Skip();
+    });
+    Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
+        OnSysColourChanged(event);  // tells the parts of the window, and gives a frame the colour of others
+        coloursChanged();
+    });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
         updateThumbnails();
         if (!IsShown()) tmrUpdateThumbnails_.Stop();
@@ -88,8 +96,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         event.Skip();
     });
     optionsListener_ = std::make_unique<OptionsListener>([this] {
-        for (Entry& entry : documents_) entry.thumbnailStale = true;
-        thumbnailInWork_.reset();
+        makeThumbnailsAnew();
         showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
         if (toolbar_->filled()) applyOptions();
     });

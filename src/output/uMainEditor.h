@@ -129,6 +129,9 @@ private:
     // Layout (main_editor_layout.cpp)
     void layOut();
     void makeStatusBar();
+    void setStatusWidths();
+    void scaleChanged();
+    void coloursChanged();
     void addShapeMenu();
     void nameForReaders();
     void complete();
@@ -161,6 +164,7 @@ private:
     void renameCapture(size_t place, const wxString& name);
     void onLabel(std::string_view control);
     void showActionsMenu(const wxPoint& screen);
+    void makeThumbnailsAnew();
     void updateThumbnails();
     bool beginThumbnail();
     void endThumbnail();
@@ -218,6 +222,7 @@ private:
     CaptureList* list_ = nullptr;
     SelectionPanel* labels_ = nullptr;
     wxPanel* canvasHost_ = nullptr;
+    wxColour face_;  ///< what most of the window is painted with
     wxTimer tmrUpdateThumbnails_;
     std::unique_ptr<TextPainter> thumbnailText_;
     std::unique_ptr<ThumbInWork> thumbnailInWork_;

@@ -61,11 +61,19 @@ bool WaitWindow::progress(double done) {
     if (!windows_ && now - started_ >= momentBeforeItAppears) open();
     if (windows_ && now - pumped_ >= timeBetweenLooks) {
         const double part = std::clamp(done, 0.0, 1.0);
-        windows_->gauge->SetValue(static_cast<int>((partStart_ + part * partLength_) * gaugeRange));
+        show(partStart_ + part * partLength_);
         pump();
         pumped_ = now;
     }
     return !cancelled_;
+}
+
+/// A bar of the themed kind runs after a value that grows and would never be seen full; one that falls it takes at
+/// once.
+void WaitWindow::show(double all) {
+    const int value = std::min(static_cast<int>(all * gaugeRange), gaugeRange - 1);
+    windows_->gauge->SetValue(value + 1);
+    windows_->gauge->SetValue(value);
 }
 
 void WaitWindow::open() {

@@ -37,6 +37,7 @@ public:
 
 private:
     void open();
+    void show(double all);
     void pump();
 
     struct Windows;

@@ -5,6 +5,7 @@
 // clang-format off
 #include <wx/msw/wrapwin.h>
 #include <commctrl.h>
+#include <tpcshrd.h>
 // clang-format on
 
 #include "editor/canvas_fixture.h"
@@ -47,6 +48,41 @@ TEST_F(CanvasMouse, anAreaShowsItsToolbarAndTheButtonsWork) {
     test::click(*findControl(*form, "tbtnDelete"));
     EXPECT_TRUE(form->selectedArea().empty());
     EXPECT_FALSE(panel->IsShown());
+}
+
+TEST_F(CanvasMouse, aTouchPadScrollsAndPinchesAndAFingerDraws) {
+    const auto turn = [this](UINT message, int keys, int rotation) {
+        const wxPoint at = canvas()->ClientToScreen(wxPoint(300, 200));
+        SendMessageW(canvas()->GetHWND(), message, MAKEWPARAM(keys, rotation), MAKELPARAM(at.x, at.y));
+    };
+    const auto scrolled = [this] { return Point{-form->inView({0, 0, 1, 1}).left, -form->inView({0, 0, 1, 1}).top}; };
+    for (int i = 0; i < 4; ++i) turn(WM_MOUSEWHEEL, 0, -20);  // of three lines a notch
+    EXPECT_EQ(scrolled(), (Point{0, 40}));
+    turn(WM_MOUSEWHEEL, 0, 12);
+    EXPECT_EQ(scrolled(), (Point{0, 34}));
+    turn(WM_MOUSEHWHEEL, 0, 40);
+    EXPECT_EQ(scrolled(), (Point{20, 34}));
+    for (int i = 0; i < 11; ++i) turn(WM_MOUSEWHEEL, MK_CONTROL, 30);
+    EXPECT_EQ(form->zoom(), 150) << "two notches and something";
+    form->zoomTo(100);
+    const Point before = scrolled();
+    wxPanGestureEvent pan(canvas()->GetId());
+    pan.SetDelta({-7, -9});
+    canvas()->ProcessWindowEvent(pan);
+    EXPECT_EQ(scrolled(), (Point{before.x + 7, before.y + 9}));
+    // Whether the system waits for a long press: only where there is a menu to be had and nothing to be drawn.
+    draw({200, 200, 320, 260});
+    const auto waits = [this](Point at) {
+        const wxPoint screen = canvas()->ClientToScreen(wxPoint(at.x, at.y));
+        const LRESULT off =
+            SendMessageW(canvas()->GetHWND(), WM_TABLET_QUERYSYSTEMGESTURESTATUS, 0, MAKELPARAM(screen.x, screen.y));
+        EXPECT_EQ(off & ~LRESULT{1}, 0x10018) << "no flicks, no rings around taps";
+        return (off & 1) == 0;
+    };
+    EXPECT_TRUE(waits({250, 230}));
+    EXPECT_FALSE(waits({500, 500}));
+    form->setTool(EditTool::Line);
+    EXPECT_FALSE(waits({250, 230}));
 }
 
 TEST_F(CanvasMouse, eachToolMakesWhatItsNameSays) {

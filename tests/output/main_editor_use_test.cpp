@@ -5,6 +5,11 @@
 // After windows.h, which it needs.
 #include <shlobj.h>
 
+#include <map>
+
+#include "capture/screen_area.h"
+#include "common/contrast.h"
+#include "common/link_colour.h"
 #include "common/modal_dialog.h"
 #include "common/wide_text.h"
 #include "main_editor_fixture.h"
@@ -56,6 +61,155 @@ TEST_F(MainEditorUse, CapturesAreReorderedWithTheMouse) {
     editor_->discardAll();
     ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
     EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
+}
+
+/// A list as Windows has it in a view by icons: each item has a place of its own on the screen and keeps it. One that
+/// is inserted takes the first place that is free, at the end; arranging closes gaps in the order of places. Under Wine
+/// the places follow the indices.
+class PositionedItems {
+public:
+    explicit PositionedItems(HWND list) : list_(list) {
+        for (size_t i = 0; i < static_cast<size_t>(ListView_GetItemCount(list)); ++i) places_.push_back(i);
+        SetWindowSubclass(list, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+    }
+    ~PositionedItems() { RemoveWindowSubclass(list_, procedure, 1); }
+    PositionedItems(const PositionedItems&) = delete;
+    PositionedItems& operator=(const PositionedItems&) = delete;
+    PositionedItems(PositionedItems&&) = delete;
+    PositionedItems& operator=(PositionedItems&&) = delete;
+
+private:
+    static LRESULT CALLBACK procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                      DWORD_PTR self) {
+        auto& places = reinterpret_cast<PositionedItems*>(self)->places_;
+        const bool asksForPlace = message == LVM_GETITEMRECT || message == LVM_GETSUBITEMRECT;
+        if (asksForPlace && wParam < places.size()) wParam = places[wParam];
+        if (message == LVM_DELETEITEM) {
+            for (size_t& place : places) place -= place > places[wParam] ? 1 : 0;
+            places.erase(places.begin() + static_cast<std::ptrdiff_t>(wParam));
+        }
+        const LRESULT answer = DefSubclassProc(list, message, wParam, lParam);
+        if (message == LVM_INSERTITEMW) places.insert(places.begin() + answer, places.size());
+        return answer;
+    }
+
+    HWND list_;
+    std::vector<size_t> places_;  ///< by index
+};
+
+TEST_F(MainEditorUse, CapturesStandOnTheScreenInTheirOrder) {
+    editor_->SetSize(editor_->FromDIP(wxSize(1000, 900)));
+    add({"a", "b", "c", "d"});
+    const PositionedItems asOnWindows(list().GetHWND());
+    const auto onScreen = [this] {
+        std::vector<std::pair<int, std::string>> items;
+        for (long i = 0; i < list().GetItemCount(); ++i) {
+            wxRect area;
+            list().GetItemRect(i, area);
+            items.emplace_back(area.y, list().GetItemText(i).utf8_string());
+        }
+        std::sort(items.begin(), items.end());
+        std::vector<std::string> shown;
+        for (const auto& [y, name] : items) shown.push_back(name);
+        return shown;
+    };
+    const auto image = [this](long place) {
+        wxListItem item;
+        item.SetId(place);
+        item.SetMask(wxLIST_MASK_IMAGE);
+        list().GetItem(item);
+        return item.GetImage();
+    };
+    const int imageOfA = image(0);
+    list().SetFocus();
+    list().SetItemState(0, wxLIST_STATE_FOCUSED, wxLIST_STATE_FOCUSED);
+    test::pressKey(VK_DOWN, 0x8000);
+    EXPECT_THAT(names(), ElementsAre("b", "a", "c", "d"));
+    EXPECT_EQ(onScreen(), names());
+    const wxPoint from = itemPoint(1);
+    const wxPoint to = itemPoint(3);
+    test::mouseDrag(list(), from.x, from.y, to.x, to.y + list().FromDIP(45));
+    test::pump();
+    EXPECT_THAT(names(), ElementsAre("b", "c", "d", "a"));
+    EXPECT_EQ(onScreen(), names());
+    EXPECT_EQ(image(3), imageOfA);
+    EXPECT_EQ(editor_->currentEditor()->info().name, "a");
+    EXPECT_EQ(editor_->selectedEditors(), TMainEditor::Documents{editor_->currentEditor()});
+    OptionsHolder().setNumber("cmbDeleteCaptures", 1);
+    list().SetItemState(1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
+    clickLabel("lblDeleteSelected");
+    add({"e"});
+    EXPECT_THAT(names(), ElementsAre("b", "d", "e"));
+    EXPECT_EQ(onScreen(), names());
+}
+
+// --- colours ------------------------------------------------------------------------------------------------------
+
+/// Other colours of the system, for as long as it lives.
+class SystemColours {
+public:
+    explicit SystemColours(std::map<int, COLORREF> colours) {
+        for (const auto& [which, colour] : colours) before_[which] = GetSysColor(which);
+        set(colours);
+    }
+    ~SystemColours() { set(before_); }
+    SystemColours(const SystemColours&) = delete;
+    SystemColours& operator=(const SystemColours&) = delete;
+    SystemColours(SystemColours&&) = delete;
+    SystemColours& operator=(SystemColours&&) = delete;
+
+private:
+    static void set(const std::map<int, COLORREF>& colours) {
+        for (const auto& [which, colour] : colours) SetSysColors(1, &which, &colour);
+    }
+    std::map<int, COLORREF> before_;
+};
+
+/// The best contrast of anything in that part of the window to the colour in its corner.
+double contrastIn(const wxWindow& window, wxRect area) {
+    const wxRect at = window.GetScreenRect();
+    const auto picture =
+        grabScreen({at.x + area.x, at.y + area.y, at.x + area.GetRight() + 1, at.y + area.GetBottom() + 1});
+    const auto colour = [&](int x, int y) {
+        const Colour of = picture->pixel(x, y);
+        return wxColour(redOf(of), greenOf(of), blueOf(of));
+    };
+    double best = 1;
+    for (int y = 0; y < picture->height(); ++y)
+        for (int x = 0; x < picture->width(); ++x) best = std::max(best, contrast(colour(x, y), colour(0, 0)));
+    return best;
+}
+
+TEST_F(MainEditorUse, EverythingCanBeReadInEachThemeAlsoWhenItIsChosenLater) {
+    const auto check = [this](const char* theme) {
+        for (int round = 0; round < 5; ++round) test::pump();
+        editor_->Update();
+        const wxWindow& host = *test::findControl(*editor_, "pnlCanvas");
+        EXPECT_GE(contrastIn(host, host.GetClientRect()), readable) << theme;
+        for (const char* name : {"btnLoadProject", "btnOptions", "imgHandle"}) {
+            const wxWindow& control = *test::findControl(*editor_, name);
+            EXPECT_GE(contrastIn(control, control.GetClientRect()), name[0] == 'b' ? readable : 1.2) << theme << name;
+            EXPECT_EQ(control.GetParent()->GetBackgroundColour(), wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE))
+                << theme;
+        }
+    };
+    check("the usual one");
+    std::map<int, COLORREF> dark;
+    for (const int ground : {COLOR_WINDOW, COLOR_BTNFACE, COLOR_APPWORKSPACE}) dark[ground] = RGB(0, 0, 0);
+    for (const int text : {COLOR_WINDOWTEXT, COLOR_BTNTEXT}) dark[text] = RGB(255, 255, 255);
+    dark[COLOR_HIGHLIGHT] = RGB(26, 235, 255);
+    dark[COLOR_HIGHLIGHTTEXT] = RGB(0, 0, 0);
+    dark[COLOR_HOTLIGHT] = RGB(255, 255, 0);
+    dark[COLOR_GRAYTEXT] = RGB(63, 242, 63);
+    {
+        const SystemColours black(dark);
+        check("black");
+        add({"capture"});
+        EXPECT_EQ(list().GetBackgroundColour(), *wxBLACK);
+        EXPECT_EQ(test::find<wxGenericHyperlinkCtrl>(*editor_, "lblSelectAll")->GetNormalColour(), linkColour());
+        editor_->discardAll();
+    }
+    check("the usual one again");
 }
 
 TEST_F(MainEditorUse, CapturesAreRenamedInPlace) {
