@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "common/boundary.h"
+#include "common/contrast.h"
 #include "common/wx_bitmap.h"
 
 namespace glimmer {
@@ -272,7 +273,10 @@ void CaptureList::paintName(WXHDC dc, long item) const {
     const HWND window = GetHWND();
     const bool selected = isSelected(*this, item);
     const int ground = selected ? selectionColour(window) : COLOR_WINDOW;
-    const int ink = selected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT;
+    // Without the focus the ground is a grey on which the colour of selected text could hardly be read.
+    const COLORREF ink = ground == COLOR_HIGHLIGHT ? GetSysColor(COLOR_HIGHLIGHTTEXT)
+                         : selected ? readableOn(wxSystemSettings::GetColour(wxSYS_COLOUR_BTNSHADOW)).GetPixel()
+                                    : GetSysColor(COLOR_WINDOWTEXT);
     RECT label{};
     ListView_GetItemRect(window, item, &label, LVIR_LABEL);
     const wxString name = GetItemText(item);
@@ -285,7 +289,7 @@ void CaptureList::paintName(WXHDC dc, long item) const {
     RECT nameArea{middle - words.right / 2 - margin, label.top, middle - words.right / 2 + words.right + margin,
                   std::min(label.top + words.bottom, label.bottom)};
     FillRect(dc, &nameArea, GetSysColorBrush(ground));
-    const COLORREF colourBefore = SetTextColor(dc, GetSysColor(ink));
+    const COLORREF colourBefore = SetTextColor(dc, ink);
     const int modeBefore = SetBkMode(dc, TRANSPARENT);
     DrawTextW(dc, name.wc_str(), -1, &label, way);
     const bool focusShown = (SendMessageW(window, WM_QUERYUISTATE, 0, 0) & UISF_HIDEFOCUS) == 0;
