@@ -89,7 +89,7 @@ run_shot() {
     reset_shot_prefix
     shot_registry "$dots" "$look" >"$build/shots.reg"
     "${wine_loader[@]}" regedit /S "$build/shots.reg" </dev/null >/dev/null 2>&1 || die "the registry refused build/shots.reg"
-    "${wine_loader[@]}" "$build/$windows_preset/tools/shots.exe" "$group" "$(windows_path "$build/shots")" $suffix </dev/null
+    "${wine_loader[@]}" "$build/$windows_preset/tests/shots.exe" "$group" "$(windows_path "$build/shots")" $suffix </dev/null
     "$wine_server" --kill || true
     [ "$group" != all ] || group='[a-z]*'
     # shellcheck disable=SC2086

@@ -18,6 +18,7 @@ wxColour linkColour() {
 wxColour quietTextColour() {
     const wxColour text = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
     const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
+    if (usesContrastTheme()) return text;
     const auto mixed = [](unsigned char ink, unsigned char paper) {
         return static_cast<unsigned char>((ink * 3 + paper * 2) / 5);
     };
