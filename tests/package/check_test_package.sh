@@ -58,7 +58,7 @@ done
 
 [ $result = 1 ] || complain "a program that was ended is no failure: $result"
 unzip -q "$folder/results.zip" -d "$work" || complain "no results"
-for line in 'PASS +facts ' 'PASS +common_tests .* passed' 'PASS +host_core_tests ' 'PASS +saver_test .* passed, 6 skipped' \
+for line in 'PASS +facts ' 'PASS +common_tests .* passed' 'PASS +host_core_tests ' 'PASS +saver_test .* passed, [1-9][0-9]* skipped' \
     'TIMEOUT +endless ' 'PASS 4, FAIL 0, SKIP 0, TIMEOUT 1'; do
     grep -qE "^$line" "$work/results/summary.txt" || complain "the summary lacks $line"
 done
