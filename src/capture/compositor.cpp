@@ -5,29 +5,22 @@
 #include <dwmapi.h>
 
 #include "common/system_library.h"
+#include "common/system_version.h"
 
 namespace glimmer {
 
 namespace {
 
 // Of later systems than the one that the headers are asked for.
-constexpr DWORD attributeCloaked = 14;        // DWMWA_CLOAKED
-constexpr DWORD excludedFromCapture = 0x11;   // WDA_EXCLUDEFROMCAPTURE
-constexpr UINT printFullContent = 0x02;       // PW_RENDERFULLCONTENT
-constexpr DWORD firstBuildToExclude = 19041;  // Windows 10, version 2004
+constexpr DWORD attributeCloaked = 14;           // DWMWA_CLOAKED
+constexpr DWORD excludedFromCapture = 0x11;      // WDA_EXCLUDEFROMCAPTURE
+constexpr UINT printFullContent = 0x02;          // PW_RENDERFULLCONTENT
+constexpr uint32_t firstBuildToExclude = 19041;  // Windows 10, version 2004
 
 const wchar_t* const dwm = L"dwmapi.dll";
 
 /// Before that build the system takes the wish for another one, and blackens the window in the picture.
-bool systemCanExclude() {
-    static const bool can = [] {
-        const auto version = systemFunction<LONG(WINAPI*)(OSVERSIONINFOW*)>(L"ntdll.dll", "RtlGetVersion");
-        OSVERSIONINFOW info{};
-        info.dwOSVersionInfoSize = sizeof info;
-        return version != nullptr && version(&info) == 0 && info.dwBuildNumber >= firstBuildToExclude;
-    }();
-    return can;
-}
+bool systemCanExclude() { return systemBuild() >= firstBuildToExclude; }
 
 DWORD affinityOf(HWND window) {
     DWORD affinity = WDA_NONE;

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "common/boundary.h"
 #include "common/system_library.h"
 
@@ -11,15 +13,21 @@ namespace {
 
 Rect fromSystem(const RECT& area) { return {area.left, area.top, area.right, area.bottom}; }
 
-/// As this process sees it: one that does not know scales is told the same for all.
-int dotsPerInch(HMONITOR monitor) {
-    // From Windows 8.1 on; the first argument after the monitor is 0 for the scale that windows have.
+/// The monitor's own, from Windows 8.1 on.
+std::optional<UINT> ownDotsPerInch(HMONITOR monitor) {
     static const auto ofMonitor =
         systemFunction<HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*)>(L"shcore.dll", "GetDpiForMonitor");
+    constexpr int effectiveDpi = 0;  // MDT_EFFECTIVE_DPI: the scale that windows have
     UINT across = 0;
     UINT down = 0;
-    if (ofMonitor != nullptr && SUCCEEDED(ofMonitor(monitor, 0, &across, &down)) && across > 0)
-        return static_cast<int>(across);
+    if (ofMonitor == nullptr || FAILED(ofMonitor(monitor, effectiveDpi, &across, &down)) || across == 0)
+        return std::nullopt;
+    return across;
+}
+
+/// As this process sees it: one that does not know scales is told the same for all.
+int dotsPerInch(HMONITOR monitor) {
+    if (const auto own = ownDotsPerInch(monitor)) return static_cast<int>(*own);
     const HDC screen = GetDC(nullptr);
     const int ofScreen = GetDeviceCaps(screen, LOGPIXELSX);
     ReleaseDC(nullptr, screen);
@@ -47,19 +55,10 @@ std::vector<Monitor> monitors() {
 }
 
 int32_t systemMetricAt(Point place, int index) {
-    using MonitorDpi = HRESULT(WINAPI*)(HMONITOR, int, UINT*, UINT*);
-    using MetricForDpi = int(WINAPI*)(int, UINT);
-    // Of Windows 8.1 and 10; before them all monitors have the same scaling.
-    static const auto monitorDpi = systemFunction<MonitorDpi>(L"shcore.dll", "GetDpiForMonitor");
-    static const auto metricForDpi = systemFunction<MetricForDpi>(L"user32.dll", "GetSystemMetricsForDpi");
-    constexpr int effectiveDpi = 0;  // MDT_EFFECTIVE_DPI
-    UINT dpi = 0;
-    UINT vertical = 0;
-    const HMONITOR monitor = MonitorFromPoint({place.x, place.y}, MONITOR_DEFAULTTONEAREST);
-    if (monitorDpi != nullptr && metricForDpi != nullptr &&
-        SUCCEEDED(monitorDpi(monitor, effectiveDpi, &dpi, &vertical)))
-        return metricForDpi(index, dpi);
-    return GetSystemMetrics(index);
+    // Of Windows 10; before it all monitors count as having the same scaling.
+    static const auto metricForDpi = systemFunction<int(WINAPI*)(int, UINT)>(L"user32.dll", "GetSystemMetricsForDpi");
+    const auto dpi = ownDotsPerInch(MonitorFromPoint({place.x, place.y}, MONITOR_DEFAULTTONEAREST));
+    return dpi && metricForDpi != nullptr ? metricForDpi(index, *dpi) : GetSystemMetrics(index);
 }
 
 }  // namespace glimmer

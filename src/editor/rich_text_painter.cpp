@@ -198,7 +198,7 @@ int RichTextPainter::findWay() {
     const int32_t height = measure(font, "X", 0).height;
     const Size area = {measure(font, words, 0).width * 3 / 4, 4 * height};
     const int32_t wrapped = measure(font, words, area.width).height;
-    int drawn = LabelDrawingChoice::unknown;
+    int drawn = LabelDrawingChoice::none;
     for (size_t way = 0; way < drawings_.size(); ++way) {
         const TextMask mask = draw(*drawings_[way], font, labelControlUnits(words), area);
         const auto hasInk = [&](int32_t top, int32_t bottom) {
@@ -206,7 +206,7 @@ int RichTextPainter::findWay() {
             return std::any_of(row(top), row(bottom), [](uint8_t covered) { return covered != 0; });
         };
         if (!hasInk(0, area.height)) continue;
-        if (drawn == LabelDrawingChoice::unknown) drawn = static_cast<int>(way);
+        if (drawn == LabelDrawingChoice::none) drawn = static_cast<int>(way);
         if (hasInk(0, height) && hasInk(height, wrapped) && !hasInk(wrapped, area.height)) return static_cast<int>(way);
     }
     return drawn;

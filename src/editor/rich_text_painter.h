@@ -17,6 +17,7 @@ namespace glimmer {
 /// painters that share the choice: those of the process, unless a test has its own.
 struct LabelDrawingChoice {
     static constexpr int unknown = -1;
+    static constexpr int none = -2;  ///< none draws anything; each label tries all of them
     std::function<LabelDrawings(const LabelControl&)> make = [](const LabelControl& c) { return allLabelDrawings(c); };
     std::atomic<int> way = unknown;  ///< index among what `make` makes
     std::atomic<bool> told = false;  ///< a label without a pixel was reported

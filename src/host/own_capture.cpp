@@ -7,6 +7,7 @@
 #include "capture/compositor.h"
 #include "capture/window_grab.h"
 #include "common/boundary.h"
+#include "common/foreground.h"
 #include "common/sound.h"
 #include "settings/options.h"
 // After the toolkit's headers, which do not stand its names.
@@ -123,7 +124,7 @@ private:
             ShowWindow(*window, SW_SHOWNA);
             compositor().setTransitions(*window, true);
         }
-        if (front_ != nullptr && IsWindow(front_) != FALSE) SetForegroundWindow(front_);
+        if (front_ != nullptr && IsWindow(front_) != FALSE) takeForeground(front_);
     }
 
     std::vector<HWND> leftOut_;

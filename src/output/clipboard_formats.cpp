@@ -51,9 +51,11 @@ bool masksTwice(std::span<const uint8_t> dib, uint32_t offset) {
     const int64_t height = in.i32();
     const int64_t bits = in.u32() >> 16U;
     if (in.u32() != bitFields || headerSize < 52 || width <= 0) return false;
-    const int64_t pixels = (width * bits + 31) / 32 * 4 * std::abs(height);
+    // What another program says may be anything: nothing is multiplied that could run over.
     constexpr size_t masks = 12;
-    if (static_cast<int64_t>(dib.size()) < static_cast<int64_t>(offset + masks) + pixels) return false;
+    if ((bits != 16 && bits != 32) || height == 0 || dib.size() < offset + masks) return false;
+    const int64_t stride = (width * bits + 31) / 32 * 4;
+    if (static_cast<int64_t>(dib.size() - offset - masks) / stride < std::abs(height)) return false;
     return std::equal(dib.begin() + infoHeaderSize, dib.begin() + infoHeaderSize + masks, dib.begin() + offset);
 }
 

@@ -105,6 +105,9 @@ TEST(ClipboardFormats, DamageIsRefused) {
     many[32] = 0xFF;  // colours
     many[35] = 0xFF;
     EXPECT_FALSE(pictureFromDib(many).ok());
+    std::vector<uint8_t> wild = whole;
+    for (const size_t at : {4, 5, 6, 8, 9, 10, 14, 15}) wild[at] = 0xFF;  // width, height, bits
+    EXPECT_FALSE(pictureFromDib(wild).ok());
 }
 
 }  // namespace
