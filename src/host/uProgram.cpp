@@ -51,6 +51,9 @@ void standaloneNotify(const std::string& name, const std::string& value) {
 
 }  // namespace
 
+/// UTF-16 units of an address or title that stay with a capture: a page may have put a whole picture into its address.
+constexpr size_t longestPageText = 8192;
+
 /// A capture while it is being taken.
 struct TProgram::Arrival {
     CaptureInfo info;
@@ -128,7 +131,9 @@ void TProgram::HandleCapture(const std::string& url, const std::string& title, c
                              uint32_t action, int32_t width, int32_t height) {
     (void)tag;  // its content has no meaning
     if (!beginCapture()) return;
-    Arrival arrival{{url, title, title.empty() ? "Untitled" : title, {}, std::time(nullptr)}, {}};
+    const std::string kept = firstUnits(title, longestPageText);
+    Arrival arrival{{firstUnits(url, longestPageText), kept, kept.empty() ? "Untitled" : kept, {}, std::time(nullptr)},
+                    {}};
     debugRemark("capture for action " + std::to_string(action));
     debugDetail(url);
     if (!pngData && !bitmap) emptyCapture_ = true;

@@ -135,17 +135,17 @@ Result<TPixelOperation> applyEffect(int32_t effect, const TBitmap& image, const 
     Result<TBitmap> work = image.cropped(operation->box());
     if (!work) return work.failure();
     Status done;
-    switch (static_cast<PixelOperationKind>(effect)) {
-        case PixelOperationKind::blur:
+    switch (effect) {
+        case static_cast<int32_t>(PixelOperationKind::blur):
             done = blur(*work, blurIntensity * 0.1);
             break;
-        case PixelOperationKind::grayscale:
+        case static_cast<int32_t>(PixelOperationKind::grayscale):
             done = recolour(*work, grayscale);
             break;
-        case PixelOperationKind::invert:
+        case static_cast<int32_t>(PixelOperationKind::invert):
             done = recolour(*work, invert);
             break;
-        case PixelOperationKind::interlace:
+        case static_cast<int32_t>(PixelOperationKind::interlace):
             interlace(*work);
             break;
         default:

@@ -40,14 +40,21 @@ struct PngPicture {
     bool chunksRefused = false;
 };
 
-/// Bounds of what is accepted from outside.
+/// Bounds of what is accepted from outside. What this program writes keeps within them too.
 struct PngLimits {
     static constexpr size_t fileBytes = size_t{512} * 1024 * 1024;     ///< one whole file
     static constexpr size_t chunks = 1000000;                          ///< chunks in a file, image data included
-    static constexpr size_t privateChunks = 5000;                      ///< more of them: all are refused
+    static constexpr size_t privateChunks = 10000;                     ///< more of them: all are refused
     static constexpr size_t privateBytes = size_t{256} * 1024 * 1024;  ///< their data together
     static constexpr size_t texts = 16;                                ///< further text chunks are skipped
-    static constexpr size_t textBytes = size_t{4} * 1024 * 1024;       ///< one text, unpacked
+    static constexpr size_t textBytes = size_t{4} * 1024 * 1024;       ///< one text, packed or unpacked
+};
+
+/// Those of them that depend on what a user draws, the same for who writes a file and who reads it.
+struct PngBounds {
+    size_t fileBytes = PngLimits::fileBytes;
+    size_t privateChunks = PngLimits::privateChunks;
+    size_t privateBytes = PngLimits::privateBytes;
 };
 
 /// Takes the next bytes of an output.
@@ -56,12 +63,14 @@ using ByteSink = std::function<Status(std::span<const uint8_t>)>;
 /// Decodes a PNG file of any kind: grey, palette, true colour, 1 to 16 bits (16 are rounded to 8), with alpha or a
 /// transparent colour, interlaced or not. Gamma and colour profiles are not applied. A picture that is cut short or
 /// damaged in any pixel is refused; damage in the private chunks alone only sets chunksRefused.
-Result<PngPicture> readPng(std::span<const uint8_t> file);
+Result<PngPicture> readPng(std::span<const uint8_t> file, const PngBounds& bounds = {});
 
 /// Encodes a picture, pixel for pixel. The file has no alpha channel when the picture has no transparency. Texts are
 /// written compressed ("zTXt") before the image data, private chunks after it, both in the order given. Fails on an
-/// empty picture, when `sink` fails (with its reason) and when `progress` answers false.
-Status writePng(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress = {});
+/// empty picture, on one that readPng() would not take back whole within the same bounds, when `sink` fails (with its
+/// reason) and when `progress` answers false.
+Status writePng(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress = {},
+                const PngBounds& bounds = {});
 /// The same into memory.
 Result<std::vector<uint8_t>> encodePng(const TBitmap& bitmap, const PngExtras& extras = {},
                                        const Progress& progress = {});

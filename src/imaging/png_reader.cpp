@@ -80,6 +80,8 @@ bool checksumHolds(std::span<const uint8_t> file, const PngChunkPlace& chunk) {
     return sum == bigEndian32(file.data() + chunk.end() - 4);
 }
 
+constexpr size_t longestKeyword = 79;
+
 struct Walk {
     ChunkFeed feed;
     uint64_t imageBytes = 0;  ///< compressed
@@ -88,10 +90,10 @@ struct Walk {
 };
 
 /// Sorts the chunks of a file: what libpng gets, and the private ones.
-Result<Walk> walk(std::span<const uint8_t> file) {
+Result<Walk> walk(std::span<const uint8_t> file, const PngBounds& bounds) {
     if (file.size() < pngSignature.size() || !std::equal(pngSignature.begin(), pngSignature.end(), file.begin()))
         return Failure{"The data is not a PNG picture."};
-    if (file.size() > PngLimits::fileBytes) return Failure{"The PNG picture is too large."};
+    if (file.size() > bounds.fileBytes) return Failure{"The PNG picture is too large."};
     Walk result{ChunkFeed(file), 0, {}, false};
     result.feed.add(0, pngSignature.size());
     size_t texts = 0;
@@ -111,7 +113,7 @@ Result<Walk> walk(std::span<const uint8_t> file) {
                 result.feed.add(at, chunk->length + 12);
         } else if (isPrivate(*chunk)) {
             privateBytes += chunk->length;
-            if (result.privates.size() == PngLimits::privateChunks || privateBytes > PngLimits::privateBytes ||
+            if (result.privates.size() == bounds.privateChunks || privateBytes > bounds.privateBytes ||
                 !checksumHolds(file, *chunk))
                 result.privatesRefused = true;
             if (!result.privatesRefused) result.privates.push_back(*chunk);
@@ -185,7 +187,7 @@ private:
         png_infop info = self->info_;
         png_set_read_fn(png, self, &Decoder::read);
         png_set_user_limits(png, TBitmap::maxSide, TBitmap::maxSide);
-        png_set_chunk_malloc_max(png, PngLimits::textBytes);
+        png_set_chunk_malloc_max(png, PngLimits::textBytes + longestKeyword + 3);  // it counts the keyword too
         png_set_chunk_cache_max(png, PngLimits::texts + 1);
         png_read_info(png, info);
         self->width_ = png_get_image_width(png, info);
@@ -290,8 +292,8 @@ private:
 
 }  // namespace
 
-Result<PngPicture> readPng(std::span<const uint8_t> file) {
-    Result<Walk> chunks = walk(file);
+Result<PngPicture> readPng(std::span<const uint8_t> file, const PngBounds& bounds) {
+    Result<Walk> chunks = walk(file, bounds);
     if (!chunks) return chunks.failure();
     PngPicture picture;
     Decoder decoder(*chunks);

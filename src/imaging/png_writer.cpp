@@ -1,9 +1,9 @@
 #include <png.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,9 +25,30 @@ constexpr size_t imageChunkSize = size_t{64} * 1024;
 
 Failure noMemory() { return Failure{"There is not enough memory to write the picture."}; }
 
+Failure tooLarge(const char* what, size_t found, const char* unit, size_t most) {
+    return Failure{std::string(what) + " (" + std::to_string(found) + unit + ", at most " + std::to_string(most) +
+                   ")."};
+}
+
+/// A reader takes the private chunks all or not at all.
+Status checkBounds(const PngExtras& extras, const PngBounds& bounds) {
+    size_t bytes = 0;
+    for (const PngChunk& chunk : extras.chunks) bytes += chunk.data.size();
+    if (extras.chunks.size() > bounds.privateChunks)
+        return tooLarge("The picture has too many annotations to be saved for editing", extras.chunks.size(), " parts",
+                        bounds.privateChunks);
+    if (bytes > bounds.privateBytes)
+        return tooLarge("What the picture needs to be edited again is too large to be saved", bytes, " bytes",
+                        bounds.privateBytes);
+    return {};
+}
+
 /// Data of a "zTXt" chunk. libpng would write an empty text as "tEXt".
-std::optional<std::vector<uint8_t>> compressedText(const PngText& text) {
+Result<std::vector<uint8_t>> compressedText(const PngText& text) {
     const std::string bytes = toPngText(text.text);
+    const Failure tooLong =
+        tooLarge("The notes are too long to be saved", bytes.size(), " bytes", PngLimits::textBytes);
+    if (bytes.size() > PngLimits::textBytes) return tooLong;
     std::vector<uint8_t> data(text.keyword.begin(), text.keyword.end());
     data.insert(data.end(), {0, 0});  // end of the keyword, kind of compression
     const size_t start = data.size();
@@ -35,8 +56,9 @@ std::optional<std::vector<uint8_t>> compressedText(const PngText& text) {
     data.resize(start + length);
     if (compress2(data.data() + start, &length, reinterpret_cast<const Bytef*>(bytes.data()),
                   static_cast<uLong>(bytes.size()), compressionLevel) != Z_OK)
-        return std::nullopt;
+        return noMemory();
     data.resize(start + length);
+    if (data.size() > PngLimits::textBytes) return tooLong;
     return data;
 }
 
@@ -56,8 +78,9 @@ void checkExtras(const PngExtras& extras) {
 /// than the library does it. What needs a destructor lives in the object, see runGuarded().
 class Encoder {
 public:
-    Encoder(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress)
-        : bitmap_(bitmap), extras_(extras), sink_(sink), progress_(progress), rows_(bitmap) {
+    Encoder(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress,
+            size_t longest)
+        : bitmap_(bitmap), extras_(extras), sink_(sink), progress_(progress), left_(longest), rows_(bitmap) {
         png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, &Encoder::fail, &Encoder::ignoreWarning);
         if (png_ != nullptr) info_ = png_create_info_struct(png_);
     }
@@ -70,8 +93,8 @@ public:
     Status run() {
         if (info_ == nullptr) return noMemory();
         for (const PngText& text : extras_.texts) {
-            const std::optional<std::vector<uint8_t>> data = compressedText(text);
-            if (!data) return noMemory();
+            const Result<std::vector<uint8_t>> data = compressedText(text);
+            if (!data) return data.failure();
             texts_.push_back(*data);
         }
         preparePalette();
@@ -124,7 +147,9 @@ private:
     /// Nothing may be thrown through libpng.
     bool take(std::span<const uint8_t> data) {
         try {
-            status_ = sink_(data);
+            status_ = data.size() > left_ ? Status(Failure{"The picture's file would be too large to be opened again."})
+                                          : sink_(data);
+            left_ -= std::min(left_, data.size());
         } catch (const std::exception& error) {
             status_ = Failure{error.what()};
         }
@@ -157,6 +182,7 @@ private:
     const PngExtras& extras_;
     const ByteSink& sink_;
     const Progress& progress_;
+    size_t left_;  ///< bytes that the file may still get
     PngRows rows_;
     std::vector<png_color> colours_;
     std::vector<png_byte> alphas_;
@@ -171,10 +197,12 @@ private:
 
 }  // namespace
 
-Status writePng(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress) {
+Status writePng(const TBitmap& bitmap, const PngExtras& extras, const ByteSink& sink, const Progress& progress,
+                const PngBounds& bounds) {
     if (bitmap.empty()) return Failure{"There is no picture to write."};
     checkExtras(extras);
-    return Encoder(bitmap, extras, sink, progress).run();
+    if (Status allowed = checkBounds(extras, bounds); !allowed) return allowed;
+    return Encoder(bitmap, extras, sink, progress, bounds.fileBytes).run();
 }
 
 Result<std::vector<uint8_t>> encodePng(const TBitmap& bitmap, const PngExtras& extras, const Progress& progress) {

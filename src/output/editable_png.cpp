@@ -1,5 +1,8 @@
 #include "output/editable_png.h"
 
+#include <map>
+#include <set>
+#include <string_view>
 #include <utility>
 
 #include "common/assertion.h"
@@ -54,17 +57,31 @@ std::optional<Found> sortChunks(std::vector<PngChunk>& chunks) {
     return found;
 }
 
+/// For each picture of an annotation the first one with the same bytes, which is decoded for all of them: copies of an
+/// annotation share their picture, in memory as here.
+std::vector<size_t> firstsOf(const std::vector<TChunkbBPn>& pictures) {
+    std::map<std::string_view, size_t> seen;
+    std::vector<size_t> firsts = {0};
+    for (size_t i = 1; i < pictures.size(); ++i) {
+        const TMemoryStream& bytes = pictures[i].stream();
+        const std::string_view key(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        firsts.push_back(seen.try_emplace(key, i).first->second);
+    }
+    return firsts;
+}
+
 /// Whether the background is as large as the visible picture and the others keep within their bound, by what their
 /// headers say: nothing is decoded to find out.
-bool sizesAllowed(const Found& found, Size visible) {
+bool sizesAllowed(const Found& found, const std::vector<size_t>& firsts, Size visible, int64_t most) {
     if (found.pictures[0].size() != visible) return false;
     int64_t pixels = 0;
     for (size_t i = 1; i < found.pictures.size(); ++i) {
+        if (firsts[i] != i) continue;
         const std::optional<Size> size = found.pictures[i].size();
         if (!size) return false;
         pixels += int64_t{size->width} * size->height;
     }
-    return pixels <= maxDrawingPixels;
+    return pixels <= most;
 }
 
 std::optional<std::vector<AnnotationRecord>> decodeAll(const std::vector<TChunkbBIn>& chunks) {
@@ -78,9 +95,11 @@ std::optional<std::vector<AnnotationRecord>> decodeAll(const std::vector<TChunkb
 }
 
 /// The parts, or nothing when they are not all there and whole.
-std::optional<EditablePicture> assemble(std::vector<PngChunk>& chunks, Size visible) {
+std::optional<EditablePicture> assemble(std::vector<PngChunk>& chunks, Size visible, int64_t mostDrawn) {
     std::optional<Found> found = sortChunks(chunks);
-    if (!found || !sizesAllowed(*found, visible)) return std::nullopt;
+    if (!found) return std::nullopt;
+    const std::vector<size_t> firsts = firstsOf(found->pictures);
+    if (!sizesAllowed(*found, firsts, visible, mostDrawn)) return std::nullopt;
     std::optional<std::vector<AnnotationRecord>> records = decodeAll(found->annotations);
     if (!records) return std::nullopt;
     size_t drawings = 0;
@@ -89,12 +108,17 @@ std::optional<EditablePicture> assemble(std::vector<PngChunk>& chunks, Size visi
 
     EditablePicture picture;
     size_t next = 1;
+    std::vector<std::shared_ptr<const TBitmap>> decoded(firsts.size());
     for (AnnotationRecord& record : *records) {
         if (record.hasDrawing) {
-            Result<TBitmap> drawing = found->pictures[next].bitmap();
-            if (!drawing) return std::nullopt;
-            record.descriptor.drawing = std::make_shared<const TBitmap>(drawing.take());
-            found->pictures[next++].load({});
+            std::shared_ptr<const TBitmap>& shared = decoded[firsts[next]];
+            if (shared == nullptr) {
+                Result<TBitmap> drawing = found->pictures[next].bitmap();
+                if (!drawing) return std::nullopt;
+                shared = std::make_shared<const TBitmap>(drawing.take());
+            }
+            record.descriptor.drawing = shared;
+            found->pictures[next++].load({});  // frees it
         }
         clampDescriptor(record.descriptor);
         picture.shapes.insert(picture.shapes.size(), TBBShape(record.descriptor));
@@ -107,15 +131,48 @@ std::optional<EditablePicture> assemble(std::vector<PngChunk>& chunks, Size visi
     return picture;
 }
 
+// --- writing
+
+/// The chunks of the pictures: the background, then those of the annotations, each encoded once however many share it.
+Status addPictures(std::vector<PngChunk>& chunks, const TBitmap& background,
+                   const std::vector<std::shared_ptr<const TBitmap>>& drawings, int64_t mostDrawn,
+                   const Progress& progress) {
+    std::map<const TBitmap*, size_t> places;  // in `chunks`
+    int64_t pixels = 0;
+    for (const auto& drawing : drawings)
+        if (places.try_emplace(drawing.get(), 0).second) pixels += int64_t{drawing->width()} * drawing->height();
+    if (pixels > mostDrawn)
+        return Failure{"The pictures of the annotations are together too large to be saved for editing (" +
+                       std::to_string(pixels) + " pixels, at most " + std::to_string(mostDrawn) + ")."};
+    const size_t all = places.size() + 2;  // the background and the visible picture, too
+    size_t done = 0;
+    const auto add = [&](const TBitmap* picture) -> Status {
+        const Result<TChunkbBPn> chunk = TChunkbBPn::fromBitmap(picture, partOf(progress, done++, all));
+        if (!chunk) return chunk.failure();
+        chunks.push_back(chunk->save());
+        return {};
+    };
+    if (Status added = add(&background); !added) return added;
+    for (const auto& drawing : drawings) {
+        size_t& place = places[drawing.get()];
+        if (place != 0) {
+            chunks.push_back(PngChunk(chunks[place]));
+            continue;
+        }
+        place = chunks.size();
+        if (Status added = add(drawing.get()); !added) return added;
+    }
+    return {};
+}
+
 }  // namespace
 
 Status writeEditablePng(const TBitmap& flattened, const EditableParts& parts, bool embedNativeInfo,
-                        const ByteSink& sink, const Progress& progress) {
-    if (!embedNativeInfo) return writePng(flattened, {}, sink, progress);
+                        const ByteSink& sink, const Progress& progress, const EditableLimits& limits) {
+    if (!embedNativeInfo) return writePng(flattened, {}, sink, progress, limits.png);
     PngExtras extras;
     extras.texts = {{"VERSION", versionText}, {"CREATOR", creatorText}, {notesKeyword, parts.notes}};
     extras.chunks.push_back(TChunkbBIn::fromRectangle(parts.area).save());
-    std::vector<const TBitmap*> pictures = {&parts.background};
     std::vector<std::shared_ptr<const TBitmap>> drawings;
     for (const TBBShape& shape : parts.shapes) {
         TShapeDescriptor annotation = shape.describe();
@@ -123,34 +180,33 @@ Status writeEditablePng(const TBitmap& flattened, const EditableParts& parts, bo
         extras.chunks.push_back(TChunkbBIn::fromAnnotation(&annotation).save());
         if (annotation.drawing != nullptr) drawings.push_back(annotation.drawing);
     }
-    for (const auto& drawing : drawings) pictures.push_back(drawing.get());
-    for (size_t i = 0; i < pictures.size(); ++i) {
-        const Result<TChunkbBPn> chunk = TChunkbBPn::fromBitmap(pictures[i], partOf(progress, i, pictures.size() + 1));
-        if (!chunk) return chunk.failure();
-        extras.chunks.push_back(chunk->save());
-    }
-    return writePng(flattened, extras, sink, partOf(progress, pictures.size(), pictures.size() + 1));
+    if (Status added = addPictures(extras.chunks, parts.background, drawings, limits.drawingPixels, progress); !added)
+        return added;
+    const size_t all = std::set<std::shared_ptr<const TBitmap>>(drawings.begin(), drawings.end()).size() + 2;
+    return writePng(flattened, extras, sink, partOf(progress, all - 1, all), limits.png);
 }
 
 Result<std::vector<uint8_t>> encodeEditablePng(const TBitmap& flattened, const EditableParts& parts,
-                                               bool embedNativeInfo, const Progress& progress) {
+                                               bool embedNativeInfo, const Progress& progress,
+                                               const EditableLimits& limits) {
     std::vector<uint8_t> file;
     const ByteSink append = [&file](std::span<const uint8_t> data) {
         file.insert(file.end(), data.begin(), data.end());
         return Status();
     };
-    const Status status = writeEditablePng(flattened, parts, embedNativeInfo, append, progress);
+    const Status status = writeEditablePng(flattened, parts, embedNativeInfo, append, progress, limits);
     if (!status) return status.failure();
     return file;
 }
 
-Result<OpenedPicture> readEditablePng(std::span<const uint8_t> file) {
-    Result<PngPicture> png = readPng(file);
+Result<OpenedPicture> readEditablePng(std::span<const uint8_t> file, const EditableLimits& limits) {
+    Result<PngPicture> png = readPng(file, limits.png);
     if (!png) return png.failure();
     OpenedPicture opened;
     try {
         if (!png->chunksRefused) {
-            if (std::optional<EditablePicture> parts = assemble(png->extras.chunks, png->bitmap.size())) {
+            if (std::optional<EditablePicture> parts =
+                    assemble(png->extras.chunks, png->bitmap.size(), limits.drawingPixels)) {
                 opened.picture = std::move(*parts);
                 opened.editable = true;
             }

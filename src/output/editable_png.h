@@ -11,6 +11,7 @@
 #include "common/result.h"
 #include "editor/uShapes.h"
 #include "imaging/png_codec.h"
+#include "output/file_limits.h"
 
 namespace glimmer {
 
@@ -24,12 +25,13 @@ struct EditableParts {
 
 /// Writes a PNG file that shows `flattened` and, with `embedNativeInfo`, carries the parts: texts VERSION, CREATOR and
 /// GNOTES, the area, the annotations in painting order, the background, the annotations' own pictures. Without it
-/// the file holds nothing but the pixels. Fails as writePng() does.
+/// the file holds nothing but the pixels. Fails as writePng() does, and on what readEditablePng() would open flat.
 Status writeEditablePng(const TBitmap& flattened, const EditableParts& parts, bool embedNativeInfo,
-                        const ByteSink& sink, const Progress& progress = {});
+                        const ByteSink& sink, const Progress& progress = {}, const EditableLimits& limits = {});
 /// The same into memory.
 Result<std::vector<uint8_t>> encodeEditablePng(const TBitmap& flattened, const EditableParts& parts,
-                                               bool embedNativeInfo, const Progress& progress = {});
+                                               bool embedNativeInfo, const Progress& progress = {},
+                                               const EditableLimits& limits = {});
 
 /// What was read for editing.
 struct EditablePicture {
@@ -51,11 +53,8 @@ struct OpenedPicture {
 constexpr const char* missingDataText = "The file doesn't contain some data for Glimmerpad.";
 constexpr const char* missingDataCaption = "Error";
 
-/// All pictures of the annotations together may have so many pixels; a file with more opens flat.
-constexpr int64_t maxDrawingPixels = 64LL * 1024 * 1024;
-
 /// Opens any PNG file. Fails only when the visible picture cannot be read; parts that are missing, damaged or of an
 /// unknown version leave the picture flat.
-Result<OpenedPicture> readEditablePng(std::span<const uint8_t> file);
+Result<OpenedPicture> readEditablePng(std::span<const uint8_t> file, const EditableLimits& limits = {});
 
 }  // namespace glimmer

@@ -20,9 +20,10 @@ Result<Document> documentOf(EditablePicture picture, CaptureInfo info) {
     return CaptureDocument::create(std::move(picture.background), std::move(info), std::move(picture.shapes));
 }
 
-Result<Document> decodeProjectPicture(std::span<const uint8_t> png, CaptureInfo info) {
+Result<Document> decodeProjectPicture(std::span<const uint8_t> png, CaptureInfo info, bool& lacksData) {
     Result<OpenedPicture> opened = readEditablePng(png);
     if (!opened) return opened.failure();
+    lacksData = lacksData || !opened->editable;
     return documentOf(std::move(opened->picture), std::move(info));
 }
 
@@ -44,8 +45,15 @@ Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData)
 }
 
 OpeningAhead::Opened read(const std::filesystem::path& path) {
-    if (upperAscii(utf8FromPath(path.extension())) == ".GMP") return {readProject(path, decodeProjectPicture)};
     bool lacksData = false;
+    if (upperAscii(utf8FromPath(path.extension())) == ".GMP") {
+        const CaptureDecoder decode = [&lacksData](std::span<const uint8_t> png, CaptureInfo info) {
+            return decodeProjectPicture(png, std::move(info), lacksData);
+        };
+        OpeningAhead::Opened opened{readProject(path, decode)};
+        opened.lacksData = lacksData;
+        return opened;
+    }
     Result<Document> document = openPicture(path, lacksData);
     if (!document) return {document.failure()};
     (*document)->markSaved();

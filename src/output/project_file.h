@@ -8,7 +8,7 @@
 
 #include "editor/document.h"
 #include "editor/text_painter.h"
-#include "imaging/png_codec.h"
+#include "output/file_limits.h"
 
 namespace glimmer {
 
@@ -16,25 +16,20 @@ namespace glimmer {
 // "Editor Pages.dat" (time, address and title, a line each capture), and the captures as editable PNG files
 // "0001.png", "0002.png" and so on in list order.
 
-struct ProjectLimits {
-    static constexpr uint64_t fileBytes = uint64_t{1} << 30U;      ///< the archive
-    static constexpr uint64_t unpackedBytes = uint64_t{1} << 30U;  ///< all entries together
-    static constexpr size_t captures = 1000;
-    static constexpr size_t listBytes = size_t{4} << 20U;  ///< one list of names or pages
-};
-
 /// Bytes of an editable PNG file of a capture.
 using CaptureEncoder = std::function<Result<std::vector<uint8_t>>(const CaptureDocument&, size_t index)>;
 /// A capture from such a file, its name and page not yet set.
 using CaptureDecoder =
     std::function<Result<std::unique_ptr<CaptureDocument>>(std::span<const uint8_t> png, CaptureInfo info)>;
 
-/// Writes the captures, in that order; the file appears only when it is complete.
+/// Writes the captures, in that order; the file appears only when it is complete. What readProject() would refuse
+/// within the same limits is refused with a sentence, and a file of that name stays as it was.
 Status writeProject(const std::filesystem::path& path, std::span<const CaptureDocument* const> captures,
-                    const CaptureEncoder& encode);
+                    const CaptureEncoder& encode, const ProjectLimits& limits = {});
 
-/// All captures of a project, or none and the reason.
+/// All captures of a project, or none and the reason. Holds one unpacked entry at a time.
 Result<std::vector<std::unique_ptr<CaptureDocument>>> readProject(const std::filesystem::path& path,
-                                                                  const CaptureDecoder& decode);
+                                                                  const CaptureDecoder& decode,
+                                                                  const ProjectLimits& limits = {});
 
 }  // namespace glimmer

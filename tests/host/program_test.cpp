@@ -146,6 +146,9 @@ TEST_F(Program, ACaptureIsNamedAndStampedByItsPage) {
         for (const TBBShape& stamp : document->annotations()) seen.back() += ", stamped " + stamp.text.text;
     }
     EXPECT_THAT(seen, ElementsAre("Page, stamped http://a/", "Untitled, stamped ", "No address"));
+    take(CaptureAction::Load, {40, 30}, std::string(1U << 20U, 'a'), std::string(9000, 't'));
+    EXPECT_EQ(pMainEditor->allEditors().back()->info().url.size(), 8192U) << "a project of many must stay small enough";
+    EXPECT_EQ(pMainEditor->allEditors().back()->info().title.size(), 8192U);
 }
 
 TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {

@@ -68,7 +68,7 @@ TEST(PixelOperation, EffectsChangeTheSelectionAndNothingElse) {
     for (const PixelFormat format : {PixelFormat::Bgr24, PixelFormat::Bgra32}) {
         const TBitmap before = image(format);
         for (const Case& c : cases()) {
-            for (const int32_t effect : {0, 2, 3, 4, 5, 6, 99}) {
+            for (const int32_t effect : {0, 2, 3, 4, 5, 6, 99, 258, -252}) {
                 SCOPED_TRACE(std::string(c.name) + ", effect " + std::to_string(effect));
                 const TPixelOperation operation = applyEffect(effect, before, regionOf(c), selectionOf(c), 17).take();
                 EXPECT_EQ(operation.kind, PixelOperationKind::interlace);

@@ -260,6 +260,49 @@ TEST(Chunks, AssertWhatMustBeThere) {
         expectAssertion("pSL->Count == 3", [&] { decodeAnnotation(recordByHand(3, std::vector<Bytes>(count))); });
 }
 
+TEST(EditablePng, WhatIsWrittenComesBackAndWhatWouldNotIsRefused) {
+    Random random(5);
+    const TBitmap picture = random.picture(20, 20);
+    TShapesList shapes;
+    TShapeDescriptor drawn = annotationByHand();
+    drawn.style.shape.kind = ShapeKind::Drawing;
+    for (const int32_t side : {10, 6}) {
+        drawn.drawing = std::make_shared<const TBitmap>(random.picture(side, side));
+        for (int copies = 0; copies < 2; ++copies) shapes.add(TBBShape(drawn));
+    }
+    const EditableParts parts{picture, shapes, picture.bounds(), "notes"};
+    const Bytes file = encodeEditablePng(picture, parts, true).take();
+    EditableLimits exact{10 * 10 + 6 * 6, {file.size(), 0, 0}};  // copies share their picture
+    const PngPicture png = readPng(file).take();
+    for (const PngChunk& chunk : png.extras.chunks) {
+        ++exact.png.privateChunks;
+        exact.png.privateBytes += chunk.data.size();
+    }
+    EXPECT_EQ(*encodeEditablePng(picture, parts, true, {}, exact), file);
+    const OpenedPicture opened = readEditablePng(file, exact).take();
+    ASSERT_TRUE(opened.editable);
+    EXPECT_EQ(opened.picture.shapes[0].describe().drawing, opened.picture.shapes[1].describe().drawing);
+    EXPECT_TRUE(std::equal(shapes.begin(), shapes.end(), opened.picture.shapes.begin(), opened.picture.shapes.end()));
+
+    std::vector<EditableLimits> less(4, exact);
+    --less[0].drawingPixels;
+    --less[1].png.privateChunks;
+    --less[2].png.privateBytes;
+    --less[3].png.fileBytes;
+    for (const EditableLimits& limits : less) {
+        const Result<Bytes> refused = encodeEditablePng(picture, parts, true, {}, limits);
+        ASSERT_FALSE(refused.ok());
+        EXPECT_NE(refused.message().find(" too "), std::string::npos) << refused.message();
+        const Result<OpenedPicture> read = readEditablePng(file, limits);
+        EXPECT_FALSE(read && read->editable) << refused.message();
+    }
+
+    std::string notes(PngLimits::textBytes, 'n');
+    EXPECT_EQ(readEditablePng(written(picture, picture, shapes, picture.bounds(), notes))->picture.notes, notes);
+    notes += 'n';
+    EXPECT_FALSE(encodeEditablePng(picture, {picture, shapes, picture.bounds(), notes}, true).ok());
+}
+
 /// A file with good extras that `change` has made worse.
 class Damaged : public testing::Test {
 protected:
@@ -277,7 +320,13 @@ protected:
     OpenedPicture open(const std::function<void(std::vector<PngChunk>&)>& change) {
         PngExtras extras = good;
         change(extras.chunks);
-        const Bytes file = encodePng(background, extras).take();
+        Bytes file;
+        const ByteSink append = [&file](std::span<const uint8_t> data) {
+            file.insert(file.end(), data.begin(), data.end());
+            return Status();
+        };
+        const PngBounds beyond{PngLimits::fileBytes, PngLimits::chunks, PngLimits::fileBytes};  // another's writer
+        EXPECT_TRUE(writePng(background, extras, append, {}, beyond));
         Result<OpenedPicture> opened = readEditablePng(file);
         EXPECT_TRUE(opened.ok()) << opened.message();
         return opened.take();

@@ -9,6 +9,8 @@
 #include "output/editable_png.h"
 #include "output/open_captures.h"
 #include "output/output_picture.h"
+#include "output/project_file.h"
+#include "output/project_lists.h"
 #include "output/uJPEGSettings.h"
 #include "output/working_folder.h"
 #include "saver_fixture.h"
@@ -423,6 +425,73 @@ TEST_F(Project, DamagedForeignAndNewerArchivesAreRefusedWhole) {
     // Repacked by another program it is still one.
     archive("repacked.gmp", "[o.writestr(n, g.read(n), z.ZIP_DEFLATED) for n in reversed(g.namelist())]");
     EXPECT_EQ(refusal(folder() / "repacked.gmp"), "opened");
+    // A small file whose second picture is 700 MB of zeros once it is unpacked.
+    archive("zeros.gmp",
+            "[o.writestr(n, g.read(n)) for n in g.namelist() if n!='0002.png']\ni=z.ZipInfo('0002.png')\n"
+            "i.compress_type=z.ZIP_DEFLATED\nw=o.open(i,'w')\n[w.write(bytes(1<<20)) for k in range(700)]\nw.close()");
+    EXPECT_THAT(refusal(folder() / "zeros.gmp"), HasSubstr("holds a picture that is too large"));
+}
+
+TEST_F(Project, KeepsItsLimits) {
+    make(3);
+    const std::vector<CaptureDocument*> documents = all();
+    const std::vector<const CaptureDocument*> captures(documents.begin(), documents.end());
+    const CaptureEncoder encode = [this](const CaptureDocument& capture, size_t /*index*/) {
+        return saver_.encode(capture, PictureFormat::Png);
+    };
+    const CaptureDecoder decode = [](std::span<const uint8_t> png, CaptureInfo info) {
+        return CaptureDocument::create(readPicture(png).take(), std::move(info));
+    };
+    std::vector<CaptureInfo> infos;
+    ProjectLimits exact{0, 0, captures.size(), 0};
+    for (const CaptureDocument* capture : captures) {
+        infos.push_back(capture->info());
+        exact.pictureBytes = std::max<uint64_t>(exact.pictureBytes, encode(*capture, 0)->size());
+    }
+    exact.listBytes = std::max(projectNames(infos).size(), projectPages(infos).size());
+    const fs::path path = folder() / "limits.gmp";
+    ASSERT_TRUE(writeProject(path, captures, encode));
+    exact.fileBytes = fs::file_size(path);
+    EXPECT_TRUE(writeProject(path, captures, encode, exact));
+    EXPECT_TRUE(readProject(path, decode, exact).ok());
+    const std::vector<uint8_t> good = *readFile(path, exact.fileBytes);
+
+    std::vector<ProjectLimits> less(4, exact);
+    --less[0].fileBytes;
+    --less[1].pictureBytes;
+    --less[2].captures;
+    --less[3].listBytes;
+    const char* sentences[] = {"would be larger than", "is too large for a project", "holds at most 2 captures",
+                               "too long for one project"};
+    for (size_t i = 0; i < less.size(); ++i) {
+        EXPECT_THAT(writeProject(path, captures, encode, less[i]).message(), HasSubstr(sentences[i]));
+        EXPECT_FALSE(readProject(path, decode, less[i]).ok()) << sentences[i];
+        EXPECT_EQ(*readFile(path, exact.fileBytes), good) << "the older file stays";
+    }
+    EXPECT_EQ(entriesOf(folder()), 1U);
+
+    // A capture that comes without what makes it editable is told of, and only such a one.
+    bool lacksData = true;
+    EXPECT_TRUE(openCaptures(path, &lacksData).ok());
+    EXPECT_FALSE(lacksData);
+    OptionsHolder().setOn("chkEmbedNativeInfo", false);
+    ASSERT_TRUE(writeProject(path, captures, encode));
+    EXPECT_TRUE(openCaptures(path, &lacksData).ok());
+    EXPECT_TRUE(lacksData);
+}
+
+TEST_F(Project, SixLongPagesOnASeventhStayAnnotations) {
+    captures_.push_back(capture(test::page(1280, 10000, PixelFormat::Bgra32, 9, 1), "long"));
+    for (int32_t i = 0; i < 6; ++i) {
+        TBitmap page = TBitmap::create(1280, 10000, PixelFormat::Bgra32).take();
+        page.fill(page.bounds(), rgb(static_cast<uint8_t>(i), 90, 200));
+        ASSERT_TRUE(captures_[0]->run(std::make_unique<AddAnnotation>(pictureAnnotation({}, std::move(page), {i, i}))));
+    }
+    fs::path path = folder() / "long.gmp";
+    ASSERT_TRUE(saver_.saveProject(all(), path, false));
+    const auto opened = openCaptures(path);
+    ASSERT_TRUE(opened.ok()) << opened.message();
+    EXPECT_EQ((*opened)[0]->annotations().size(), 6U);
 }
 
 }  // namespace
