@@ -22,6 +22,18 @@ int32_t CanvasView::validZoom(int32_t percent) {
     return inRange < 200 ? inRange : inRange / 100 * 100;
 }
 
+int32_t CanvasView::fittingZoom(Fit fit, Size picture, Size room, int32_t bar) {
+    // A length is rounded down on the screen: the largest per cent at which it is not longer than the room.
+    const auto largest = [](int32_t length, int32_t room) {
+        return narrow(((static_cast<int64_t>(std::max(1, room)) + 1) * 100 - 1) / std::max(1, length));
+    };
+    const int32_t across = validZoom(largest(picture.width, room.width));
+    const int32_t down = validZoom(largest(picture.height, room.height));
+    if (fit == Fit::Page) return std::min(across, down);
+    // With a bar beside it, or so small that it needs none.
+    return across <= down ? across : std::max(down, validZoom(largest(picture.width, room.width - bar)));
+}
+
 int32_t CanvasView::scaled(int32_t length) const {
     return narrow(std::max<int64_t>(length > 0 ? 1 : 0, static_cast<int64_t>(length) * zoom_ / 100));
 }
@@ -36,6 +48,26 @@ Point CanvasView::maxScroll() const {
 void CanvasView::scrollTo(Point position) {
     const Point limit = maxScroll();
     scroll_ = {std::clamp(position.x, 0, limit.x), std::clamp(position.y, 0, limit.y)};
+}
+
+Point CanvasView::jumped(Jump jump, int32_t kept) const {
+    const Point last = maxScroll();
+    const int32_t page = std::max(1, window_.height - std::min(kept, window_.height / 2));
+    switch (jump) {
+        case Jump::PageUp:
+            return {scroll_.x, std::max(0, scroll_.y - page)};
+        case Jump::PageDown:
+            return {scroll_.x, std::min(last.y, scroll_.y + page)};
+        case Jump::Top:
+            return {scroll_.x, 0};
+        case Jump::Bottom:
+            return {scroll_.x, last.y};
+        case Jump::TopLeft:
+            return {0, 0};
+        case Jump::BottomRight:
+            return last;
+    }
+    return scroll_;
 }
 
 void CanvasView::setPictureSize(Size picture) {

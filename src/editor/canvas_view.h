@@ -13,6 +13,11 @@ namespace glimmer {
 /// a larger one is scrolled; the scroll position is kept in device pixels and always within the scroll range.
 class CanvasView {
 public:
+    /// What is to be seen at once.
+    enum class Fit : uint8_t { Width, Page };
+    /// A way to go over the page with one key.
+    enum class Jump : uint8_t { PageUp, PageDown, Top, Bottom, TopLeft, BottomRight };
+
     static constexpr int32_t minZoom = 10;   ///< per cent
     static constexpr int32_t maxZoom = 800;  ///< per cent
 
@@ -26,6 +31,9 @@ public:
     void zoomOut(Point anchor);
     [[nodiscard]] int32_t zoom() const { return zoom_; }
     [[nodiscard]] static int32_t validZoom(int32_t percent);
+    /// The largest zoom at which the picture's width, or all of it, is seen in a window of `room` device pixels; a
+    /// scroll bar beside it takes `bar` of them where it is needed. The smallest zoom when none is small enough.
+    [[nodiscard]] static int32_t fittingZoom(Fit fit, Size picture, Size room, int32_t bar);
 
     /// Extent of the whole picture in device pixels.
     [[nodiscard]] Size extent() const;
@@ -33,6 +41,9 @@ public:
     [[nodiscard]] Point maxScroll() const;
     /// Sets the scroll position, brought into its range.
     void scrollTo(Point position);
+    /// The scroll position that a key leads to, in its range. A page is the window's height but for `kept` device
+    /// pixels, which are seen before and after; Top and Bottom stay in their column.
+    [[nodiscard]] Point jumped(Jump jump, int32_t kept) const;
     /// Scrolls by the smallest way that shows `area` (picture coordinates); its top-left corner when it is larger
     /// than the window. Whether anything moved.
     bool scrollIntoView(const Rect& area);

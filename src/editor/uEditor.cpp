@@ -95,7 +95,8 @@ void TEditForm::attach(CaptureDocument& document) {
     observer_ = document.observe([this](const DocumentChange& change) { documentChanged(change); });
 }
 
-void TEditForm::show(CaptureDocument& document) {
+void TEditForm::show(CaptureDocument& document, const CanvasPlace& place) {
+    static_cast<void>(document.background());  // awake, or there is nothing to show
     if (pbScreen_->HasCapture()) pbScreen_->ReleaseMouse();
     finishEditing();
     keepSettings();
@@ -107,17 +108,29 @@ void TEditForm::show(CaptureDocument& document) {
     pointerInside_ = false;
     pastedHere_ = 0;
     attach(document);
+    controller_->setTool(place.tool);
+    view_.setZoom(place.zoom, {});
+    updateScrollBars();  // first, since the bars change the room
+    view_.scrollTo(place.scroll);
     updateScrollBars();
     viewChanged();
     stateChanged();
 }
 
+std::vector<wxWindow*> TEditForm::pickers() const {
+    std::vector<wxWindow*> open;
+    for (wxWindow* child : GetChildren())
+        if (dynamic_cast<PickerWindow*>(child) != nullptr && child->IsShown()) open.push_back(child);
+    return open;
+}
+
 // What they would answer belongs to the capture that goes.
 void TEditForm::closePickers() {
-    std::vector<wxWindow*> pickers;
-    for (wxWindow* child : GetChildren())
-        if (dynamic_cast<PickerWindow*>(child) != nullptr) pickers.push_back(child);
-    for (wxWindow* picker : pickers) picker->Destroy();
+    for (wxWindow* picker : pickers()) picker->Destroy();
+}
+
+bool TEditForm::busy() const {
+    return waits() || controller_->dragging() || pbScreen_->HasCapture() || !pickers().empty();
 }
 
 TEditForm::~TEditForm() {
@@ -276,6 +289,12 @@ void TEditForm::setZoom(int32_t percent, Point anchor) {
 
 void TEditForm::zoomTo(int32_t percent) { setZoom(percent, viewCentre()); }
 
+void TEditForm::zoomToFit(CanvasView::Fit fit) {
+    const wxSize room = scrollBox_->GetSize();  // without any bars
+    const int bar = wxSystemSettings::GetMetric(wxSYS_VSCROLL_X, scrollBox_);
+    setZoom(CanvasView::fittingZoom(fit, view_.picture(), {room.x, room.y}, bar), {});
+}
+
 void TEditForm::zoomIn() {
     CanvasView next = view_;
     next.zoomIn({});
@@ -368,7 +387,10 @@ void TEditForm::finishEditing() {
     if (controller_->mode() == CanvasMode::FreeDrawing) controller_->endDrawing();
 }
 
-void TEditForm::failed(const std::string& message) { showError(message); }
+void TEditForm::failed(const std::string& message) {
+    const Waiting here(*this);
+    showError(message);
+}
 
 TextPainter& TEditForm::textPainter() { return *text_; }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "editor/canvas_controller.h"
+#include "editor/canvas_place.h"
 #include "editor/canvas_surface.h"
 #include "editor/canvas_view.h"
 #include "editor/canvas_window.h"
@@ -39,9 +40,16 @@ public:
     TEditForm(wxWindow* parent, CaptureDocument& document);
     ~TEditForm() override;
 
-    /// Shows another capture from now on, from its top and with the first tool, as a new canvas would. Costs a tenth of
-    /// making one.
-    void show(CaptureDocument& document);
+    /// Shows another capture from now on, at that place. Costs a tenth of making a canvas. Throws std::bad_alloc, with
+    /// nothing changed, when there is no room for the capture's picture.
+    void show(CaptureDocument& document, const CanvasPlace& place = {});
+    /// Where the user is on the capture that is shown.
+    [[nodiscard]] CanvasPlace place() const { return {view_.zoom(), view_.scroll(), controller_->tool()}; }
+    /// Whether code of the canvas waits on the stack for a message, a dialog, a menu or the end of a drag to another
+    /// window: the canvas must outlive that.
+    [[nodiscard]] bool waits() const { return waiting_ > 0; }
+    /// Whether the user is in the middle of something that has to end on this capture: that, a drag, or a picker.
+    [[nodiscard]] bool busy() const;
 
     [[nodiscard]] CaptureDocument& document() { return *document_; }
     [[nodiscard]] CanvasController& controller() { return *controller_; }
@@ -54,6 +62,8 @@ public:
     void zoomIn();
     void zoomOut();
     void zoomTo(int32_t percent);
+    /// Brings the zoom, once, to where the picture's width, or all of it, is seen; the page's top stays in view.
+    void zoomToFit(CanvasView::Fit fit);
     [[nodiscard]] int32_t zoom() const { return view_.zoom(); }
     /// "Add Image": puts the picture on the canvas as an annotation.
     bool insertPicture(TBitmap picture) { return controller_->insertPicture(std::move(picture)); }
@@ -109,7 +119,24 @@ private:
     // Layout and view
     void makeCanvas();
     void attach(CaptureDocument& document);
+    [[nodiscard]] std::vector<wxWindow*> pickers() const;
     void closePickers();
+    template <class Answer>
+    auto forThisCapture(Answer answer);
+
+    /// Stands around a call that comes back when the user has done something.
+    class Waiting {
+    public:
+        explicit Waiting(TEditForm& form) : form_(form) { ++form_.waiting_; }
+        ~Waiting() { --form_.waiting_; }
+        Waiting(const Waiting&) = delete;
+        Waiting& operator=(const Waiting&) = delete;
+        Waiting(Waiting&&) = delete;
+        Waiting& operator=(Waiting&&) = delete;
+
+    private:
+        TEditForm& form_;
+    };
     void complete();
     void placePanels();
     void placeFloatingPanels();
@@ -119,6 +146,7 @@ private:
     void windowResized();
     void updateScrollBars();
     void scrollTo(Point position);
+    bool scrollByKey(int code, Modifiers held);
     void viewChanged();
     void placeFloating();
     void onScroll(wxScrollWinEvent& event);
@@ -162,6 +190,7 @@ private:
     CanvasOverlay shownOverlay_;
     CanvasLook look_;
     int observer_ = 0;
+    int waiting_ = 0;  ///< calls on the stack that wait for the user
     std::function<void()> changed_;
     std::function<void()> pointerMoved_;
     Point pointer_;

@@ -62,6 +62,31 @@ void TEditForm::takeFocus(bool fromBehind) {
         pbScreen_->SetFocus();
 }
 
+/// The keys that go over a long page, as in programs that show pictures and documents.
+bool TEditForm::scrollByKey(int code, Modifiers held) {
+    if (held.shift || held.alt) return false;
+    using Jump = CanvasView::Jump;
+    struct Way {
+        int key;
+        int onPad;
+        Jump plain;
+        std::optional<Jump> withCtrl;
+    };
+    static constexpr Way ways[] = {{WXK_PAGEUP, WXK_NUMPAD_PAGEUP, Jump::PageUp, {}},
+                                   {WXK_PAGEDOWN, WXK_NUMPAD_PAGEDOWN, Jump::PageDown, {}},
+                                   {WXK_HOME, WXK_NUMPAD_HOME, Jump::Top, Jump::TopLeft},
+                                   {WXK_END, WXK_NUMPAD_END, Jump::Bottom, Jump::BottomRight}};
+    for (const Way& way : ways) {
+        if (code != way.key && code != way.onPad) continue;
+        const std::optional<Jump> jump = held.ctrl ? way.withCtrl : way.plain;
+        if (!jump) return false;
+        constexpr int32_t kept = 40;  // two steps of the arrow keys
+        scrollTo(view_.jumped(*jump, kept));
+        return true;
+    }
+    return false;
+}
+
 bool TEditForm::FormKeyDown(wxKeyEvent& event) {
     const wxWindow* focus = FindFocus();
     if (labelEditor_->owns(focus)) {
@@ -92,6 +117,14 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
             case WXK_NUMPAD0:
                 zoomTo(100);
                 return true;
+            case '1':
+            case WXK_NUMPAD1:
+                zoomToFit(CanvasView::Fit::Page);
+                return true;
+            case '2':
+            case WXK_NUMPAD2:
+                zoomToFit(CanvasView::Fit::Width);
+                return true;
             default:
                 break;
         }
@@ -109,10 +142,11 @@ bool TEditForm::FormKeyDown(wxKeyEvent& event) {
         popUpShapeMenu(shape == nullptr ? viewCentre() : Point{place.right, place.bottom});
         return true;
     }
+    const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
+    if (onCanvas && scrollByKey(code, held)) return true;
     const std::optional<Key> key = keyOf(code);
     if (!key) return false;
     // Elsewhere than on the canvas, plain keys belong to the control that has the focus.
-    const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
     const bool command = held.ctrl || held.alt || *key == Key::Insert || *key == Key::Escape;
     // The digits and Del are of no use to a box, a button or a slider that was just clicked; a list looks for what
     // begins with a digit.

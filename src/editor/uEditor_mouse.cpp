@@ -57,6 +57,7 @@ void TEditForm::pbScreenMouseDown(wxMouseEvent& event) {
 void TEditForm::popUpShapeMenu(Point at) {
     const Size window = view_.window();
     const std::unique_ptr<wxMenu> menu = makeShapeMenu();
+    const Waiting here(*this);  // what is chosen comes after the menu has gone
     pbScreen_->PopupMenu(menu.get(), std::clamp(at.x, 0, window.width), std::clamp(at.y, 0, window.height));
 }
 
@@ -76,12 +77,14 @@ bool TEditForm::carryAway(Point at) {
     const TBBShape copy = *shape;
     document_->selectAnnotation(copy.id());
     stateChanged();
+    const Waiting here(*this);
     dragAnnotation(pbScreen_, copy);
     return true;
 }
 
 std::optional<Point> TEditForm::pointerPosition() const {
-    const bool over = pointerInside_ && document_->background().bounds().contains(pointer_);
+    const bool over =
+        pointerInside_ && Rect{0, 0, document_->size().width, document_->size().height}.contains(pointer_);
     return over ? std::optional(pointer_) : std::nullopt;
 }
 

@@ -4,6 +4,8 @@
 #include <wx/msw/wrapwin.h>
 #include <wx/region.h>
 
+#include <new>
+
 #include "editor/uEditor.h"
 
 namespace glimmer {
@@ -22,9 +24,14 @@ void TEditForm::paintCanvas() {
     for (wxRegionIterator piece(pbScreen_->GetUpdateRegion()); piece.HaveRects(); ++piece) {
         const Rect area = fromWx(piece.GetRect()).intersected({0, 0, size.x, size.y});
         if (area.empty()) continue;
-        // Without memory for the working copy the canvas stays as it is; commands will say what is wrong.
-        if (!working_->refresh(view_.toPicture(area))) return;
-        paintView(surface_.bitmap(), area, view_, working_->bitmap(), shownOverlay_, look_);
+        // Without memory the canvas stays as it is; commands will say what is wrong. A message from here would come
+        // again with each part of the window that it uncovers.
+        try {
+            if (!working_->refresh(view_.toPicture(area))) return;
+            paintView(surface_.bitmap(), area, view_, working_->bitmap(), shownOverlay_, look_);
+        } catch (const std::bad_alloc&) {
+            return;
+        }
         surface_.copyTo(dc.GetHDC(), area);
     }
 }

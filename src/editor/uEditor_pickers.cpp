@@ -1,6 +1,7 @@
 // Pickers and menus: what swatches, labels and the menu's dialogs change.
 
 #include <wx/menu.h>
+#include <wx/weakref.h>
 
 #include <map>
 
@@ -15,6 +16,14 @@
 
 namespace glimmer {
 
+/// An answer that comes later is for the capture that it was asked for, or for nobody.
+template <class Answer>
+auto TEditForm::forThisCapture(Answer answer) {
+    return [form = wxWeakRef<TEditForm>(this), document = document_, answer = std::move(answer)](const auto& given) {
+        if (form && form->document_ == document) answer(given);
+    };
+}
+
 void TEditForm::pickColour(Colour initial, std::function<void(Colour)> picked) {
     wxWindow* owner = FindWindow("pnlSelectionIcons");
     pickColourAt(owner != nullptr && owner->IsShownOnScreen() ? *owner : *pbScreen_, initial, std::move(picked));
@@ -24,11 +33,11 @@ void TEditForm::pickColourAt(wxWindow& owner, Colour initial, std::function<void
     // Beside a small control; in the corner of a large one.
     wxRect at = owner.GetScreenRect();
     if (at.height > FromDIP(60)) at = wxRect(at.GetTopLeft(), wxSize(at.width, FromDIP(24)));
-    openColourPicker(this, at, initial, [this, picked = std::move(picked)](Colour colour) {
-        picked(colour);
-        stateChanged();
-        overlayChanged();
-    });
+    openColourPicker(this, at, initial, forThisCapture([this, picked = std::move(picked)](Colour colour) {
+                         picked(colour);
+                         stateChanged();
+                         overlayChanged();
+                     }));
 }
 
 void TEditForm::imgShapeForegroundMouseDown(const std::string& name, wxWindow& swatch) {
@@ -63,9 +72,8 @@ void TEditForm::lblStyleClick() {
     wxWindow* owner = panels_->FindWindow("pnlStyle");
     const bool withVisibility = OptionsHolder().on("chkRememberVisibility");
     StyleActions actions;
-    actions.picked = [this, withVisibility](const TShapeStyle& style) {
-        controller_->applyStyle(style, withVisibility);
-    };
+    actions.picked = forThisCapture(
+        [this, withVisibility](const TShapeStyle& style) { controller_->applyStyle(style, withVisibility); });
     actions.current = [this] { return controller_->shownSettings(); };
     openStylePicker(this, owner->GetScreenRect(), controller_->shownSettings().name, std::move(actions));
 }
@@ -73,14 +81,15 @@ void TEditForm::lblStyleClick() {
 void TEditForm::lblFontNameClick() {
     panels_->fill();
     openFontPicker(this, panels_->FindWindow("lblFontName")->GetScreenRect(),
-                   controller_->shownSettings().text.fontName, [this](const std::string& face) {
+                   controller_->shownSettings().text.fontName, forThisCapture([this](const std::string& face) {
                        controller_->changeSettings([&](TShapeStyle& style) { style.text.fontName = face; });
-                   });
+                   }));
 }
 
 void TEditForm::mnuNumberSetClick() {
     if (document_->annotations().empty()) return;
     finishEditing();
+    const Waiting here(*this);
     const auto numbers = askForNumbers(wxGetTopLevelParent(this), document_->annotations(), document_->selectedId());
     if (!numbers.empty()) controller_->setNumbers(numbers);
     pbScreen_->SetFocus();

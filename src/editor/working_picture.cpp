@@ -29,16 +29,18 @@ void copyOpaque(const uint8_t* from, uint8_t* to, int32_t left, int32_t right, i
     }
 }
 
+Rect whole(Size size) { return {0, 0, size.width, size.height}; }
+
 }  // namespace
 
 void WorkingPicture::invalidate(const Rect& area) {
-    const Rect part = area.intersected(document_.background().bounds());
+    const Rect part = area.intersected(whole(document_.size()));
     if (!part.empty()) dirty_ = dirty_.united(Region::rectangle(part));
 }
 
 void WorkingPicture::invalidateAll() {
     if (bitmap_.size() != document_.size()) bitmap_ = TBitmap();
-    dirty_ = Region::rectangle(document_.background().bounds());
+    dirty_ = Region::rectangle(whole(document_.size()));
 }
 
 Status WorkingPicture::refresh(const Rect& area) {

@@ -2,6 +2,7 @@
 
 #include "common/boundary.h"
 #include "common/host_kind.h"
+#include "common/inside_modal.h"
 #include "host/chrome_fg_wnd_patch.h"
 #include "host/toolkit.h"
 #include "host/uProgram.h"

@@ -11,20 +11,18 @@
 #include <wx/dialog.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
-#include <wx/modalhook.h>
 #include <wx/msw/private.h>
 // clang-format off
 #include <windows.h>
 // clang-format on
 
 #include <array>
-#include <memory>
-#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "common/boundary.h"
+#include "common/inside_modal.h"
 #include "common/library_module.h"
 #include "common/modal_scope.h"
 #include "settings/message_box.h"
@@ -44,38 +42,6 @@ bool idleWanted = false;
 bool terminated = false;
 std::function<bool()> cancelAttempt;
 SessionEnd sessionEnd;
-
-/// Knows the toolkit's modal dialogs that are open. Those of the system that it only wraps have no window before they
-/// are shown, and are watched for it.
-class ModalDialogs : public wxModalDialogHook {
-public:
-    [[nodiscard]] bool any() const { return !open_.empty(); }
-    /// The host's end was asked for while a dialog's loop was the one that heard of it.
-    void quitReceived(int code) {
-        if (any()) quitCode_ = code;
-    }
-
-protected:
-    int Enter(wxDialog* dialog) override {
-        open_.push_back(dialog->GetHWND() == nullptr ? std::make_unique<ModalScope>() : nullptr);
-        return wxID_NONE;
-    }
-    void Exit(wxDialog* /*dialog*/) override {
-        open_.pop_back();
-        // The loop around this one has to hear of it too, up to the host's own.
-        if (quitCode_) PostQuitMessage(*quitCode_);
-        quitCode_.reset();
-    }
-
-private:
-    std::vector<std::unique_ptr<ModalScope>> open_;
-    std::optional<int> quitCode_;
-};
-
-ModalDialogs& modalDialogs() {
-    static ModalDialogs dialogs;
-    return dialogs;
-}
 
 void wantIdle() {
     if (idleWanted || idleWindow == nullptr) return;
@@ -115,10 +81,6 @@ LRESULT CALLBACK idleWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
     return 0;
 }
 
-/// Whether a message goes to one of our windows. The root decides: the toolkit's own search would climb from a system
-/// dialog to the window that owns it.
-bool isOurs(HWND window) { return window != nullptr && wxFindWinFromHandle(GetAncestor(window, GA_ROOT)) != nullptr; }
-
 bool isDialog(HWND window) {
     std::array<wchar_t, 16> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
@@ -128,7 +90,7 @@ bool isDialog(HWND window) {
 /// Whether a window is owned, at whatever distance, by one of ours: a dialog of the system that we opened.
 bool ownedByUs(HWND window) {
     for (HWND owner = GetWindow(window, GW_OWNER); owner != nullptr; owner = GetWindow(owner, GW_OWNER))
-        if (isOurs(owner)) return true;
+        if (isOurWindow(owner)) return true;
     return false;
 }
 
@@ -152,22 +114,12 @@ void cancelSystemDialog(HWND dialog) {
     PostMessageW(dialog, WM_CLOSE, 0, 0);
 }
 
-/// What the thread does inside the system: a menu is open or a window is being moved, and it is one of ours.
-bool insideSystemLoop() {
-    GUITHREADINFO state{};
-    state.cbSize = sizeof state;
-    if (GetGUIThreadInfo(GetCurrentThreadId(), &state) == FALSE) return false;
-    constexpr DWORD menu = GUI_INMENUMODE | GUI_POPUPMENUMODE | GUI_SYSTEMMENUMODE;
-    if ((state.flags & menu) != 0) return isOurs(state.hwndMenuOwner);
-    return (state.flags & GUI_INMOVESIZE) != 0 && isOurs(state.hwndMoveSize);
-}
-
 LRESULT CALLBACK hookProc(int code, WPARAM removed, LPARAM lParam) {
     auto* message = reinterpret_cast<MSG*>(lParam);
     const bool taken = code == HC_ACTION && removed == PM_REMOVE;
-    if (taken && message->message == WM_QUIT) modalDialogs().quitReceived(static_cast<int>(message->wParam));
+    if (taken && message->message == WM_QUIT) passQuitOn(static_cast<int>(message->wParam));
     const bool mayAct = taken && wxEventLoopBase::GetActive() == nullptr;
-    if (mayAct && isOurs(message->hwnd)) {
+    if (mayAct && isOurWindow(message->hwnd)) {
         wantIdle();
         if (message->message >= WM_KEYFIRST && message->message <= WM_KEYLAST) {
             guarded([message] {
@@ -228,7 +180,7 @@ bool start() {
     const auto instance = static_cast<HINSTANCE>(libraryModule());
     wxApp::SetInitializerFunction(makeApp);
     wxDisableAsserts();
-    modalDialogs().Register();
+    watchModalDialogs();
     if (!wxEntryStart(instance, nullptr, nullptr, SW_SHOWNORMAL) || !wxTheApp->CallOnInit()) return false;
 
     // Unloading a library with a running toolkit brings the process down at its end.
@@ -267,8 +219,6 @@ void runMessageLoop() {
 }
 
 bool applicationTerminates() { return terminated; }
-
-bool insideModal() { return ModalScope::any() || modalDialogs().any() || (wxTheApp != nullptr && insideSystemLoop()); }
 
 void cancelModals() {
     std::vector<void*> systemDialogs = ModalScope::windows();

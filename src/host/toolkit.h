@@ -25,9 +25,6 @@ void setSessionEnd(SessionEnd action);
 /// Carries out what was put off to a quiet moment: destroys windows that were closed, handles posted events.
 void runDeferredWork();
 
-/// Whether a dialog or a menu of ours is open, or a window of ours is being moved. Code of ours then waits on the stack
-/// for it to end, although messages (and so the host's calls) come through.
-bool insideModal();
 /// Answers all dialogs as by closing them and closes menus. What stands behind them has yet to come back when this
 /// returns.
 void cancelModals();

@@ -6,8 +6,10 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 
 #include "common/host_kind.h"
+#include "common/inside_modal.h"
 #include "common/text.h"
 #include "common/wx_text.h"
 #include "editor/commands/set_info.h"
@@ -32,6 +34,34 @@ constexpr std::chrono::milliseconds thumbnailBudget{12};
 /// A capture that changes is left in peace, and its drag has the processor for itself.
 constexpr std::chrono::milliseconds thumbnailRest{400};
 constexpr size_t longestName = 200;
+
+std::string notEnoughMemory(const CaptureDocument& document) {
+    return "There is not enough memory to show \"" + document.info().name + "\".";
+}
+
+const char* buttonOf(EditTool tool) {
+    switch (tool) {
+        case EditTool::Pointer:
+            return "btnPointer";
+        case EditTool::WindowSelector:
+            return "btnWndSelector";
+        case EditTool::TextShapeRectangle:
+        case EditTool::TextShapeEllipse:
+        case EditTool::TextShapePolygon:
+            return "btnTextShape";
+        case EditTool::TextPen:
+            return "btnTextPen";
+        case EditTool::TextLine:
+            return "btnTextLine";
+        case EditTool::Text:
+            return "btnText";
+        case EditTool::RectHighlight:
+            return "btnRectHightlight";
+        case EditTool::Line:
+            return "btnLine";
+    }
+    return "btnPointer";
+}
 
 Colour systemColour(wxSystemColour which) {
     const wxColour colour = wxSystemSettings::GetColour(which);
@@ -90,9 +120,47 @@ TMainEditor::Documents TMainEditor::selectedEditors() const {
     return chosen;
 }
 
+/// Below whatever waits for the user, nothing is replaced: its answer is for the capture that it was asked for.
+bool TMainEditor::mayChangeCanvas() const {
+    return canvas_ == nullptr || (opening_ == 0 && commandsRunning_ == 0 && !canvas_->busy() && !insideModal());
+}
+
 void TMainEditor::show(size_t place) {
     CaptureDocument& document = *documents_.at(place).document;
+    due_ = nullptr;
     if (&document == current_ && canvas_ != nullptr) return;
+    if (!mayChangeCanvas()) {
+        due_ = &document;
+        return;
+    }
+    if (putOnCanvas(document)) return;
+    putBack();
+    if (opening_ == 0)
+        showError(notEnoughMemory(document));
+    else
+        due_ = &document;  // once more, and said then, when all files are open
+}
+
+/// At a quiet moment: what had to wait for one.
+void TMainEditor::showDue() {
+    if (due_ != nullptr && mayChangeCanvas()) show(placeOf(*due_));
+}
+
+/// False, with nothing changed, when there is no room for the capture's picture.
+bool TMainEditor::putOnCanvas(CaptureDocument& document) {
+    const auto awake = [&document] {
+        try {
+            static_cast<void>(document.background());
+            return true;
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+    };
+    parkOthers(&document);
+    if (!awake()) {
+        // The room that the one before takes may be what is missing.
+        if (current_ == nullptr || !current_->park() || !awake()) return false;
+    }
     if (canvas_ == nullptr) {
         canvas_ = new TEditForm(canvasHost_, document);
         canvas_->onChanged([this] { stateStale_ = true; });
@@ -100,10 +168,20 @@ void TMainEditor::show(size_t place) {
         canvasHost_->GetSizer()->Add(canvas_, 1, wxEXPAND);
         canvasHost_->Layout();
     } else {
-        canvas_->show(document);
+        documents_[placeOf(*current_)].place = canvas_->place();
+        canvas_->show(document, documents_[placeOf(document)].place);
     }
     current_ = &document;
+    if (&document == due_) due_ = nullptr;
+    followTool();
     parkOthers();
+    stateStale_ = true;
+    return true;
+}
+
+/// The list shows again what is on the canvas.
+void TMainEditor::putBack() {
+    if (current_ != nullptr) list_->setCurrent(placeOf(*current_), true);
     stateStale_ = true;
 }
 
@@ -115,20 +193,23 @@ void TMainEditor::unshow() {
     }
     canvas_ = nullptr;
     current_ = nullptr;
+    due_ = nullptr;
 }
 
 /// The capture behind these places, or the one before them, or none, comes on the canvas before they go.
 void TMainEditor::showInsteadOf(const std::vector<size_t>& places) {
     const auto stays = [&places](size_t place) { return !std::binary_search(places.begin(), places.end(), place); };
     for (size_t place = places.front(); place < documents_.size(); ++place)
-        if (stays(place)) return show(place);
-    if (places.front() > 0) return show(places.front() - 1);
+        if (stays(place) && putOnCanvas(*documents_[place].document)) return;
+    for (size_t place = places.front(); place-- > 0;)
+        if (putOnCanvas(*documents_[place].document)) return;
     unshow();
 }
 
-void TMainEditor::parkOthers() {
+/// All but the one on the canvas, and that one, give up their addresses.
+void TMainEditor::parkOthers(const CaptureDocument* also) {
     for (const Entry& entry : documents_)
-        if (entry.document.get() != current_) entry.document->park();
+        if (entry.document.get() != current_ && entry.document.get() != also) entry.document->park();
 }
 
 void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
@@ -136,8 +217,14 @@ void TMainEditor::removePlaces(std::vector<size_t> places, bool kept) {
     std::sort(places.begin(), places.end());
     places.erase(std::unique(places.begin(), places.end()), places.end());
     thumbnailInWork_.reset();
-    const bool currentGoes =
-        current_ != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*current_));
+    const auto goes = [this, &places](const CaptureDocument* document) {
+        return document != nullptr && std::binary_search(places.begin(), places.end(), placeOf(*document));
+    };
+    if (goes(due_)) {
+        due_ = nullptr;
+        if (!goes(current_)) putBack();
+    }
+    const bool currentGoes = goes(current_);
     if (currentGoes) showInsteadOf(places);
     for (auto place = places.rbegin(); place != places.rend(); ++place) {
         CaptureDocument& document = *documents_[*place].document;
@@ -161,6 +248,8 @@ void TMainEditor::deleteCaptures(std::vector<size_t> places) {
     const auto unsaved = std::count_if(places.begin(), places.end(),
                                        [this](size_t place) { return documents_[place].document->modified(); });
     Message question;
+    Documents doomed;
+    for (const size_t place : places) doomed.push_back(documents_[place].document.get());
     question.caption = "Delete captures";
     question.icon = MessageIcon::Question;
     question.buttons = MessageButtons::YesNo;
@@ -177,6 +266,11 @@ void TMainEditor::deleteCaptures(std::vector<size_t> places) {
         question.text.append("\n").append(std::to_string(unsaved)).append(" of them have changes that are not saved.");
     }
     if (showRemembered("cmbDeleteCaptures", question) != MessageAnswer::Yes) return;
+    // The session may have ended while the question was on the screen.
+    places.clear();
+    for (size_t place = 0; place < documents_.size(); ++place)
+        if (std::find(doomed.begin(), doomed.end(), documents_[place].document.get()) != doomed.end())
+            places.push_back(place);
     removePlaces(std::move(places));
 }
 
@@ -305,7 +399,7 @@ void TMainEditor::updateThumbnails() {
 void TMainEditor::refreshState() {
     stateStale_ = false;
     toolbar_->update([this](CommandNeeds needs) { return available(needs); });
-    if (current_ != nullptr && canvas_ != nullptr && canvas_->tool() == EditTool::Pointer) toolButton_ = "btnPointer";
+    followTool();
     if (ToolButton* tool = toolbar_->button(toolButton_)) tool->setDown(current_ != nullptr);
     labels_->enableAll(current_ != nullptr);
     const std::string product = productName();
@@ -350,6 +444,13 @@ void TMainEditor::updateStatus() {
     }
     for (int i = 0; i < 5; ++i)
         if (GetStatusBar()->GetStatusText(i) != fields[i]) SetStatusText(fields[i], i);
+}
+
+/// The button of the canvas's tool is the pressed one, and the shape button stands for that tool if it is one of its.
+void TMainEditor::followTool() {
+    if (canvas_ == nullptr) return;
+    toolButton_ = buttonOf(canvas_->tool());
+    if (std::string_view(toolButton_) == "btnTextShape") markShapeTool(canvas_->tool());
 }
 
 void TMainEditor::openDropped(const std::vector<std::string>& paths) {

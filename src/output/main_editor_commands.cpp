@@ -39,6 +39,7 @@ constexpr const char* pictureFilter =
 constexpr uint64_t longestPictureFile = 512ULL * 1024 * 1024;
 /// More names than this would not fit on a message box.
 constexpr size_t mostNames = 10;
+constexpr const char* notEnoughMemory = "There is not enough memory for this.";
 
 bool isProject(const std::string& path) { return upperAscii(utf8FromPath(pathFromUtf8(path).extension())) == ".GMP"; }
 
@@ -55,7 +56,7 @@ Opened openedOrWhyNot(const std::string& path, bool* lacksData) {
     try {
         return openCaptures(pathFromUtf8(path), lacksData);
     } catch (const std::bad_alloc&) {
-        return Failure{"There is not enough memory for this."};
+        return Failure{notEnoughMemory};
     }
 }
 
@@ -81,23 +82,32 @@ bool TMainEditor::openFile(const std::string& path) { return openFiles({path}); 
 
 // What cannot be opened is told at the end, in one message.
 bool TMainEditor::openFiles(const std::vector<std::string>& paths) {
-    size_t added = 0;
+    const size_t before = documents_.size();
     bool someLackData = false;
     std::vector<std::string> failures;
-    for (const std::string& path : paths) {
-        bool lacksData = false;
-        Opened opened = openedOrWhyNot(path, &lacksData);
-        someLackData = someLackData || lacksData;
-        if (!opened) {
-            failures.push_back(namingFile(opened.message(), path));
-            continue;
+    {
+        ++opening_;
+        const std::shared_ptr<void> all(nullptr, [this](void*) { --opening_; });
+        for (const std::string& path : paths) {
+            bool lacksData = false;
+            Opened opened = openedOrWhyNot(path, &lacksData);
+            someLackData = someLackData || lacksData;
+            if (!opened) {
+                failures.push_back(namingFile(opened.message(), path));
+                continue;
+            }
+            // A project that is opened into an empty window is the one that "Save" goes on with.
+            const bool whole = documents_.empty() && isProject(path);
+            try {
+                for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
+                if (whole) projectPath_ = path;
+            } catch (const std::bad_alloc&) {
+                failures.push_back(namingFile(notEnoughMemory, path));
+            }
         }
-        // A project that is opened into an empty window is the one that "Save" goes on with.
-        const bool whole = documents_.empty() && isProject(path);
-        for (std::unique_ptr<CaptureDocument>& document : *opened) addEditor(std::move(document));
-        if (whole) projectPath_ = path;
-        added += opened->size();
     }
+    showDue();
+    const size_t added = documents_.size() - before;
     std::string text;
     for (size_t i = 0; i < std::min(failures.size(), mostNames); ++i)
         text.append(text.empty() ? "" : "\n").append(failures[i]);
@@ -250,7 +260,7 @@ void TMainEditor::btnFirefoxClick() {
     if (commands_.hidden) commands_.hidden();
 }
 
-void TMainEditor::btnExitClick() { closeSession(); }
+void TMainEditor::btnExitClick() { leave(false); }
 
 bool TMainEditor::confirmUnsaved(const Documents& documents) {
     std::string names;
@@ -282,7 +292,12 @@ bool TMainEditor::confirmUnsaved(const Documents& documents) {
     return answer == MessageAnswer::No || saveProject(projectPath_.empty());
 }
 
-bool TMainEditor::closeSession() { return leave(false); }
+bool TMainEditor::closeSession() {
+    // The icon's menu stays in reach while a command's dialog waits for an answer about its captures.
+    if (commandsRunning_ == 0) return leave(false);
+    bringForward();
+    return false;
+}
 
 /// What a question about leaving was about: a capture that is new or unsaved after it was not in it.
 class TMainEditor::Asked {
@@ -328,6 +343,11 @@ bool TMainEditor::confirmLeaving(bool confirmed) {
 bool TMainEditor::leave(bool confirmed) {
     // The icon's menu stays in reach while the question is up.
     if (leaving_) return false;
+    // What waits for the user, below here, has yet to do with its captures and its canvas.
+    if (commandsRunning_ > 1 || (canvas_ != nullptr && canvas_->waits())) {
+        bringForward();
+        return false;
+    }
     leaving_ = true;
     const std::shared_ptr<void> afterwards(nullptr, [this](void*) { leaving_ = false; });
     if (!confirmLeaving(confirmed)) return false;

@@ -17,6 +17,7 @@
 #include "common/contrast.h"
 #include "common/icons.h"
 #include "editor/edit_tool.h"
+#include "editor/uEditor.h"
 #include "output/capture_list.h"
 #include "output/main_toolbar.h"
 #include "output/selection_panel.h"
@@ -30,6 +31,7 @@ namespace {
 // Device-independent pixels.
 constexpr int narrowestLeftPanel = 120;
 constexpr int widestLeftPanel = 2000;
+constexpr int zoomField = 4;        ///< of the status bar
 constexpr int statusBarMargin = 6;  ///< around its text, above and below together
 
 }  // namespace
@@ -89,10 +91,42 @@ void TMainEditor::layOut() {
 }
 
 void TMainEditor::makeStatusBar() {
-    CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
+    wxStatusBar* const status =
+        CreateStatusBar(5, wxSTB_SIZEGRIP | wxSTB_SHOW_TIPS | wxSTB_ELLIPSIZE_END, wxID_ANY, "barStatus");
     setStatusWidths();
     SetStatusBarPane(-1);  // menus have no help to show there
     GetSizer()->Remove(static_cast<int>(GetSizer()->GetItemCount()) - 1);
+    const auto onZoom = [this, status](const wxMouseEvent& event) {
+        wxRect field;
+        return canvas_ != nullptr && status->GetFieldRect(zoomField, field) && field.Contains(event.GetPosition());
+    };
+    status->Bind(wxEVT_MOTION, [status, onZoom](wxMouseEvent& event) {
+        status->SetCursor(onZoom(event) ? wxCursor(wxCURSOR_HAND) : wxNullCursor);
+        event.Skip();
+    });
+    status->Bind(wxEVT_LEFT_UP, [this, onZoom](wxMouseEvent& event) {
+        event.Skip();
+        if (onZoom(event)) showZoomMenu(event.GetPosition());
+    });
+}
+
+/// The zooms to choose from, at a place of the status bar.
+void TMainEditor::showZoomMenu(const wxPoint& at) {
+    if (canvas_ == nullptr) return;
+    wxMenu menu;
+    for (const int percent : {25, 50, 75, 100, 150, 200, 300, 400})
+        menu.AppendCheckItem(percent, wxString::Format("%d %%", percent))->Check(percent == canvas_->zoom());
+    menu.AppendSeparator();
+    const wxMenuItem* const width = menu.Append(wxID_ANY, "Fit width\tCtrl+2");
+    const wxMenuItem* const page = menu.Append(wxID_ANY, "Fit page\tCtrl+1");
+    const int chosen = GetStatusBar()->GetPopupMenuSelectionFromUser(menu, at);
+    if (chosen == wxID_NONE || canvas_ == nullptr) return;
+    if (chosen == width->GetId())
+        canvas_->zoomToFit(CanvasView::Fit::Width);
+    else if (chosen == page->GetId())
+        canvas_->zoomToFit(CanvasView::Fit::Page);
+    else
+        canvas_->zoomTo(chosen);
 }
 
 void TMainEditor::setStatusWidths() {
@@ -183,6 +217,16 @@ void TMainEditor::addShapeMenu() {
             item->GetId());
     }
     button->setMenu(std::move(menu));
+}
+
+/// The shape button stands for that tool, and its menu says so.
+void TMainEditor::markShapeTool(EditTool tool) {
+    shapeTool_ = tool;
+    const ToolButton* button = toolbar_->button("btnTextShape");
+    if (button == nullptr || button->menu() == nullptr) return;
+    const int at = static_cast<int>(tool) - static_cast<int>(EditTool::TextShapeRectangle);
+    wxMenuItem* item = button->menu()->FindItemByPosition(static_cast<size_t>(at));
+    if (item != nullptr && !item->IsChecked()) item->Check();
 }
 
 }  // namespace glimmer

@@ -15,6 +15,7 @@
 
 #include "common/foreground.h"
 #include "common/host_kind.h"
+#include "common/inside_modal.h"
 #include "common/modal_scope.h"
 #include "editor/clipboard_window.h"
 #include "editor/document.h"
@@ -82,6 +83,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         coloursChanged();
     });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        showDue();
         updateThumbnails();
         if (!IsShown()) tmrUpdateThumbnails_.Stop();
     });
@@ -91,6 +93,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         complete();
+        showDue();
         if (stateStale_) refreshState();
         if (mayTellOfMissingData()) CallAfter([this] { tellOfMissingData(); });
         event.Skip();
@@ -100,6 +103,7 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
         if (toolbar_->filled()) applyOptions();
     });
+    watchModalDialogs();
     startKeeping(std::move(recovery));
     pictureClipboard() = {[](const TBitmap& picture) { return copyPictureToClipboard(picture); }, pictureFromClipboard,
                           clipboardHasPicture};
@@ -177,8 +181,10 @@ void TMainEditor::run(const MainCommand& command) {
 void TMainEditor::execute(const MainCommand& command) {
     ++commandsRunning_;
     const DisplayState before = std::exchange(displayState_, DisplayState::Held);
-    // A step back or forth is one within what is being drawn.
-    if (canvas_ != nullptr && command.group != CommandGroup::History) canvas_->finishEditing();
+    // A step back or forth is one within what is being drawn. A host's command on a capture that is still to be shown
+    // has nothing to do with what the user does meanwhile.
+    if (canvas_ != nullptr && due_ == nullptr && !canvas_->waits() && command.group != CommandGroup::History)
+        canvas_->finishEditing();
     try {
         (this->*command.handler)();
     } catch (const std::bad_alloc&) {
@@ -192,6 +198,7 @@ void TMainEditor::execute(const MainCommand& command) {
         finishClosing();
         return;
     }
+    showDue();
     parkOthers();
     stateStale_ = true;
 }
@@ -253,6 +260,7 @@ void TMainEditor::applyDisplayState() {
 
 void TMainEditor::showRoutine() {
     displayState_ = DisplayState::Shown;
+    showDue();
     refreshState();
     Show();
     if (canvas_ != nullptr) canvas_->paintNow();  // before all else: the picture is what the user waits for

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "common/bitmap.h"
+#include "editor/canvas_place.h"
 #include "editor/recovery.h"
 #include "output/main_commands.h"
 #include "output/output_folders.h"
@@ -29,7 +30,6 @@ class OptionsListener;
 class RecoveryKeeper;
 class TextPainter;
 class ThumbInWork;
-enum class EditTool : uint8_t;
 
 /// How the main editor window stands towards the user.
 enum class DisplayState : uint8_t {
@@ -49,10 +49,12 @@ public:
     explicit TMainEditor(std::filesystem::path recovery = recoveryFolder());
     ~TMainEditor() override;
 
-    /// Takes a capture into the list, makes it the current and only selected one and answers it.
+    /// Takes a capture into the list, makes it the only selected one, shows it and answers it. While the user is in the
+    /// middle of something (a dialog, a menu, a drag) it comes on the canvas when that has ended; commands act on what
+    /// is selected all the same.
     CaptureDocument& addEditor(std::unique_ptr<CaptureDocument> document);
     [[nodiscard]] size_t editorCount() const { return documents_.size(); }
-    [[nodiscard]] CaptureDocument* currentEditor() const { return current_; }  ///< nothing while the list is empty
+    [[nodiscard]] CaptureDocument* currentEditor() const { return current_; }  ///< on the canvas, or nothing
     [[nodiscard]] Documents allEditors() const;                                ///< in list order
     [[nodiscard]] Documents selectedEditors() const;                           ///< in list order
     [[nodiscard]] TEditForm* canvas() const { return canvas_; }                ///< of the current capture
@@ -137,6 +139,7 @@ private:
     void complete();
     void applyOptions();
     void showLeftPanel(bool show);
+    void showZoomMenu(const wxPoint& at);
 
     // Keys, place, state (uMainEditor.cpp)
     void bindKeys();
@@ -154,6 +157,12 @@ private:
     // The list of captures (main_editor_captures.cpp)
     [[nodiscard]] size_t placeOf(const CaptureDocument& document) const;
     void show(size_t place);
+    void showDue();
+    [[nodiscard]] bool mayChangeCanvas() const;
+    bool putOnCanvas(CaptureDocument& document);
+    void putBack();
+    void followTool();
+    void markShapeTool(EditTool tool);
     void unshow();
     void showInsteadOf(const std::vector<size_t>& places);
     CaptureDocument& addDocument(std::unique_ptr<CaptureDocument> document,
@@ -168,7 +177,7 @@ private:
     void updateThumbnails();
     bool beginThumbnail();
     void endThumbnail();
-    void parkOthers();
+    void parkOthers(const CaptureDocument* also = nullptr);
     void refreshState();
     void updateStatus();
     [[nodiscard]] wxString toolInHand() const;
@@ -198,12 +207,14 @@ private:
         int observer = 0;
         bool thumbnailStale = true;
         std::chrono::steady_clock::time_point changedAt{};
+        CanvasPlace place;  ///< where the user was when it was on the canvas last
     };
     std::vector<Entry> documents_;
     std::unique_ptr<RecoveryKeeper> recovery_;
     wxTimer tmrRecovery_;
     bool recoveredOffered_ = false;
     CaptureDocument* current_ = nullptr;
+    CaptureDocument* due_ = nullptr;  ///< comes on the canvas as soon as nothing stands on that any more
     TEditForm* canvas_ = nullptr;
     DisplayState displayState_ = DisplayState::Shown;
     std::string projectPath_;      ///< of the project that "Save" goes on with; empty: there is none
@@ -212,6 +223,7 @@ private:
     const char* toolButton_ = "btnPointer";
     EditTool shapeTool_;  ///< what the shape button's menu chose last
     bool stateStale_ = true;
+    int opening_ = 0;              ///< files are being opened: the last one is shown, in the end
     int commandsRunning_ = 0;      ///< the window is not closed below a command; a host's may run inside another one
     bool leaving_ = false;         ///< the question about leaving is on the screen
     bool closing_ = false;         ///< it is closed when the last one ends

@@ -84,5 +84,45 @@ TEST(CanvasView, scrollsNoFartherThanThePictureAndOnlyAsFarAsNeeded) {
     EXPECT_EQ(view.visible(), (Rect{0, 0, 1000, 200}));
 }
 
+// The largest zoom at which all is seen that is to be seen.
+TEST(CanvasView, fitsThePageOrItsWidth) {
+    constexpr int32_t bar = 17;
+    const Size room{800, 600};
+    for (const Size picture : {Size{800, 600}, Size{800, 601}, Size{1280, 10000}, Size{4000, 300}, Size{333, 777},
+                               Size{16, 16}, Size{100000, 50}, Size{1, 100000}}) {
+        for (const CanvasView::Fit fit : {CanvasView::Fit::Width, CanvasView::Fit::Page}) {
+            SCOPED_TRACE(testing::Message()
+                         << picture.width << " x " << picture.height << " " << static_cast<int>(fit));
+            const int32_t zoom = CanvasView::fittingZoom(fit, picture, room, bar);
+            const auto fits = [&](int32_t percent) {
+                const Size all = viewOf(picture, room, percent).extent();
+                const int32_t width = all.height > room.height ? room.width - bar : room.width;
+                return fit == CanvasView::Fit::Page ? all.width <= room.width && all.height <= room.height
+                                                    : all.width <= width;
+            };
+            EXPECT_TRUE(fits(zoom) || zoom == CanvasView::minZoom);
+            const int32_t next = zoom < 200 ? zoom + 1 : zoom + 100;
+            EXPECT_TRUE(zoom == CanvasView::maxZoom || !fits(next));
+        }
+    }
+}
+
+TEST(CanvasView, jumpsOverThePage) {
+    using Jump = CanvasView::Jump;
+    const struct {
+        Jump jump;
+        Point from, to;
+    } cases[] = {{Jump::PageDown, {7, 0}, {7, 260}}, {Jump::PageDown, {7, 1600}, {7, 1700}},
+                 {Jump::PageUp, {7, 300}, {7, 40}},  {Jump::PageUp, {7, 100}, {7, 0}},
+                 {Jump::Top, {7, 900}, {7, 0}},      {Jump::Bottom, {7, 900}, {7, 1700}},
+                 {Jump::TopLeft, {7, 900}, {0, 0}},  {Jump::BottomRight, {7, 900}, {600, 1700}}};
+    for (const auto& c : cases) {
+        CanvasView view = viewOf({1000, 2000}, {400, 300}, 100);
+        view.scrollTo(c.from);
+        EXPECT_EQ(view.jumped(c.jump, 40), c.to) << static_cast<int>(c.jump) << " from " << c.from.y;
+    }
+    EXPECT_EQ(viewOf({1000, 2000}, {400, 1}, 100).jumped(Jump::PageDown, 40), (Point{0, 1})) << "goes on for all that";
+}
+
 }  // namespace
 }  // namespace glimmer
