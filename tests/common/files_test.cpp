@@ -22,16 +22,12 @@ namespace fs = std::filesystem;
 
 class Files : public testing::Test {
 protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() / pathFromUtf8("glimmer files \xc3\xa9\xe2\x82\xac");
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
+    Files() { fs::create_directories(folder_); }
     [[nodiscard]] size_t entries() const {
         return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
     }
-    fs::path folder_;
+    const test::ScratchFolder scratch_{"files"};
+    const fs::path folder_ = scratch_.path() / pathFromUtf8("\xc3\xa9\xe2\x82\xac");
 };
 
 TEST_F(Files, ReplacesALongerFileWithoutATail) {

@@ -8,17 +8,14 @@
 
 #include "editor/badge_picture.h"
 #include "editor/cairo_text_painter.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
 
 constexpr Colour page = rgb(250, 240, 10);
 
-TBitmap paper(int32_t width, int32_t height, Colour colour = page) {
-    TBitmap bitmap = TBitmap::create(width, height, PixelFormat::Bgra32).take();
-    bitmap.fill(bitmap.bounds(), colour);
-    return bitmap;
-}
+TBitmap paper(int32_t width, int32_t height, Colour colour = page) { return test::plain(width, height, colour); }
 
 /// A shape alone: the other parts are hidden.
 TBBShape bare(ShapeKind kind, const Rect& rect) {

@@ -12,6 +12,7 @@
 #include "common/assertion.h"
 #include "editor/annotation_painter.h"
 #include "settings/options.h"
+#include "support/not_copied.h"
 
 namespace glimmer {
 namespace {
@@ -48,7 +49,7 @@ TTextSettings settingsOf(const Look& look) {
 }
 
 /// A visible control on a window, as the canvas has it while a label is edited.
-class EditorWindow {
+class EditorWindow : test::NotCopied {
 public:
     explicit EditorWindow(Size size) {
         LoadLibraryW(L"msftedit.dll");  // it stays; a painter brings it only with its first text
@@ -65,8 +66,6 @@ public:
         SendMessageW(control_, EM_SETRECT, 0, reinterpret_cast<LPARAM>(&all));
     }
     ~EditorWindow() { DestroyWindow(parent_); }
-    EditorWindow(const EditorWindow&) = delete;
-    EditorWindow& operator=(const EditorWindow&) = delete;
 
     [[nodiscard]] HWND control() const { return control_; }
     [[nodiscard]] LRESULT lineCount() const { return SendMessageW(control_, EM_GETLINECOUNT, 0, 0); }
@@ -99,7 +98,7 @@ private:
 
 /// A control that does what Windows' one is documented to do, and no more: it does not print itself, it formats its
 /// text for a device as wide as it is told, it takes no notice of its size in a minimised form.
-class WindowsControl {
+class WindowsControl : test::NotCopied {
 public:
     explicit WindowsControl(HWND parent = nullptr) {
         window = createLabelControl();
@@ -110,8 +109,6 @@ public:
         own_ = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(answer)));
     }
     ~WindowsControl() { DestroyWindow(window); }
-    WindowsControl(const WindowsControl&) = delete;
-    WindowsControl& operator=(const WindowsControl&) = delete;
 
     HWND window = nullptr;
     inline static bool formats = true;

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "common/assertion.h"
+#include "support/assertions.h"
 
 namespace glimmer {
 namespace {
@@ -23,16 +23,6 @@ std::shared_ptr<const TBitmap> ink(int32_t width, int32_t height, Point dot) {
     TBitmap picture = TBitmap::create(width, height, PixelFormat::Bgra32).take();
     picture.setPixel(dot.x, dot.y, 0x00FFFF);
     return std::make_shared<const TBitmap>(std::move(picture));
-}
-
-void expectAssertion(const char* condition, const std::function<void()>& act) {
-    try {
-        act();
-        ADD_FAILURE() << "no assertion";
-    } catch (const AssertionFailure& failure) {
-        EXPECT_STREQ(failure.condition, condition);
-        EXPECT_STREQ(failure.unit, "uShapes");
-    }
 }
 
 // Contrast of relative luminance as accessibility guidelines define it.
@@ -125,7 +115,7 @@ TEST(Press, WithTheActivePartHiddenGoesToTheFirstVisibleOne) {
     for (const Part part : {Part::Text, Part::Line, Part::Number}) shape.part(part).setVisible(false);
     EXPECT_FALSE(shape.anyVisible());
     EXPECT_TRUE(shape.bounds().empty());
-    expectAssertion("f != ARRAYSIZE(vObjects)", [&] { shape.mouseDown({150, 150}); });
+    test::expectAssertion("f != ARRAYSIZE(vObjects)", "uShapes", [&] { shape.mouseDown({150, 150}); });
 }
 
 TEST(Press, WithAGrabbedHandleResizesAndLaysOutTheRest) {
@@ -142,7 +132,7 @@ TEST(Press, WithAGrabbedHandleResizesAndLaysOutTheRest) {
     EXPECT_EQ(shape.shape.rectangle, (Rect{50, 100, 100, 240}));
     EXPECT_EQ(shape.activeHandle(), noHandle);
     EXPECT_EQ(shape.text.rectangle, labelRect({50, 100, 100, 240}, {60, 20}, 2));
-    expectAssertion("nGrabId>=0&&nGrabId<8", [&] { shape.shape.grabHandle(8); });
+    test::expectAssertion("nGrabId>=0&&nGrabId<8", "uShapes", [&] { shape.shape.grabHandle(8); });
 }
 
 TEST(Drag, MovesAllOrTheLabelAlone) {
@@ -204,7 +194,7 @@ TEST(Hits, FollowWhatIsPainted) {
     TBBShape blank;
     blank.shape.rectangle = {100, 100, 200, 200};
     blank.shape.settings.kind = ShapeKind::Drawing;
-    expectAssertion("pPicture != NULL", [&] { (void)blank.partAt({150, 150}); });
+    test::expectAssertion("pPicture != NULL", "uShapes", [&] { (void)blank.partAt({150, 150}); });
     blank.shape.drawing = std::make_shared<const TBitmap>(TBitmap::create(9, 9, PixelFormat::Bgra32).take());
     EXPECT_TRUE(blank.partAt({150, 150}).has_value()) << "a drawing without ink can be hit anywhere";
 }

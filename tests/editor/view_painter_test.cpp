@@ -8,16 +8,14 @@
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/draw_operation.h"
 #include "editor/working_picture.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
 
+/// Opaque.
 TBitmap noise(int32_t width, int32_t height, uint32_t seed) {
-    TBitmap picture = TBitmap::create(width, height, PixelFormat::Bgra32).take();
-    std::mt19937 random(seed);
-    for (int32_t y = 0; y < height; ++y)
-        for (int32_t x = 0; x < width; ++x) picture.setPixel(x, y, static_cast<Colour>(random() & 0xFFFFFF));
-    return picture;
+    return test::noise(width, height, PixelFormat::Bgr24, seed).converted(PixelFormat::Bgra32).take();
 }
 
 CanvasView viewOf(Size picture, Size window, int32_t zoom, Point scroll) {

@@ -16,6 +16,7 @@
 
 #include "support/scratch_folder.h"
 #include "support/windows/host_fixture.h"
+#include "support/windows/kept_clipboard.h"
 #include "support/windows/mail_program.h"
 
 namespace glimmer::test {
@@ -88,16 +89,8 @@ TEST_F(Actions, OneSavesWithTheDialog) {
 TEST_F(Actions, TwoCopies) {
     take(GLIMMERPAD_COPY);
     ASSERT_NE(OpenClipboard(nullptr), FALSE);
-    const auto bytesOf = [](UINT format) {
-        const HANDLE memory = GetClipboardData(format);
-        const auto* at = static_cast<const uint8_t*>(memory != nullptr ? GlobalLock(memory) : nullptr);
-        Bytes bytes;
-        if (at != nullptr) bytes.assign(at, at + GlobalSize(memory));
-        if (at != nullptr) GlobalUnlock(memory);
-        return bytes;
-    };
-    const Bytes png = bytesOf(RegisterClipboardFormatW(L"PNG"));
-    const Bytes dib = bytesOf(CF_DIB);
+    const Bytes png = bytesOfClipboard(RegisterClipboardFormatW(L"PNG"));
+    const Bytes dib = bytesOfClipboard(CF_DIB);
     EmptyClipboard();
     CloseClipboard();
     EXPECT_EQ(pictureOf(png), picture_);
@@ -142,7 +135,8 @@ TEST_F(Actions, FourStartsAnotherProgramWithTheFile) {
     const ImportPatch patch(host_.module, "shell32.dll", "ShellExecuteExW", &Started::start);
     take(GLIMMERPAD_EXTERNAL_VIEWER);
     ASSERT_THAT(Started::programs, SizeIs(1));
-    // A program with the file, quoted; or, where the program is not there, the file itself to whatever changes its kind.
+    // A program with the file, quoted; or, where the program is not there, the file itself to whatever changes its
+    // kind.
     auto [program, file] = Started::programs[0];
     if (file.empty()) {
         file = program;
@@ -154,17 +148,6 @@ TEST_F(Actions, FourStartsAnotherProgramWithTheFile) {
     std::error_code ignored;
     fs::remove(file, ignored);
     EXPECT_THAT(takeDialogs(), IsEmpty());
-}
-
-TEST_F(Actions, SixAndUnknownOnesLoadAndNoMore) {
-    for (const int32_t action : {GLIMMERPAD_LOAD, 11, 1000, -1}) {
-        take(action);
-        EXPECT_TRUE(host_.resumeAvailable()) << action;
-        EXPECT_THAT(host_.encodedContent(), IsEmpty()) << action;
-        EXPECT_THAT(files(), IsEmpty()) << action;
-        EXPECT_THAT(takeDialogs(), IsEmpty()) << action;
-        host_.hostShutdown();
-    }
 }
 
 }  // namespace

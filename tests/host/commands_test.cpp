@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/windows/host_fixture.h"
+#include "support/windows/kept_clipboard.h"
 
 namespace glimmer::test {
 namespace {
@@ -263,9 +264,7 @@ TEST_F(Commands, AWindowThatMayNotComeInFrontCallsForAttention) {
 }
 
 TEST_F(Commands, TheClipboardsPictureIsOpened) {
-    ASSERT_NE(OpenClipboard(nullptr), FALSE);
-    EmptyClipboard();
-    CloseClipboard();
+    emptyClipboard();
     const Outcome none = run(L"openFromClipboard");
     EXPECT_EQ(none.answer, 1);
     EXPECT_THAT(none.dialogs, ElementsAre(L"Error: There is no image in the clipboard."));
@@ -282,9 +281,7 @@ TEST_F(Commands, TheClipboardsPictureIsOpened) {
     EXPECT_EQ(opened.answer, 1);
     EXPECT_THAT(opened.dialogs, IsEmpty());
     EXPECT_TRUE(host_.resumeAvailable());
-    ASSERT_NE(OpenClipboard(nullptr), FALSE);
-    EmptyClipboard();
-    CloseClipboard();
+    emptyClipboard();
 }
 
 TEST_F(Commands, AHostsShutdownIsAFreshStart) {

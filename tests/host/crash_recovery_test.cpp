@@ -4,63 +4,35 @@
 
 #include <windows.h>
 
-#include <algorithm>
-#include <chrono>
 #include <functional>
 #include <string>
 
 #include "common/files.h"
 #include "editor/recovery.h"
 #include "support/child_process.h"
+#include "support/windows/host_windows.h"
+#include "support/windows/hosted_library.h"
 #include "support/windows/test_account.h"
 
-namespace glimmer {
+namespace glimmer::test {
 namespace {
 
 namespace fs = std::filesystem;
 using Arguments = std::vector<fs::path>;
 
-bool waitFor(const std::function<bool()>& condition, const char* what) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) {
-            ADD_FAILURE() << what << " did not come";
-            return false;
-        }
-        Sleep(20);
-    }
-    return true;
-}
+constexpr unsigned longest = 60000;  // milliseconds
 
-std::wstring textOf(HWND window) {
-    wchar_t text[512] = L"";
-    GetWindowTextW(window, text, 512);
-    return text;
-}
-
-struct Search {
-    DWORD process;
-    const std::function<bool(const std::wstring&)>& wanted;
-    HWND found;
-};
-
-BOOL CALLBACK visit(HWND window, LPARAM data) {
-    auto& search = *reinterpret_cast<Search*>(data);
-    DWORD owner = 0;
-    GetWindowThreadProcessId(window, &owner);
-    if (owner != search.process || IsWindowVisible(window) == FALSE || !search.wanted(textOf(window))) return TRUE;
-    search.found = window;
-    return FALSE;
-}
-
-/// The visible window of the process (top-level, or below `parent`) whose text the function takes.
-HWND findWindow(DWORD process, HWND parent, const std::function<bool(const std::wstring&)>& wanted) {
-    Search search{process, wanted, nullptr};
-    if (parent == nullptr)
-        EnumWindows(visit, reinterpret_cast<LPARAM>(&search));
-    else
-        EnumChildWindows(parent, visit, reinterpret_cast<LPARAM>(&search));
-    return search.found;
+/// The window for which the function holds, once `all` lists it.
+HWND awaited(const std::function<std::vector<HWND>()>& all, const std::function<bool(const std::wstring&)>& wanted,
+             const char* what) {
+    HWND found = nullptr;
+    const auto look = [&] {
+        for (const HWND window : all())
+            if (IsWindowVisible(window) != FALSE && wanted(textOf(window))) found = window;
+        return found != nullptr;
+    };
+    waitUntil(look, what, longest);
+    return found;
 }
 
 class CrashRecovery : public testing::Test {
@@ -74,40 +46,19 @@ protected:
         std::error_code ignored;
         fs::remove_all(folder_, ignored);
     }
-    static fs::path program() { return test::testProgram("x").parent_path().parent_path() / "bin" / "glimmerpad.exe"; }
+    static fs::path program() { return programFolder() / "glimmerpad.exe"; }
     /// The main window, once it shows a capture of that name.
-    static HWND mainWindow(const test::ChildProcess& process, const wchar_t* name) {
-        HWND window = nullptr;
-        waitFor(
-            [&] {
-                window =
-                    findWindow(process.id(), nullptr, [&](const std::wstring& text) { return text.starts_with(name); });
-                return window != nullptr;
-            },
-            "the main window");
-        return window;
+    static HWND mainWindow(const ChildProcess& process, const wchar_t* name) {
+        return awaited([&] { return windowsOfProcess(process.id()); },
+                       [name](const std::wstring& text) { return text.starts_with(name); }, "the main window");
     }
-    static HWND child(HWND window, const wchar_t* text) {
-        DWORD process = 0;
-        GetWindowThreadProcessId(window, &process);
-        HWND found = nullptr;
-        waitFor(
-            [&] {
-                found = findWindow(process, window, [&](const std::wstring& is) { return is == text; });
-                return found != nullptr;
-            },
-            "a control");
-        return found;
+    static HWND child(HWND window, const std::wstring& text) {
+        return awaited([window] { return childrenOf(window); }, [&](const std::wstring& is) { return is == text; },
+                       "a control");
     }
-    static HWND topWindow(const test::ChildProcess& process, const wchar_t* caption) {
-        HWND box = nullptr;
-        waitFor(
-            [&] {
-                box = findWindow(process.id(), nullptr, [&](const std::wstring& text) { return text == caption; });
-                return box != nullptr;
-            },
-            "a message");
-        return box;
+    static HWND topWindow(const ChildProcess& process, const std::wstring& caption) {
+        return awaited([&] { return windowsOfProcess(process.id()); },
+                       [&](const std::wstring& text) { return text == caption; }, "a message");
     }
     static void mouse(HWND window, int x, int y, UINT message, WPARAM held) {
         PostMessageW(window, message, held, MAKELPARAM(x, y));
@@ -137,20 +88,22 @@ protected:
         return all;
     }
     bool waitUntilKept(size_t annotations) const {
-        return waitFor(
-            [&] {
-                const std::vector<RecoveryManifest> all = kept();
-                return all.size() == 1 && all[0].annotations.size() == annotations;
-            },
-            "the kept capture");
+        const auto safe = [&] {
+            const std::vector<RecoveryManifest> all = kept();
+            return all.size() == 1 && all[0].annotations.size() == annotations;
+        };
+        return waitUntil(safe, "the kept capture", longest);
+    }
+    bool nothingIsKept() const {
+        return waitUntil([this] { return kept().empty(); }, "the end of what was kept", longest);
     }
 
-    const fs::path folder_ = test::userFolders();
+    const fs::path folder_ = userFolders();
 };
 
 TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
     {
-        test::ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
+        ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
         // A plain picture is said to carry nothing to edit.
         PostMessageW(topWindow(first, L"Error"), WM_CLOSE, 0, 0);
         const HWND window = mainWindow(first, L"article");
@@ -162,7 +115,7 @@ TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
     }
     ASSERT_EQ(kept().size(), 1U);
     {
-        test::ChildProcess second(program(), Arguments());
+        ChildProcess second(program(), Arguments());
         click(child(topWindow(second, L"Unsaved captures"), L"&Open"));
         const HWND window = mainWindow(second, L"article");
         ASSERT_NE(window, nullptr);
@@ -174,27 +127,16 @@ TEST_F(CrashRecovery, WorkThatWasNotSavedComesBackAfterTheProgramWasKilled) {
         second.kill();
     }
     {
-        test::ChildProcess third(program(), Arguments());
+        ChildProcess third(program(), Arguments());
         click(child(topWindow(third, L"Unsaved captures"), L"&Discard"));
-        EXPECT_TRUE(waitFor([&] { return kept().empty(); }, "the end of what was kept"));
+        EXPECT_TRUE(nothingIsKept());
         third.kill();
     }
 }
 
-/// All top-level windows of the process, the hidden ones too: the system asks each of them.
-std::vector<HWND> allWindows(DWORD process) {
-    std::vector<HWND> all;
-    for (HWND at = nullptr; (at = FindWindowExW(nullptr, at, nullptr, nullptr)) != nullptr;) {
-        DWORD owner = 0;
-        GetWindowThreadProcessId(at, &owner);
-        if (owner == process) all.push_back(at);
-    }
-    return all;
-}
-
 /// As the system does; whether everybody answered in time and agreed.
 bool askForTheEnd(DWORD process, LPARAM why) {
-    for (const HWND window : allWindows(process)) {
+    for (const HWND window : allWindowsOfProcess(process)) {
         DWORD_PTR agreed = FALSE;
         if (SendMessageTimeoutW(window, WM_QUERYENDSESSION, 0, why, SMTO_NORMAL, 8000, &agreed) == 0 || agreed == FALSE)
             return false;
@@ -203,23 +145,22 @@ bool askForTheEnd(DWORD process, LPARAM why) {
 }
 
 void tellOfTheEnd(DWORD process, bool ends, LPARAM why) {
-    for (const HWND window : allWindows(process)) {
+    for (const HWND window : allWindowsOfProcess(process)) {
         DWORD_PTR ignored = 0;
         SendMessageTimeoutW(window, WM_ENDSESSION, ends ? TRUE : FALSE, why, SMTO_NORMAL, 8000, &ignored);
     }
 }
 
 TEST_F(CrashRecovery, TheEndOfTheSessionIsNotHeldUpAndLosesNothing) {
-    constexpr unsigned longest = 20000;  // milliseconds
     constexpr LPARAM logoff = static_cast<LPARAM>(0x80000000);
     constexpr LPARAM forAnUpdate = 1;
     {
-        test::ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
+        ChildProcess first(program(), Arguments{fs::absolute("samples/article-1280x1024.png")});
         PostMessageW(topWindow(first, L"Error"), WM_CLOSE, 0, 0);
         const HWND window = mainWindow(first, L"article");
         ASSERT_NE(window, nullptr);
         annotate(window, 100, 120);
-        ASSERT_TRUE(waitFor([&] { return textOf(window).find(L" * ") != std::wstring::npos; }, "the annotation"));
+        ASSERT_TRUE(waitUntil([&] { return textOf(window).find(L" * ") != std::wstring::npos; }, "the annotation"));
         ASSERT_TRUE(askForTheEnd(first.id(), logoff));
         ASSERT_EQ(kept().size(), 1U) << "kept by the time of the answer";
         EXPECT_EQ(kept()[0].annotations.size(), 1U);
@@ -231,10 +172,10 @@ TEST_F(CrashRecovery, TheEndOfTheSessionIsNotHeldUpAndLosesNothing) {
         annotate(window, 400, 320);
         EXPECT_TRUE(waitUntilKept(2));
         ShowWindowAsync(window, SW_MINIMIZE);
-        ASSERT_TRUE(waitFor([window] { return IsIconic(window) != FALSE; }, "the minimised window"));
-        test::ChildProcess second(program(), Arguments());
+        ASSERT_TRUE(waitUntil([window] { return IsIconic(window) != FALSE; }, "the minimised window"));
+        ChildProcess second(program(), Arguments());
         EXPECT_EQ(second.wait(longest), 0);
-        EXPECT_TRUE(waitFor([window] { return IsIconic(window) == FALSE; }, "the window again"));
+        EXPECT_TRUE(waitUntil([window] { return IsIconic(window) == FALSE; }, "the window again"));
 
         // An update wants its files: this time it ends, by itself.
         ASSERT_TRUE(askForTheEnd(first.id(), forAnUpdate));
@@ -242,16 +183,16 @@ TEST_F(CrashRecovery, TheEndOfTheSessionIsNotHeldUpAndLosesNothing) {
         EXPECT_EQ(first.wait(longest), 0);
     }
     EXPECT_TRUE(waitUntilKept(2));
-    test::ChildProcess next(program(), Arguments());
+    ChildProcess next(program(), Arguments());
     click(child(topWindow(next, L"Unsaved captures"), L"&Discard"));
-    EXPECT_TRUE(waitFor([&] { return kept().empty(); }, "the end of what was kept"));
+    EXPECT_TRUE(nothingIsKept());
     // Without anything open there is nothing to do, and the program can be ended as ever.
     ASSERT_TRUE(askForTheEnd(next.id(), logoff));
     tellOfTheEnd(next.id(), false, logoff);
-    test::ChildProcess terminator(program(), Arguments{L"-TERMINATE"});
+    ChildProcess terminator(program(), Arguments{L"-TERMINATE"});
     EXPECT_EQ(terminator.wait(longest), 0);
     EXPECT_EQ(next.wait(longest), 0);
 }
 
 }  // namespace
-}  // namespace glimmer
+}  // namespace glimmer::test

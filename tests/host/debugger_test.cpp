@@ -3,12 +3,13 @@
 
 #include "common/debug_channel.h"
 #include "host/miscutils.h"
+#include "support/not_copied.h"
 
 namespace glimmer {
 namespace {
 
 /// What the next debug output of any process consists of: the protocol of the programs that show it.
-class DebugViewer {
+class DebugViewer : test::NotCopied {
 public:
     DebugViewer()
         : ready_(CreateEventW(nullptr, FALSE, TRUE, L"DBWIN_BUFFER_READY")),
@@ -19,10 +20,6 @@ public:
         UnmapViewOfFile(buffer_);
         for (HANDLE handle : {mapping_, filled_, ready_}) CloseHandle(handle);
     }
-    DebugViewer(const DebugViewer&) = delete;
-    DebugViewer& operator=(const DebugViewer&) = delete;
-    DebugViewer(DebugViewer&&) = delete;
-    DebugViewer& operator=(DebugViewer&&) = delete;
 
     /// The sender's process and text are in the buffer when the sending call returns.
     [[nodiscard]] bool filled() const { return WaitForSingleObject(filled_, 0) == WAIT_OBJECT_0; }

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "support/child_process.h"
+#include "support/not_copied.h"
 #include "support/scratch_folder.h"
 #include "support/windows/host_windows.h"
 #include "support/windows/hosted_library.h"
@@ -87,6 +88,17 @@ protected:
             for (const HWND window : windowsOfProcess(process.id()))
                 ADD_FAILURE() << testing::PrintToString(textOf(window));
         return shown;
+    }
+    /// Its message box, once it is up.
+    static HWND awaitedBox(const ChildProcess& process) {
+        HWND box = nullptr;
+        const auto shown = [&] {
+            for (const HWND window : windowsOfProcess(process.id()))
+                if (classOf(window) == L"#32770") box = window;
+            return box != nullptr;
+        };
+        waitUntil(shown, "the message", longest);
+        return box;
     }
     /// Starts it again and expects it to end by itself at once.
     void startAndEnd(const std::wstring& arguments = {}, const fs::path& currentFolder = {}) {
@@ -165,12 +177,7 @@ TEST_F(Instances, AFileIsHandedOver) {
 
     // What cannot be opened is said by the first, which stays as it is.
     startAndEnd(L"missing.bmp", elsewhere.path());
-    const auto box = [&first] {
-        for (const HWND window : windowsOfProcess(first.id()))
-            if (classOf(window) == L"#32770") return window;
-        return HWND{};
-    };
-    EXPECT_TRUE(waitUntil([&] { return box() != nullptr; }, "the message about the file", longest));
+    EXPECT_NE(awaitedBox(first), nullptr);
     startAndEnd(L"-TERMINATE");
     expectEnd(first, "an instance with a message on the screen");
 }
@@ -194,15 +201,11 @@ TEST_F(Instances, FiveFilesAtOnceComeIntoOneWindow) {
 }
 
 /// Owns the mutex of an instance that hears nothing, until it is told to let go.
-class DeafInstance {
+class DeafInstance : NotCopied {
 public:
     explicit DeafInstance(SECURITY_ATTRIBUTES* rights = nullptr)
         : mutex_(CreateMutexW(rights, TRUE, L"ZK2_APPLICATION_STARTED")) {}
     ~DeafInstance() { end(); }
-    DeafInstance(const DeafInstance&) = delete;
-    DeafInstance& operator=(const DeafInstance&) = delete;
-    DeafInstance(DeafInstance&&) = delete;
-    DeafInstance& operator=(DeafInstance&&) = delete;
     void end() {
         if (mutex_ == nullptr) return;
         ReleaseMutex(mutex_);
@@ -214,14 +217,10 @@ private:
 };
 
 /// Counts the wishes of other starts that arrive at this process.
-class Wishes {
+class Wishes : NotCopied {
 public:
     Wishes() { SetWindowLongPtrW(window_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(received)); }
     ~Wishes() { DestroyWindow(window_); }
-    Wishes(const Wishes&) = delete;
-    Wishes& operator=(const Wishes&) = delete;
-    Wishes(Wishes&&) = delete;
-    Wishes& operator=(Wishes&&) = delete;
     static inline int count = 0;
 
 private:
@@ -254,13 +253,8 @@ TEST_F(Instances, OneThatIsOutOfReachIsToldOf) {
     SECURITY_ATTRIBUTES rights{sizeof rights, &descriptor, FALSE};
     const DeafInstance administrators(&rights);
     ChildProcess& process = start();
-    HWND box = nullptr;
-    const auto shown = [&] {
-        for (const HWND window : windowsOfProcess(process.id()))
-            if (classOf(window) == L"#32770") box = window;
-        return box != nullptr;
-    };
-    ASSERT_TRUE(waitUntil(shown, "the message", longest));
+    const HWND box = awaitedBox(process);
+    ASSERT_NE(box, nullptr);
     EXPECT_EQ(windowOf(process), nullptr) << "no second icon, no second set of hot keys";
     PostMessageW(box, WM_CLOSE, 0, 0);
     expectEnd(process, "the second");
@@ -290,13 +284,6 @@ TEST_F(Instances, InTheNotificationAreaItHasNoWindowUntilItIsWanted) {
     EXPECT_TRUE(shows(first, L"typed"));
     startAndEnd(L"-TERMINATE");
     expectEnd(first, "the first");
-}
-
-TEST_F(Instances, TheFirstStartOpensItsFile) {
-    ChildProcess& first = start(L"\"" + (folder() / "a picture.bmp").wstring() + L"\"");
-    EXPECT_TRUE(shows(first, L"a picture"));
-    startAndEnd(L"-TERMINATE");
-    expectEnd(first, "an instance with a picture");
 }
 
 TEST_F(Instances, MultiCountsInTheFirstTwoPlaces) {

@@ -8,7 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "support/not_copied.h"
 #include "support/windows/host_fixture.h"
+#include "support/windows/kept_clipboard.h"
 
 namespace glimmer::test {
 namespace {
@@ -21,7 +23,7 @@ constexpr WORD hostFind = 102;  // Ctrl + K
 
 /// A window of the host with an edit box and a button, served as the textbooks say: accelerators first, then the
 /// dialog keys.
-class HostWindow {
+class HostWindow : NotCopied {
 public:
     HostWindow() {
         WNDCLASSW windowClass = {};
@@ -47,10 +49,6 @@ public:
         DestroyAcceleratorTable(accelerators_);
         DestroyWindow(window_);
     }
-    HostWindow(const HostWindow&) = delete;
-    HostWindow& operator=(const HostWindow&) = delete;
-    HostWindow(HostWindow&&) = delete;
-    HostWindow& operator=(HostWindow&&) = delete;
 
     bool enter() const {
         if (!bringForward(window_)) return false;
@@ -85,9 +83,7 @@ protected:
         editor_ = mainWindow();
         ASSERT_NE(editor_, nullptr);
         ASSERT_TRUE(enterEditor());
-        OpenClipboard(nullptr);
-        EmptyClipboard();
-        CloseClipboard();
+        emptyClipboard();
     }
     bool enterEditor() const {
         return bringForward(editor_) &&
@@ -110,9 +106,7 @@ TEST_F(MessageLoop, ShortcutsBelongToTheWindowWithTheKeyboard) {
     EXPECT_THAT(HostWindow::commands, IsEmpty()) << "the editor's key, in the editor's window";
     EXPECT_TRUE(pumpUntil([this] { return robot_.seen().size() >= 2; }, "what is said after copying"));
     takeDialogs();
-    OpenClipboard(nullptr);
-    EmptyClipboard();
-    CloseClipboard();
+    emptyClipboard();
 
     ASSERT_TRUE(own_.enter());
     pressKey(VK_F3, {VK_CONTROL});
@@ -192,26 +186,14 @@ TEST_F(MessageLoop, TheUserClosesTheEditor) {
     EXPECT_TRUE(pumpUntil([] { return IsWindowVisible(mainWindow()) != FALSE; }, "the editor again"));
 }
 
-BOOL CALLBACK addWindow(HWND window, LPARAM list) {
-    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-    return TRUE;
-}
-
-/// Top-level windows of this thread, hidden ones too.
-std::vector<HWND> allWindows() {
-    std::vector<HWND> all;
-    EnumThreadWindows(GetCurrentThreadId(), addWindow, reinterpret_cast<LPARAM>(&all));
-    return all;
-}
-
 // The process is the host's: the end of the session neither waits for the editor nor is carried out by it.
 TEST_F(MessageLoop, TheEndOfTheSessionIsLeftToTheHost) {
     takeDialogs();
     for (const bool hidden : {false, true}) {
         if (hidden) ShowWindow(editor_, SW_HIDE);
-        for (const HWND window : allWindows()) EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
+        for (const HWND window : allWindowsOfThread()) EXPECT_NE(SendMessageW(window, WM_QUERYENDSESSION, 0, 0), 0);
         for (const WPARAM ends : {FALSE, TRUE})
-            for (const HWND window : allWindows()) SendMessageW(window, WM_ENDSESSION, ends, 0);
+            for (const HWND window : allWindowsOfThread()) SendMessageW(window, WM_ENDSESSION, ends, 0);
         pump();
         EXPECT_THAT(takeDialogs(), IsEmpty());
         EXPECT_EQ(mainWindow(), editor_);

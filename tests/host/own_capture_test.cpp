@@ -12,6 +12,7 @@
 #include "host/own_capture.h"
 #include "settings/options.h"
 #include "settings/settings_path.h"
+#include "support/not_copied.h"
 #include "support/windows/compositor_stand_in.h"
 #include "support/windows/forms.h"
 
@@ -126,16 +127,12 @@ TEST_F(OwnCapture, OwnWindowsAreLeftOutOrHiddenAndAlwaysComeBack) {
 }
 
 /// Looks at the flash's window at its faintest, when it is about to go: where it is, and what the screen shows there.
-class FlashWatch {
+class FlashWatch : test::NotCopied {
 public:
     FlashWatch() : hook_(SetWindowsHookExW(WH_CALLWNDPROC, &FlashWatch::look, nullptr, GetCurrentThreadId())) {
         seen.clear();
     }
     ~FlashWatch() { UnhookWindowsHookEx(hook_); }
-    FlashWatch(const FlashWatch&) = delete;
-    FlashWatch& operator=(const FlashWatch&) = delete;
-    FlashWatch(FlashWatch&&) = delete;
-    FlashWatch& operator=(FlashWatch&&) = delete;
 
     static inline std::vector<std::pair<Rect, TBitmap>> seen;
 

@@ -5,11 +5,11 @@
 #include <cstring>
 #include <filesystem>
 
-#include "common/assertion.h"
 #include "common/files.h"
 #include "imaging/blur_taps.h"
 #include "imaging/plain_effects.h"
 #include "imaging/png_codec.h"
+#include "support/assertions.h"
 #include "support/paths.h"
 #include "support/pictures.h"
 
@@ -127,8 +127,7 @@ TEST(GBlur, FlatAreasComeOutAsDefined) {
             }
         expectAsDefined(bands, radius, "bands");
         for (const uint32_t value : {0U, 1U, 128U, 255U}) {
-            TBitmap flat = TBitmap::create(130, 70, PixelFormat::Bgr24).take();
-            flat.fill(flat.bounds(), rgb(value, value, value));
+            TBitmap flat = test::plain(130, 70, rgb(value, value, value), PixelFormat::Bgr24);
             expectAsDefined(flat, radius, "flat");
             flat.setPixel(64, 35, rgb(value ^ 1U, value, value));
             expectAsDefined(flat, radius, "flat but for one pixel");
@@ -190,13 +189,7 @@ TEST(Sharpen, RefusesWhatItCannotDo) {
     for (const auto& c : cases) {
         TBitmap source = noise(c.source, 1);
         TBitmap destination = noise(c.destination, 2);
-        try {
-            static_cast<void>(Sharpen(source, destination, c.alpha));
-            FAIL() << c.text;
-        } catch (const AssertionFailure& failure) {
-            EXPECT_STREQ(failure.condition, c.text);
-            EXPECT_STREQ(failure.unit, "gblur2");
-        }
+        test::expectAssertion(c.text, "gblur2", [&] { static_cast<void>(Sharpen(source, destination, c.alpha)); });
     }
 }
 

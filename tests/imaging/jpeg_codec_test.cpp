@@ -229,25 +229,17 @@ TEST(JpegReader, RefusesDamageAndBombs) {
     const Kind many{"many scans", JCS_YCbCr, true, false, 1, 1, 0, true, 150};
     EXPECT_FALSE(readJpeg(makeJpeg(many)).ok()) << "too many scans";
     EXPECT_TRUE(readJpeg(makeJpeg({"fewer scans", JCS_YCbCr, true, false, 1, 1, 0, true, 60})).ok());
-    // The header says 65500 x 65500.
-    Bytes large = file;
-    for (size_t i = 0; i + 9 < large.size(); ++i) {
-        if (large[i] != 0xFF || large[i + 1] != 0xC0) continue;
-        large[i + 5] = large[i + 7] = 0xFF;
-        large[i + 6] = large[i + 8] = 0xDC;
-        break;
-    }
-    EXPECT_FALSE(readJpeg(large).ok());
-    // 20000 x 15000 pass the limit of a picture, but so little data cannot hold them.
-    for (size_t i = 0; i + 9 < large.size(); ++i) {
-        if (large[i] != 0xFF || large[i + 1] != 0xC0) continue;
-        large[i + 5] = 15000 >> 8;
-        large[i + 6] = 15000 & 255;
-        large[i + 7] = 20000 >> 8;
-        large[i + 8] = 20000 & 255;
-        break;
-    }
-    EXPECT_EQ(readJpeg(large).message(), "The JPEG picture is cut short.");
+    const auto claiming = [&file](Size size) {
+        Bytes large = file;
+        const Bytes header{0xFF, 0xC0};
+        const auto at = std::search(large.begin(), large.end(), header.begin(), header.end()) + 5;
+        const int32_t bytes[] = {size.height >> 8, size.height & 255, size.width >> 8, size.width & 255};
+        std::transform(std::begin(bytes), std::end(bytes), at, [](int32_t b) { return static_cast<uint8_t>(b); });
+        return large;
+    };
+    EXPECT_FALSE(readJpeg(claiming({65500, 65500})).ok());
+    // These pass the limit of a picture, but so little data cannot hold them.
+    EXPECT_EQ(readJpeg(claiming({20000, 15000})).message(), "The JPEG picture is cut short.");
 }
 
 TEST(JpegWriter, QualityGovernsSizeAndError) {

@@ -49,8 +49,7 @@ TEST(PictureFile, EveryFormatComesBack) {
 }
 
 TEST(PictureFile, TransparencyIsLaidOnWhite) {
-    TBitmap bitmap = TBitmap::create(3, 1, PixelFormat::Bgra32).take();
-    bitmap.fill(bitmap.bounds(), rgb(100, 0, 255));
+    TBitmap bitmap = test::plain(3, 1, rgb(100, 0, 255));
     bitmap.row(0)[3] = 0;
     bitmap.row(0)[7] = 51;
     const TBitmap flat = flattenedOnWhite(bitmap).take();

@@ -67,17 +67,14 @@ TEST(Scaling, EveryNewPixelIsTheWeightedMeanOfItsArea) {
 
 TEST(Scaling, FlatColoursStayExactAndAThinLineIsNotLost) {
     for (const uint32_t value : {0U, 1U, 127U, 254U, 255U}) {
-        TBitmap page = TBitmap::create(300, 2000, PixelFormat::Bgra32).take();
-        page.fill(page.bounds(), rgb(value, 255 - value, value));
+        const Colour colour = rgb(value, 255 - value, value);
+        const TBitmap page = test::plain(300, 2000, colour);
         for (const Size size : {Size{30, 200}, Size{7, 3}, Size{301, 2100}, Size{299, 1999}}) {
             const TBitmap result = resized(page, size.width, size.height).take();
-            TBitmap expected = TBitmap::create(size.width, size.height, PixelFormat::Bgra32).take();
-            expected.fill(expected.bounds(), rgb(value, 255 - value, value));
-            EXPECT_TRUE(samePixels(result, expected)) << value << ' ' << size.width;
+            EXPECT_TRUE(samePixels(result, test::plain(size.width, size.height, colour))) << value << ' ' << size.width;
         }
     }
-    TBitmap lined = TBitmap::create(100, 1000, PixelFormat::Bgr24).take();
-    lined.fill(lined.bounds(), rgb(255, 255, 255));
+    TBitmap lined = test::plain(100, 1000, rgb(255, 255, 255), PixelFormat::Bgr24);
     lined.fill({0, 457, 100, 458}, rgb(5, 5, 5));
     const TBitmap small = thumbnail(lined, {100, 100}).take();
     ASSERT_EQ(small.size(), (Size{10, 100}));

@@ -3,14 +3,14 @@
 #include <gtest/gtest.h>
 
 #include "common/bytes.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
 
 /// Red, green, blue and a half-transparent black, one a column, and white below.
 TBitmap sample() {
-    TBitmap picture = TBitmap::create(4, 2, PixelFormat::Bgra32).take();
-    picture.fill(picture.bounds(), rgb(255, 255, 255));
+    TBitmap picture = test::plain(4, 2, rgb(255, 255, 255));
     picture.setPixel(0, 0, rgb(255, 0, 0));
     picture.setPixel(1, 0, rgb(0, 255, 0));
     picture.setPixel(2, 0, rgb(0, 0, 255));

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/pictures.h"
+
 namespace glimmer {
 namespace {
 
@@ -9,11 +11,7 @@ constexpr Colour white = rgb(255, 255, 255);
 constexpr Colour red = rgb(255, 0, 0);
 constexpr Colour blue = rgb(0, 0, 255);
 
-TBitmap plain(int32_t width, int32_t height, Colour colour, PixelFormat format = PixelFormat::Bgra32) {
-    TBitmap picture = TBitmap::create(width, height, format).take();
-    picture.fill(picture.bounds(), colour);
-    return picture;
-}
+using test::plain;
 
 TEST(JoinPictures, PutsThemInOrderWithSpaceBetween) {
     const TBitmap first = plain(10, 5, red);

@@ -33,9 +33,7 @@ protected:
     }
 
     static std::unique_ptr<CaptureDocument> grey(const std::string& name, Size size = {300, 200}) {
-        TBitmap picture = TBitmap::create(size.width, size.height, PixelFormat::Bgra32).take();
-        picture.fill(picture.bounds(), rgb(240, 240, 240));
-        return capture(std::move(picture), name);
+        return capture(test::plain(size.width, size.height, rgb(240, 240, 240)), name);
     }
     /// New captures of these names, in this order.
     void add(const std::vector<std::string>& names) const {

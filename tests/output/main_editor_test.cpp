@@ -2,7 +2,6 @@
 
 #include <chrono>
 
-#include "common/text.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/set_info.h"
 #include "main_editor_fixture.h"
@@ -53,7 +52,7 @@ TEST_F(MainEditor, TheThumbnailWaitsUntilTheCaptureRests) {
     EXPECT_GE(std::chrono::steady_clock::now() - changed, std::chrono::milliseconds(400));
 }
 
-TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {
+TEST_F(MainEditor, SelectsThroughLabels) {
     for (const char* name : {"a", "b", "c", "d"}) editor_->addEditor(grey(name));
     EXPECT_EQ(editor_->currentEditor()->info().name, "d");
     EXPECT_EQ(editor_->selectedEditors().size(), 1U);
@@ -64,52 +63,6 @@ TEST_F(MainEditor, SelectsDeletesAndReordersThroughLabels) {
     clickLabel("lblSelectCurrent");
     ASSERT_EQ(editor_->selectedEditors().size(), 1U);
     EXPECT_EQ(editor_->selectedEditors()[0]->info().name, "d");
-
-    // A question comes first, and "No" keeps everything.
-    messages_.answers = {{MessageAnswer::No}, {MessageAnswer::Yes}};
-    clickLabel("lblDeleteOther");
-    EXPECT_EQ(editor_->editorCount(), 4U);
-    clickLabel("lblDeleteOther");
-    EXPECT_EQ(names(), (std::vector<std::string>{"d"}));
-    EXPECT_EQ(messages_.messages.size(), 2U);
-    EXPECT_EQ(list().GetItemCount(), 1);
-}
-
-TEST_F(MainEditor, MovesCapturesWithTheKeyboard) {
-    for (const char* name : {"a", "b", "c"}) editor_->addEditor(grey(name));
-    const auto altUp = [this] {
-        wxKeyEvent event(wxEVT_KEY_DOWN);
-        event.m_keyCode = WXK_UP;
-        event.SetAltDown(true);
-        list().ProcessWindowEvent(event);
-    };
-    altUp();
-    EXPECT_EQ(names(), (std::vector<std::string>{"a", "c", "b"}));
-    EXPECT_EQ(editor_->currentEditor()->info().name, "c");
-    altUp();
-    EXPECT_EQ(names(), (std::vector<std::string>{"c", "a", "b"}));
-    EXPECT_EQ(list().GetItemText(0).ToStdString(), "c");
-    altUp();
-    EXPECT_EQ(names(), (std::vector<std::string>{"c", "a", "b"}));
-}
-
-TEST_F(MainEditor, RenamesAndRefusesEmptyNames) {
-    editor_->addEditor(grey("old"));
-    wxListEvent event(wxEVT_LIST_END_LABEL_EDIT, list().GetId());
-    event.m_itemIndex = 0;
-    event.m_item.SetText("   ");
-    list().ProcessWindowEvent(event);
-    EXPECT_FALSE(event.IsAllowed());
-    EXPECT_EQ(names()[0], "old");
-    wxListEvent good(wxEVT_LIST_END_LABEL_EDIT, list().GetId());
-    good.m_itemIndex = 0;
-    good.m_item.SetText(wxString(L"n\u00e9w ") + wxString('x', 500));
-    list().ProcessWindowEvent(good);
-    EXPECT_EQ(names()[0].substr(0, 4), "n\xC3\xA9w");
-    EXPECT_EQ(toUtf16(names()[0]).size(), 200U);
-    // Renaming is a step that can be undone.
-    editor_->tbtnUndoClick();
-    EXPECT_EQ(names()[0], "old");
 }
 
 TEST_F(MainEditor, LeavingAsksOnceAndNamesWhatIsUnsaved) {
@@ -125,20 +78,6 @@ TEST_F(MainEditor, LeavingAsksOnceAndNamesWhatIsUnsaved) {
     EXPECT_EQ(editor_->editorCount(), 0U);
     EXPECT_FALSE(editor_->IsShown());
     EXPECT_EQ(editor_->displayState(), DisplayState::Away);
-}
-
-TEST_F(MainEditor, OpensWhatIsGoodAndSaysWhatIsNot) {
-    EXPECT_TRUE(editor_->openFile("samples/article-1280x1024.png"));
-    EXPECT_EQ(editor_->currentEditor()->size(), (Size{1280, 1024}));
-    test::pump();
-    ASSERT_EQ(messages_.messages.size(), 1U);
-    EXPECT_EQ(messages_.messages[0].caption, "Error");
-    EXPECT_EQ(messages_.messages[0].text, "The file doesn't contain some data for Glimmerpad.");
-    messages_.messages.clear();
-    EXPECT_FALSE(editor_->openFile("README.md"));
-    EXPECT_FALSE(editor_->openFile("samples/nothing-here.png"));
-    EXPECT_EQ(messages_.messages.size(), 2U);
-    EXPECT_EQ(editor_->editorCount(), 1U);
 }
 
 TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
@@ -229,20 +168,6 @@ TEST_F(MainEditor, AnEndWithoutAQuestionKeepsWhatWasWorkedOn) {
     messages_.messages.clear();
     editor_->offerRecovered(false);
     EXPECT_TRUE(messages_.messages.empty());
-}
-
-// The captures that are not shown hold no addresses, so that many large ones can be open in a 32-bit process.
-TEST_F(MainEditor, LargeCapturesThatAreNotShownGiveUpTheirAddresses) {
-    constexpr int count = 8;
-    for (int i = 0; i < count; ++i) {
-        CaptureDocument& added = editor_->addEditor(grey(std::to_string(i), {1280, 10000}));
-        added.markSaved();
-    }
-    const TMainEditor::Documents all = editor_->allEditors();
-    int parked = 0;
-    for (const CaptureDocument* document : all) parked += document->parked() ? 1 : 0;
-    EXPECT_EQ(parked, count - 1);
-    EXPECT_EQ(all[3]->background().pixel(1279, 9999), rgb(240, 240, 240));
 }
 
 }  // namespace

@@ -17,7 +17,9 @@
 #include "output/editable_png.h"
 #include "output/main_commands.h"
 #include "output/output_folders.h"
+#include "support/not_copied.h"
 #include "support/windows/dialog_driver.h"
+#include "support/windows/kept_clipboard.h"
 #include "support/windows/mail_program.h"
 
 // The main editor as it is used: mouse, keys, files dropped on it, and the ways to leave it.
@@ -34,49 +36,16 @@ using MainEditorUse = MainEditorTest;
 
 // --- the list -----------------------------------------------------------------------------------------------------
 
-TEST_F(MainEditorUse, CapturesAreReorderedWithTheMouse) {
-    add({"a", "b", "c", "d"});
-    editor_->SetSize(editor_->FromDIP(wxSize(1000, 900)));
-    test::pump();
-    const auto drag = [this](long from, long to, int below) {
-        const wxPoint start = itemPoint(from);
-        const wxPoint end = itemPoint(to);
-        test::mouseDrag(list(), start.x, start.y, end.x, end.y + below);
-        test::pump();
-    };
-    const int half = list().FromDIP(45);
-    drag(0, 2, half);  // below the third
-    EXPECT_THAT(names(), ElementsAre("b", "c", "a", "d"));
-    EXPECT_EQ(editor_->currentEditor()->info().name, "a");
-    drag(3, 0, -half);  // above the first
-    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
-    drag(1, 1, half / 4);  // on itself
-    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
-    std::vector<std::string> shown;
-    for (long i = 0; i < list().GetItemCount(); ++i) shown.push_back(list().GetItemText(i).utf8_string());
-    EXPECT_EQ(shown, names());
-    // The order is what a project keeps.
-    fs::path project = folder() / "order.gmp";
-    ASSERT_TRUE(saver_.saveProject(editor_->allEditors(), project, false));
-    editor_->discardAll();
-    ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
-    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
-}
-
 /// A list as Windows has it in a view by icons: each item has a place of its own on the screen and keeps it. One that
 /// is inserted takes the first place that is free, at the end; arranging closes gaps in the order of places. Under Wine
 /// the places follow the indices.
-class PositionedItems {
+class PositionedItems : test::NotCopied {
 public:
     explicit PositionedItems(HWND list) : list_(list) {
         for (size_t i = 0; i < static_cast<size_t>(ListView_GetItemCount(list)); ++i) places_.push_back(i);
         SetWindowSubclass(list, procedure, 1, reinterpret_cast<DWORD_PTR>(this));
     }
     ~PositionedItems() { RemoveWindowSubclass(list_, procedure, 1); }
-    PositionedItems(const PositionedItems&) = delete;
-    PositionedItems& operator=(const PositionedItems&) = delete;
-    PositionedItems(PositionedItems&&) = delete;
-    PositionedItems& operator=(PositionedItems&&) = delete;
 
 private:
     static LRESULT CALLBACK procedure(HWND list, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
@@ -97,21 +66,21 @@ private:
     std::vector<size_t> places_;  ///< by index
 };
 
-TEST_F(MainEditorUse, CapturesStandOnTheScreenInTheirOrder) {
+TEST_F(MainEditorUse, CapturesAreMovedAndStandOnTheScreenInTheirOrder) {
     editor_->SetSize(editor_->FromDIP(wxSize(1000, 900)));
     add({"a", "b", "c", "d"});
     const PositionedItems asOnWindows(list().GetHWND());
-    const auto onScreen = [this] {
-        std::vector<std::pair<int, std::string>> items;
+    const auto expectOrder = [this](const std::vector<std::string>& expected) {
+        std::map<int, std::string> onScreen;
         for (long i = 0; i < list().GetItemCount(); ++i) {
             wxRect area;
             list().GetItemRect(i, area);
-            items.emplace_back(area.y, list().GetItemText(i).utf8_string());
+            onScreen[area.y] = list().GetItemText(i).utf8_string();
         }
-        std::sort(items.begin(), items.end());
         std::vector<std::string> shown;
-        for (const auto& [y, name] : items) shown.push_back(name);
-        return shown;
+        for (const auto& [y, name] : onScreen) shown.push_back(name);
+        EXPECT_EQ(shown, expected);
+        EXPECT_EQ(names(), expected);
     };
     const auto image = [this](long place) {
         wxListItem item;
@@ -120,43 +89,54 @@ TEST_F(MainEditorUse, CapturesStandOnTheScreenInTheirOrder) {
         list().GetItem(item);
         return item.GetImage();
     };
+    const auto drag = [this](long from, long to, int below) {
+        const wxPoint start = itemPoint(from);
+        const wxPoint end = itemPoint(to);
+        test::mouseDrag(list(), start.x, start.y, end.x, end.y + below);
+        test::pump();
+    };
     const int imageOfA = image(0);
     list().SetFocus();
     list().SetItemState(0, wxLIST_STATE_FOCUSED, wxLIST_STATE_FOCUSED);
     test::pressKey(VK_DOWN, 0x8000);
-    EXPECT_THAT(names(), ElementsAre("b", "a", "c", "d"));
-    EXPECT_EQ(onScreen(), names());
-    const wxPoint from = itemPoint(1);
-    const wxPoint to = itemPoint(3);
-    test::mouseDrag(list(), from.x, from.y, to.x, to.y + list().FromDIP(45));
-    test::pump();
-    EXPECT_THAT(names(), ElementsAre("b", "c", "d", "a"));
-    EXPECT_EQ(onScreen(), names());
+    expectOrder({"b", "a", "c", "d"});
+    for (int i = 0; i < 2; ++i) {  // it cannot go further than to the top
+        test::pressKey(VK_UP, 0x8000);
+        expectOrder({"a", "b", "c", "d"});
+    }
+    const int half = list().FromDIP(45);
+    drag(0, 3, half);  // below the last
+    expectOrder({"b", "c", "d", "a"});
     EXPECT_EQ(image(3), imageOfA);
     EXPECT_EQ(editor_->currentEditor()->info().name, "a");
     EXPECT_EQ(editor_->selectedEditors(), TMainEditor::Documents{editor_->currentEditor()});
+    drag(2, 0, -half);  // above the first
+    expectOrder({"d", "b", "c", "a"});
+    drag(1, 1, half / 4);  // on itself
+    expectOrder({"d", "b", "c", "a"});
+    // The order is what a project keeps.
+    fs::path project = folder() / "order.gmp";
+    ASSERT_TRUE(saver_.saveProject(editor_->allEditors(), project, false));
     OptionsHolder().setNumber("cmbDeleteCaptures", 1);
-    list().SetItemState(1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
+    list().SetItemState(2, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
     clickLabel("lblDeleteSelected");
     add({"e"});
-    EXPECT_THAT(names(), ElementsAre("b", "d", "e"));
-    EXPECT_EQ(onScreen(), names());
+    expectOrder({"d", "a", "e"});
+    editor_->discardAll();
+    ASSERT_TRUE(editor_->openFile(utf8FromPath(project)));
+    EXPECT_THAT(names(), ElementsAre("d", "b", "c", "a"));
 }
 
 // --- colours ------------------------------------------------------------------------------------------------------
 
 /// Other colours of the system, for as long as it lives.
-class SystemColours {
+class SystemColours : test::NotCopied {
 public:
     explicit SystemColours(std::map<int, COLORREF> colours) {
         for (const auto& [which, colour] : colours) before_[which] = GetSysColor(which);
         set(colours);
     }
     ~SystemColours() { set(before_); }
-    SystemColours(const SystemColours&) = delete;
-    SystemColours& operator=(const SystemColours&) = delete;
-    SystemColours(SystemColours&&) = delete;
-    SystemColours& operator=(SystemColours&&) = delete;
 
 private:
     static void set(const std::map<int, COLORREF>& colours) {
@@ -224,35 +204,47 @@ TEST_F(MainEditorUse, CapturesAreRenamedInPlace) {
         test::pressKey(key);
         ASSERT_TRUE(test::pumpUntil([this] { return list().GetEditControl() == nullptr; }));
     };
-    rename("n\xC3\xA9w", VK_RETURN);
-    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
-    rename("", VK_RETURN);
-    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
-    EXPECT_EQ(list().GetItemText(0).utf8_string(), "n\xC3\xA9w");
-    rename("given up", VK_ESCAPE);
-    EXPECT_THAT(names(), ElementsAre("n\xC3\xA9w"));
-    rename(std::string(240, 'x'), VK_RETURN);
-    EXPECT_THAT(names(), ElementsAre(std::string(200, 'x')));
-    EXPECT_EQ(list().GetItemText(0).utf8_string(), std::string(200, 'x'));
+    struct Case {
+        std::string typed;
+        uint8_t key;
+        std::string name;
+    };
+    const std::string longest(200, 'x');
+    for (const Case& c : {Case{"n\xC3\xA9w", VK_RETURN, "n\xC3\xA9w"}, Case{"", VK_RETURN, "n\xC3\xA9w"},
+                          Case{"   ", VK_RETURN, "n\xC3\xA9w"}, Case{"given up", VK_ESCAPE, "n\xC3\xA9w"},
+                          Case{std::string(240, 'x'), VK_RETURN, longest}}) {
+        rename(c.typed, c.key);
+        EXPECT_THAT(names(), ElementsAre(c.name));
+        EXPECT_EQ(list().GetItemText(0).utf8_string(), c.name);
+    }
     EXPECT_TRUE(messages_.messages.empty());
+    for (const char* before : {"n\xC3\xA9w", "old"}) {
+        editor_->tbtnUndoClick();
+        EXPECT_THAT(names(), ElementsAre(before));
+    }
 }
 
 TEST_F(MainEditorUse, DeletingKeepsToTheAnswer) {
-    add({"a", "b", "c"});
+    add({"a", "b", "c", "d"});
     OptionsHolder().setNumber("cmbDeleteCaptures", 2);  // "Don't Delete"
     clickLabel("lblDeleteSelected");
-    EXPECT_THAT(names(), ElementsAre("a", "b", "c"));
+    EXPECT_EQ(editor_->editorCount(), 4U);
     OptionsHolder().setNumber("cmbDeleteCaptures", 0);
-    messages_.answers = {{MessageAnswer::Yes, true}};
+    messages_.answers = {{MessageAnswer::No}, {MessageAnswer::Yes, true}};
+    clickLabel("lblDeleteOther");
+    EXPECT_EQ(editor_->editorCount(), 4U);
     ASSERT_TRUE(test::bringForward(*editor_, &list()));
     test::pressKey(VK_DELETE);
-    EXPECT_THAT(names(), ElementsAre("a", "b"));
-    ASSERT_EQ(messages_.messages.size(), 1U);
-    EXPECT_THAT(messages_.messages[0].text, HasSubstr("\"c\""));
+    EXPECT_THAT(names(), ElementsAre("a", "b", "c"));
+    ASSERT_EQ(messages_.messages.size(), 2U);
+    EXPECT_THAT(messages_.messages[1].text, HasSubstr("\"d\""));
     EXPECT_EQ(OptionsHolder().number("cmbDeleteCaptures"), 1);
+    clickLabel("lblDeleteOther");
+    EXPECT_THAT(names(), ElementsAre("c"));
+    EXPECT_EQ(list().GetItemCount(), 1);
     clickLabel("lblDeleteAll");
     EXPECT_EQ(editor_->editorCount(), 0U);
-    EXPECT_EQ(messages_.messages.size(), 1U) << "asked again";
+    EXPECT_EQ(messages_.messages.size(), 2U) << "asked again";
 }
 
 // --- files --------------------------------------------------------------------------------------------------------
@@ -372,10 +364,7 @@ protected:
         uploaded_.clear();
         for (const fs::path& path : {folder(), work(), externalEditorFolder().take()}) fs::remove_all(path);
         fs::create_directories(folder());
-        if (OpenClipboard(nullptr) != FALSE) {
-            EmptyClipboard();
-            CloseClipboard();
-        }
+        test::emptyClipboard();
     }
     std::vector<std::string> uploaded_;
 };

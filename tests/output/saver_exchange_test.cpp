@@ -10,6 +10,7 @@
 #include "output/working_folder.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
+#include "support/windows/kept_clipboard.h"
 #include "support/windows/mail_program.h"
 #include "support/windows/native_tool.h"
 
@@ -27,10 +28,7 @@ using testing::HasSubstr;
 class ClipboardOutput : public SaverTest {
 protected:
     void TearDown() override {
-        if (OpenClipboard(nullptr) != FALSE) {
-            EmptyClipboard();
-            CloseClipboard();
-        }
+        test::emptyClipboard();
         SaverTest::TearDown();
     }
     /// What another process finds there.

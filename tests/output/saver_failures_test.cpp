@@ -5,6 +5,7 @@
 #include "output/output_folders.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
+#include "support/not_copied.h"
 #include "support/windows/dialog_driver.h"
 #include "support/windows/native_tool.h"
 
@@ -86,13 +87,9 @@ TEST_F(SaverFailure, ATargetThatAnotherProgramHasOpen) {
 }
 
 /// What files are given their names by while the object lives.
-struct SystemOf {
+struct SystemOf : test::NotCopied {
     explicit SystemOf(const FileOperations& operations) { setFileOperations(&operations); }
     ~SystemOf() { setFileOperations(nullptr); }
-    SystemOf(const SystemOf&) = delete;
-    SystemOf& operator=(const SystemOf&) = delete;
-    SystemOf(SystemOf&&) = delete;
-    SystemOf& operator=(SystemOf&&) = delete;
 };
 
 TEST_F(SaverFailure, TheReasonStandsBelowTheText) {
@@ -150,13 +147,9 @@ TEST_F(SaverFailure, WithoutAFolderNothingGoesToTheCurrentOne) {
 }
 
 /// What files are written with while the object lives.
-struct WrittenBy {
+struct WrittenBy : test::NotCopied {
     explicit WrittenBy(FileWriter writer) { setFileWriter(writer); }
     ~WrittenBy() { setFileWriter(nullptr); }
-    WrittenBy(const WrittenBy&) = delete;
-    WrittenBy& operator=(const WrittenBy&) = delete;
-    WrittenBy(WrittenBy&&) = delete;
-    WrittenBy& operator=(WrittenBy&&) = delete;
 };
 
 /// A disk with room for so many bytes.
@@ -223,7 +216,7 @@ TEST_F(SaverFailure, APageThatDoesNotFitLeavesTheOlderPictures) {
 }
 
 /// A drive letter for a folder, that can be taken away like a drive that is pulled out.
-class Drive {
+class Drive : test::NotCopied {
 public:
     explicit Drive(const fs::path& folder) {
         inserted = this;
@@ -235,10 +228,6 @@ public:
             EXPECT_NE(DefineDosDeviceW(0, name().c_str(), folder.c_str()), FALSE);
     }
     ~Drive() { pull(); }
-    Drive(const Drive&) = delete;
-    Drive& operator=(const Drive&) = delete;
-    Drive(Drive&&) = delete;
-    Drive& operator=(Drive&&) = delete;
 
     [[nodiscard]] fs::path path() const { return std::string(1, letter_) + ":\\"; }
     void pull() const {

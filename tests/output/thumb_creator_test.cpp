@@ -7,6 +7,7 @@
 #include "editor/cairo_text_painter.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/document.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
@@ -14,14 +15,10 @@ namespace {
 constexpr Colour paper = rgb(250, 250, 250);
 constexpr Size frame{132, 99};
 
+using test::plain;
+
 std::unique_ptr<CaptureDocument> captureOf(TBitmap picture) {
     return CaptureDocument::create(std::move(picture), {}).take();
-}
-
-TBitmap plain(int32_t width, int32_t height, Colour colour) {
-    TBitmap bitmap = TBitmap::create(width, height, PixelFormat::Bgra32).take();
-    bitmap.fill(bitmap.bounds(), colour);
-    return bitmap;
 }
 
 TBitmap thumbOf(const CaptureDocument& document, bool unsaved = false) {

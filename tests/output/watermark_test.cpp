@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/pictures.h"
+
 namespace glimmer {
 namespace {
 
@@ -23,9 +25,7 @@ protected:
 };
 
 TBitmap canvas(int32_t width, int32_t height, PixelFormat format = PixelFormat::Bgr24) {
-    TBitmap picture = TBitmap::create(width, height, format).take();
-    picture.fill(picture.bounds(), white);
-    return picture;
+    return test::plain(width, height, white, format);
 }
 
 /// The smallest rectangle around everything that is no longer white.

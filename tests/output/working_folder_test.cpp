@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "common/files.h"
+#include "support/scratch_folder.h"
 
 namespace glimmer {
 namespace {
@@ -12,11 +13,7 @@ using std::chrono::hours;
 
 class WorkingFiles : public testing::Test {
 protected:
-    void SetUp() override {
-        fs::remove_all(root_);
-        fs::create_directories(folder_ / "mail");
-    }
-    void TearDown() override { fs::remove_all(root_); }
+    WorkingFiles() { fs::create_directories(folder_ / "mail"); }
     /// A file that was last changed `age` ago.
     fs::path make(const fs::path& path, hours age) {
         EXPECT_TRUE(writeFile(path, std::vector<uint8_t>(10)).ok());
@@ -24,8 +21,9 @@ protected:
         return path;
     }
 
-    fs::path root_ = fs::temp_directory_path() / "glimmer working files";
-    fs::path folder_ = root_ / "work";
+    const test::ScratchFolder scratch_{"working files"};
+    const fs::path root_ = scratch_.path();
+    const fs::path folder_ = root_ / "work";
     fs::file_time_type now_ = fs::file_time_type::clock::now();
     WorkingFolder working_{folder_};
 };

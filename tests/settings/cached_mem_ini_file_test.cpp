@@ -8,6 +8,7 @@
 #include "common/files.h"
 #include "settings/settings.h"
 #include "settings/settings_path.h"
+#include "support/scratch_folder.h"
 
 namespace glimmer {
 namespace {
@@ -24,16 +25,10 @@ TCachedMemIniFile parsed(std::string_view text) { return TCachedMemIniFile::pars
 class SettingsFile : public testing::Test {
 protected:
     void SetUp() override {
-        folder_ = fs::temp_directory_path() / pathFromUtf8("glimmer settings \xC3\xA9");
-        fs::remove_all(folder_);
         fs::create_directories(folder_);
-        path_ = folder_ / "a.ini";
         setSettingsFailureHandler([this](const std::string& message) { reports_.push_back(message); });
     }
-    void TearDown() override {
-        setSettingsFailureHandler({});
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { setSettingsFailureHandler({}); }
     void put(std::string_view text) const { ASSERT_TRUE(writeFile(path_, bytesOf(text)).ok()); }
     [[nodiscard]] std::string content() const {
         const auto bytes = readFile(path_, 1U << 24U);
@@ -45,8 +40,9 @@ protected:
         return static_cast<size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
     }
 
-    fs::path folder_;
-    fs::path path_;
+    const test::ScratchFolder scratch_{"settings"};
+    const fs::path folder_ = scratch_.path() / pathFromUtf8("\xC3\xA9");
+    fs::path path_ = folder_ / "a.ini";
     std::vector<std::string> reports_;
 };
 

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/assertion.h"
 #include "settings/hot_key.h"
+#include "support/assertions.h"
 
 namespace glimmer {
 namespace {
@@ -60,17 +60,8 @@ TEST(FormState, IsKeptByClassUnderTheControlsName) {
 
 TEST(FormState, AMissingControlIsAFatalError) {
     TCachedMemIniFile store{std::filesystem::path()};
-    const auto expectFailure = [](auto operation) {
-        try {
-            operation();
-            FAIL();
-        } catch (const AssertionFailure& failure) {
-            EXPECT_STREQ(failure.condition, "pControl!=NULL");
-            EXPECT_STREQ(failure.unit, "uFormOptions");
-        }
-    };
-    expectFailure([&] { saveControl(store, section, nullptr); });
-    expectFailure([&] { restoreControl(store, section, nullptr); });
+    test::expectAssertion("pControl!=NULL", "uFormOptions", [&] { saveControl(store, section, nullptr); });
+    test::expectAssertion("pControl!=NULL", "uFormOptions", [&] { restoreControl(store, section, nullptr); });
 }
 
 TEST(FormGeometry, IsWrittenInItsOrder) {

@@ -15,7 +15,6 @@
 #include <wx/spinctrl.h>
 #include <wx/textctrl.h>
 
-#include "common/assertion.h"
 #include "settings/hot_key.h"
 #include "settings/hot_key_control.h"
 #include "settings/settings.h"
@@ -128,19 +127,6 @@ TEST_F(FormStore, ControlsOfEveryClassComeBack) {
     EXPECT_EQ(form_->combo->GetSelection(), 1);
     EXPECT_EQ(form_->colour->GetColour(), wxColour(1, 2, 3));
     EXPECT_EQ(form_->hotKey->hotKey(), hotKeyShift | 0x2C);
-}
-
-TEST_F(FormStore, HostileValuesStayInRange) {
-    for (const char* key : {"spnWidth", "spnOpacity", "cmbChoice", "cmbCombo", "clrInk", "hotContinue", "chkShow"})
-        settings().writeString(section, key, "99999999999");
-    restoreForm(*form_);
-    EXPECT_EQ(form_->spin->GetValue(), 11);
-    EXPECT_EQ(form_->slider->GetValue(), 100);
-    EXPECT_EQ(form_->choice->GetSelection(), 2);
-    EXPECT_EQ(form_->colour->GetColour(), *wxWHITE);
-    EXPECT_EQ(hotKeyCode(form_->hotKey->hotKey()), 0xFF);
-    EXPECT_THROW(saveControl(settings(), section, static_cast<wxWindow*>(nullptr)), AssertionFailure);
-    EXPECT_THROW(restoreControl(settings(), section, static_cast<wxWindow*>(nullptr)), AssertionFailure);
 }
 
 TEST_F(FormStore, AMaximisedWindowKeepsItsNormalBounds) {

@@ -50,13 +50,5 @@ TEST_F(RememberedAnswer, IsKeptOnlyWhenTheCheckBoxSaysSo) {
     }
 }
 
-TEST_F(RememberedAnswer, IsReadBackFromTheOptions) {
-    OptionsHolder().setNumber("cmbExitAfterSaving", 2);
-    EXPECT_EQ(showRemembered("cmbExitAfterSaving", question), MessageAnswer::No);
-    OptionsHolder().setNumber("cmbExitAfterSaving", 1);
-    EXPECT_EQ(showRemembered("cmbExitAfterSaving", question), MessageAnswer::Yes);
-    EXPECT_TRUE(boxes_.messages.empty());
-}
-
 }  // namespace
 }  // namespace glimmer

@@ -16,6 +16,8 @@
 #include "settings/secrets.h"
 #include "settings/settings.h"
 #include "settings/system_text.h"
+#include "support/child_process.h"
+#include "support/scratch_folder.h"
 
 namespace glimmer {
 namespace {
@@ -26,17 +28,12 @@ constexpr const char* section = "\\Software\\Glimmerpad for Firefox\\Uploader";
 
 class SystemSettings : public testing::Test {
 protected:
-    void SetUp() override {
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
     [[nodiscard]] std::string content() const {
         const auto bytes = readFile(path_, 1U << 24U);
         return bytes ? std::string(bytes->begin(), bytes->end()) : std::string();
     }
-    fs::path folder_ = fs::temp_directory_path() / pathFromUtf8("glimmer settings \xC3\xA9\xE2\x82\xAC");
-    fs::path path_ = folder_ / "a.ini";
+    const test::ScratchFolder folder_{"system settings"};
+    const fs::path path_ = folder_.path() / pathFromUtf8("\xC3\xA9\xE2\x82\xAC.ini");
 };
 
 TEST_F(SystemSettings, PasswordsAreNeverInClear) {
@@ -71,37 +68,18 @@ TEST_F(SystemSettings, TheUsersCodePageIsRead) {
 /// Two processes raise their own counters in one file, saving after each step.
 TEST_F(SystemSettings, TwoProcessesThatWriteAtOnceLoseNothing) {
     constexpr int steps = 40;
-    std::vector<HANDLE> processes;
-    for (const wchar_t* name : {L"first", L"second"}) {
-        std::wstring command =
-            L"tests\\settings_writer.exe \"" + path_.wstring() + L"\" " + name + L" " + std::to_wstring(steps);
-        wchar_t own[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, own, MAX_PATH);
-        const fs::path program = fs::path(own).parent_path() / "settings_writer.exe";
-        command.replace(0, command.find(L' '), L"\"" + program.wstring() + L"\"");
-        STARTUPINFOW startup{};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process{};
-        ASSERT_NE(CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                 &startup, &process),
-                  FALSE);
-        CloseHandle(process.hThread);
-        processes.push_back(process.hProcess);
-    }
-    for (const HANDLE process : processes) {
-        WaitForSingleObject(process, INFINITE);
-        DWORD code = 1;
-        GetExitCodeProcess(process, &code);
-        EXPECT_EQ(code, 0U);  // the writer's count of failed saves
-        CloseHandle(process);
-    }
+    const fs::path writer = test::testProgram("settings_writer");
+    test::ChildProcess first(writer, {path_, "first", std::to_string(steps)});
+    test::ChildProcess second(writer, {path_, "second", std::to_string(steps)});
+    for (test::ChildProcess* process : {&first, &second})
+        EXPECT_EQ(process->wait(600000), 0) << "the writer's count of failed saves";
     const TCachedMemIniFile store(path_);
     for (const char* name : {"first", "second"}) {
         EXPECT_EQ(store.readInteger(name, "count", 0), steps) << name;
         for (int i = 0; i < steps; ++i)
             EXPECT_TRUE(store.readBool(name, "step" + std::to_string(i), false)) << name << i;
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()), 1);
+    EXPECT_EQ(folder_.entries(), 1U);
 }
 
 }  // namespace

@@ -5,10 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "support/not_copied.h"
+
 namespace glimmer::test {
 
 /// A program that is started, and killed at the latest when the object goes.
-class ChildProcess {
+class ChildProcess : NotCopied {
 public:
     ChildProcess(const std::filesystem::path& program, const std::vector<std::filesystem::path>& arguments);
 #ifdef _WIN32
@@ -17,10 +19,6 @@ public:
     [[nodiscard]] unsigned long id() const;
 #endif
     ~ChildProcess();
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-    ChildProcess(ChildProcess&&) = delete;
-    ChildProcess& operator=(ChildProcess&&) = delete;
 
     [[nodiscard]] bool running() const;
     /// Its exit code as soon as it has ended; nothing when it has not within that time.

@@ -24,11 +24,17 @@ inline TBitmap noise(int32_t width, int32_t height, PixelFormat format, unsigned
     return bitmap;
 }
 
+/// A picture of one colour.
+inline TBitmap plain(int32_t width, int32_t height, Colour colour, PixelFormat format = PixelFormat::Bgra32) {
+    TBitmap bitmap = TBitmap::create(width, height, format).take();
+    bitmap.fill(bitmap.bounds(), colour);
+    return bitmap;
+}
+
 /// A white page with dark lines of "text" and some coloured boxes: about `colours` colours.
 inline TBitmap page(int32_t width, int32_t height, PixelFormat format, unsigned colours, unsigned seed = 1) {
     std::mt19937 random(seed);
-    TBitmap bitmap = TBitmap::create(width, height, format).take();
-    bitmap.fill(bitmap.bounds(), rgb(255, 255, 255));
+    TBitmap bitmap = plain(width, height, rgb(255, 255, 255), format);
     std::vector<Colour> palette;
     for (unsigned i = 1; i < std::max(colours, 2U); ++i) palette.push_back(random() & 0xFFFFFFU);
     const auto pick = [&random](int32_t below) {

@@ -5,18 +5,15 @@
 #include <vector>
 
 #include "settings/message_box.h"
+#include "support/not_copied.h"
 
 namespace glimmer::test {
 
 /// Answers message boxes by itself while it lives, and keeps what they said.
-class RecordedMessages : public MessageBoxes {
+class RecordedMessages : public MessageBoxes, NotCopied {
 public:
     RecordedMessages() : before_(setMessageBoxes(this)) {}
     ~RecordedMessages() override { setMessageBoxes(before_); }
-    RecordedMessages(const RecordedMessages&) = delete;
-    RecordedMessages& operator=(const RecordedMessages&) = delete;
-    RecordedMessages(RecordedMessages&&) = delete;
-    RecordedMessages& operator=(RecordedMessages&&) = delete;
 
     struct Answer {
         MessageAnswer answer;

@@ -4,11 +4,13 @@
 #include <random>
 #include <string>
 
+#include "support/not_copied.h"
+
 namespace glimmer::test {
 
 /// An empty folder for one test, removed with everything in it afterwards. Its name has a number of its own, so that
 /// checkouts that are tested at the same time do not meet.
-class ScratchFolder {
+class ScratchFolder : NotCopied {
 public:
     explicit ScratchFolder(const std::string& name)
         : path_(std::filesystem::temp_directory_path() /
@@ -20,10 +22,6 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    ScratchFolder(ScratchFolder&&) = delete;
-    ScratchFolder& operator=(ScratchFolder&&) = delete;
 
     [[nodiscard]] const std::filesystem::path& path() const { return path_; }
     [[nodiscard]] size_t entries() const {

@@ -9,13 +9,15 @@
 #include <thread>
 #include <vector>
 
+#include "support/not_copied.h"
+
 namespace glimmer::test {
 
 /// Answers the windows that the system (or the program, in the middle of an operation) puts up by itself, from a thread
 /// of its own: the thread of the test is inside the call that shows them. Each step waits for visible windows of this
 /// process with that title and acts on them until one is what it waits for. At the end, a step that was not reached
 /// is a failed test.
-class DialogDriver {
+class DialogDriver : NotCopied {
 public:
     struct Step {
         std::wstring title;
@@ -24,10 +26,6 @@ public:
     };
     explicit DialogDriver(std::deque<Step> steps);
     ~DialogDriver();
-    DialogDriver(const DialogDriver&) = delete;
-    DialogDriver& operator=(const DialogDriver&) = delete;
-    DialogDriver(DialogDriver&&) = delete;
-    DialogDriver& operator=(DialogDriver&&) = delete;
 
 private:
     void run();

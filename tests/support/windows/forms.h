@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+#include "support/not_copied.h"
 #include "support/windows/system_objects.h"
 
 class wxDialog;
@@ -49,14 +50,10 @@ void typeText(const std::string& utf8);
 bool bringForward(wxWindow& form, wxWindow* focus = nullptr);
 
 /// Has `action` called once the next modal dialog is up; it must end the dialog. Fails the test when none came.
-class NextModal {
+class NextModal : NotCopied {
 public:
     explicit NextModal(std::function<void(wxDialog&)> action);
     ~NextModal();
-    NextModal(const NextModal&) = delete;
-    NextModal& operator=(const NextModal&) = delete;
-    NextModal(NextModal&&) = delete;
-    NextModal& operator=(NextModal&&) = delete;
     [[nodiscard]] bool came() const;
 
 private:

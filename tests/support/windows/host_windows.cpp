@@ -28,12 +28,6 @@ std::vector<HWND> onlyVisible(std::vector<HWND> windows) {
     return windows;
 }
 
-std::vector<HWND> allWindowsOfThread(DWORD thread) {
-    std::vector<HWND> windows;
-    EnumThreadWindows(thread, addWindow, reinterpret_cast<LPARAM>(&windows));
-    return windows;
-}
-
 std::wstring withoutAmpersands(std::wstring text) {
     std::erase(text, L'&');
     return text;
@@ -104,9 +98,17 @@ bool waitUntil(const std::function<bool()>& condition, const char* what, unsigne
     return true;
 }
 
+std::vector<HWND> allWindowsOfThread(DWORD thread) {
+    std::vector<HWND> windows;
+    EnumThreadWindows(thread, addWindow, reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
 std::vector<HWND> windowsOfThread(DWORD thread) { return onlyVisible(allWindowsOfThread(thread)); }
 
-std::vector<HWND> windowsOfProcess(DWORD process) {
+std::vector<HWND> windowsOfProcess(DWORD process) { return onlyVisible(allWindowsOfProcess(process)); }
+
+std::vector<HWND> allWindowsOfProcess(DWORD process) {
     std::vector<HWND> windows;
     EnumWindows(addWindow, reinterpret_cast<LPARAM>(&windows));
     std::erase_if(windows, [process](HWND window) {
@@ -114,7 +116,7 @@ std::vector<HWND> windowsOfProcess(DWORD process) {
         GetWindowThreadProcessId(window, &owner);
         return owner != process;
     });
-    return onlyVisible(std::move(windows));
+    return windows;
 }
 
 std::vector<HWND> childrenOf(HWND window) {

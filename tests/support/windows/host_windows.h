@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/not_copied.h"
+
 /// A host's thread with a plain Win32 message loop, and the windows that stand on it. Nothing here knows the toolkit
 /// behind the library's windows.
 namespace glimmer::test {
@@ -23,7 +25,10 @@ void setMessageFilter(std::function<bool(MSG&)> filter);
 /// Waits without dispatching anything, for what another process does.
 bool waitUntil(const std::function<bool()>& condition, const char* what, unsigned limitMilliseconds = 15000);
 
-/// Visible top-level windows, of a thread and of a process.
+/// Top-level windows of a thread and of a process, the hidden ones too.
+std::vector<HWND> allWindowsOfThread(DWORD thread = GetCurrentThreadId());
+std::vector<HWND> allWindowsOfProcess(DWORD process);
+/// The visible ones of them.
 std::vector<HWND> windowsOfThread(DWORD thread = GetCurrentThreadId());
 std::vector<HWND> windowsOfProcess(DWORD process);
 /// All children, at any depth.
@@ -48,7 +53,7 @@ void refuse(HWND box);
 
 /// Sees to the dialogs that come up on this thread while the object lives: notes what each says, and answers it. It
 /// works from a timer of this thread, so `answer` is called where a host's own timer would be: inside the dialog.
-class DialogRobot {
+class DialogRobot : NotCopied {
 public:
     struct Seen {
         std::wstring caption;
@@ -56,10 +61,6 @@ public:
     };
     explicit DialogRobot(std::function<void(HWND)> answer = refuse);
     ~DialogRobot();
-    DialogRobot(const DialogRobot&) = delete;
-    DialogRobot& operator=(const DialogRobot&) = delete;
-    DialogRobot(DialogRobot&&) = delete;
-    DialogRobot& operator=(DialogRobot&&) = delete;
 
     [[nodiscard]] const std::vector<Seen>& seen() const { return seen_; }
     /// The dialogs since the last call.

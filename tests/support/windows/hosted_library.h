@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "glimmerpad.h"
+#include "support/not_copied.h"
 
 namespace glimmer::test {
 
@@ -30,15 +31,11 @@ Function exportOf(HMODULE module, const char* name) {
 ///
 /// As Internet Explorer's container, which is the default here, it keeps its settings beside itself, where they are
 /// removed before and after, and asks no question at the first capture.
-class HostedLibrary {
+class HostedLibrary : NotCopied {
 public:
     explicit HostedLibrary(const std::string& settings = {}, uint8_t kind = GLIMMERPAD_INTERNET_EXPLORER,
                            const std::filesystem::path& path = libraryPath());
     ~HostedLibrary();
-    HostedLibrary(const HostedLibrary&) = delete;
-    HostedLibrary& operator=(const HostedLibrary&) = delete;
-    HostedLibrary(HostedLibrary&&) = delete;
-    HostedLibrary& operator=(HostedLibrary&&) = delete;
 
     HMODULE module = nullptr;  ///< null, after a failed test, when it cannot be loaded
     GlimmerpadHostInit hostInit = nullptr;

@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "support/not_copied.h"
+
 namespace glimmer::test {
 
 /// The bytes that the open clipboard has in a format whose data is plain memory.
@@ -20,8 +22,14 @@ inline std::vector<uint8_t> bytesOfClipboard(UINT format) {
     return copy;
 }
 
+inline void emptyClipboard() {
+    if (OpenClipboard(nullptr) == FALSE) return;
+    EmptyClipboard();
+    CloseClipboard();
+}
+
 /// Puts back at its end what the clipboard held before: texts, pictures, files, everything that is plain memory.
-class KeptClipboard {
+class KeptClipboard : NotCopied {
 public:
     KeptClipboard() {
         if (OpenClipboard(nullptr) == FALSE) return;
@@ -45,10 +53,6 @@ public:
         }
         DestroyWindow(owner);
     }
-    KeptClipboard(const KeptClipboard&) = delete;
-    KeptClipboard& operator=(const KeptClipboard&) = delete;
-    KeptClipboard(KeptClipboard&&) = delete;
-    KeptClipboard& operator=(KeptClipboard&&) = delete;
 
 private:
     void putBack() const {

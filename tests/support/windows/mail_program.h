@@ -7,6 +7,7 @@
 #include <string>
 
 #include "support/child_process.h"
+#include "support/not_copied.h"
 #include "support/windows/test_account.h"
 
 #define NEEDS_MAIL_PROGRAM() \
@@ -17,7 +18,7 @@ namespace glimmer::test {
 /// A mail program registered for this user's system while the object lives: one of the recorders built of
 /// mail_recorder.cpp, or with an empty name none at all. That is written for all users, so it does nothing but on a
 /// test machine; a test that needs it begins with NEEDS_MAIL_PROGRAM().
-class MailProgram {
+class MailProgram : NotCopied {
 public:
     /// It writes what it is handed into the folder and answers that number.
     MailProgram(const std::wstring& library, const std::filesystem::path& folder, int answer = 0) {
@@ -39,10 +40,6 @@ public:
             if (FreeLibrary(module) == FALSE) break;
         RegDeleteTreeW(HKEY_LOCAL_MACHINE, own);
     }
-    MailProgram(const MailProgram&) = delete;
-    MailProgram& operator=(const MailProgram&) = delete;
-    MailProgram(MailProgram&&) = delete;
-    MailProgram& operator=(MailProgram&&) = delete;
 
 private:
     static constexpr const wchar_t* clients = L"Software\\Clients\\Mail";

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include "support/not_copied.h"
+
 namespace glimmer::test {
 
 /// While it lives, the user's part of the registry is an empty one for this process.
-class OwnRegistry {
+class OwnRegistry : NotCopied {
 public:
     OwnRegistry() {
         RegDeleteTreeW(HKEY_CURRENT_USER, name);
@@ -19,10 +21,6 @@ public:
         RegCloseKey(key_);
         RegDeleteTreeW(HKEY_CURRENT_USER, name);
     }
-    OwnRegistry(const OwnRegistry&) = delete;
-    OwnRegistry& operator=(const OwnRegistry&) = delete;
-    OwnRegistry(OwnRegistry&&) = delete;
-    OwnRegistry& operator=(OwnRegistry&&) = delete;
 
 private:
     static constexpr const wchar_t* name = L"Software\\Glimmerpad tests";

@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "support/child_process.h"
+#include "support/not_copied.h"
 #include "support/scratch_folder.h"
 
 namespace glimmer::test {
 
 /// A copy of a program in a folder with libraries that somebody planted there under names of the system's.
-class PlantedLibraries {
+class PlantedLibraries : NotCopied {
 public:
     PlantedLibraries(const std::filesystem::path& program, const std::vector<std::wstring>& names) {
         std::filesystem::copy_file(program, this->program());
@@ -26,10 +27,6 @@ public:
         }
     }
     ~PlantedLibraries() { RegDeleteTreeW(HKEY_CURRENT_USER, rules); }
-    PlantedLibraries(const PlantedLibraries&) = delete;
-    PlantedLibraries& operator=(const PlantedLibraries&) = delete;
-    PlantedLibraries(PlantedLibraries&&) = delete;
-    PlantedLibraries& operator=(PlantedLibraries&&) = delete;
 
     [[nodiscard]] const std::filesystem::path& folder() const { return folder_.path(); }
     [[nodiscard]] std::filesystem::path program() const { return folder_.path() / "planted.exe"; }
