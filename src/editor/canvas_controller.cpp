@@ -64,10 +64,23 @@ void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& s
         shape.number.settings = style.number;
         shape.styleName = style.name;
         fitChanged(*selected, shape);
+        if (shape.number.isVisible() && !selected->number.isVisible()) takeFreeNumber(shape);
         change(std::move(shape), gesture);
         host_.overlayChanged();
     }
     host_.stateChanged();
+}
+
+/// A number that appears: its own, unless that is another one's already or would leave a gap; then the next one.
+void CanvasController::takeFreeNumber(TBBShape& shape) const {
+    int32_t last = 0;
+    bool taken = false;
+    for (const TBBShape& other : document_.annotations()) {
+        if (other.id() == shape.id() || !other.number.isVisible()) continue;
+        last = std::max(last, other.number.number);
+        taken |= other.number.number == shape.number.number;
+    }
+    if (taken || shape.number.number > last + 1) shape.number.number = clampStepNumber(last + 1);
 }
 
 void CanvasController::showPart(Part part, bool shown) {
@@ -150,6 +163,7 @@ TBBShape CanvasController::newShape(const Rect& rect) const {
     shape.text.settings.position = style.text.position;
     shape.number.settings.position = style.number.position;
     shape.number.number = document_.annotations().nextNumber();
+    if (shape.number.isVisible()) takeFreeNumber(shape);
     fitLabel(shape, host_.textPainter());
     return shape;
 }
@@ -233,16 +247,25 @@ void CanvasController::endTextEdit(AnnotationId id) {
         TBBShape shape = before;
         shape.text.setVisible(false);
         shape.line.setVisible(shape.line.isVisible() && !shape.shape.isVisible());
-        if (!shape.shape.isVisible() && !shape.number.isVisible())
-            execute(EditCommand::DeleteAnnotation);
-        else
+        if (shape.anyVisible())
             change(std::move(shape), editGesture_ != 0 ? editGesture_ : gesture_);
+        else
+            dropEmptyLabel();
     }
     editGesture_ = 0;
     gestureUsed_ = false;
     document_.endGesture();
     host_.stateChanged();
     host_.overlayChanged();
+}
+
+/// The selected annotation would have been a label and has no text: it is as if it had never been made, unless it was.
+void CanvasController::dropEmptyLabel() {
+    if (gestureUsed_ && document_.history().newestIs(gesture_)) {
+        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
+    } else {
+        execute(EditCommand::DeleteAnnotation);
+    }
 }
 
 // --- free drawing
@@ -419,17 +442,22 @@ CanvasOverlay CanvasController::overlay() const {
     const bool framed = selection.kind == Selection::Kind::Rectangle || selection.kind == Selection::Kind::Ellipse;
     if (framed && drag_ != Drag::Area && polygon_.empty()) addHandles(selection.rect);
     const std::optional<TBBShape> shape = dragged_ ? dragged_ : selectedShape();
-    if (shape && shape->anyVisible()) {
-        // Where only a line is to be seen its ends are what can be pulled; a badge alone gets a frame.
+    const auto addFrame = [&](const Rect& rect) {
+        overlay.polyline = {{rect.left, rect.top},
+                            {rect.right, rect.top},
+                            {rect.right, rect.bottom},
+                            {rect.left, rect.bottom},
+                            {rect.left, rect.top}};
+    };
+    if (shape && !shape->anyVisible()) {
+        addFrame(shape->shape.rectangle);
+    } else if (shape) {
+        // Where only a line is to be seen its ends are what can be pulled; a badge alone gets a frame, and so does the
+        // place of what is all hidden.
         if (shape->hasHandles()) {
             addHandles(shape->handleRect());
         } else if (!shape->line.isVisible()) {
-            const Rect badge = shape->number.badge(*shape).inflated(2);
-            overlay.polyline = {{badge.left, badge.top},
-                                {badge.right, badge.top},
-                                {badge.right, badge.bottom},
-                                {badge.left, badge.bottom},
-                                {badge.left, badge.top}};
+            addFrame(shape->number.badge(*shape).inflated(2));
         }
         for (const TBBShape::FreeEnd& end : shape->freeLineEnds()) overlay.handles.push_back(end.at);
         if (showGuides_ && gestureUsed_) overlay.guides = shape->guides();

@@ -166,6 +166,8 @@ private:
     bool addShape(TBBShape shape, Gesture gesture);
     void storeInk();
     void takeBackInk();
+    void dropEmptyLabel();
+    void takeFreeNumber(TBBShape& shape) const;
     void settleErased(AnnotationId id);
     void fitChanged(const TBBShape& before, TBBShape& after);
 

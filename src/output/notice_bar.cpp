@@ -18,6 +18,7 @@ void closeBar(wxFrame& window, wxWindow* bar) {
     bar->SetName(wxString());
     bar->Hide();
     window.Layout();
+    window.Refresh();  // what moved is not always painted where it came to
     window.CallAfter([bar] { bar->Destroy(); });
 }
 

@@ -202,6 +202,22 @@ TEST(Canvas, aLabelWithoutTextIsNotKept) {
     EXPECT_EQ(c.steps(), 1U);
 }
 
+TEST(Canvas, anArrowNeedsNoTextAndTheFirstNumberIsOne) {
+    Canvas c;
+    c.draw({50, 50, 90, 90}, EditTool::Text, "");
+    EXPECT_EQ(c.steps(), 0U) << "a label without text was never there";
+    const AnnotationId arrow = c.draw({100, 100, 200, 160}, EditTool::TextLine, "");
+    EXPECT_TRUE(c.shape(arrow).line.isVisible());
+    const AnnotationId second = c.draw({100, 200, 200, 260});
+    c.controller->execute(EditCommand::ToggleNumber);
+    EXPECT_EQ(c.shape(second).number.number, 1);
+    c.document->selectAnnotation(arrow);
+    c.controller->execute(EditCommand::ToggleNumber);
+    EXPECT_EQ(c.shape(arrow).number.number, 2);
+    for (const Part part : {Part::Line, Part::Number}) c.controller->showPart(part, false);
+    EXPECT_FALSE(c.controller->overlay().polyline.empty()) << "what is all hidden is still seen to be selected";
+}
+
 TEST(Canvas, theBodyMovesAllTheLabelMovesAloneAndSnaps) {
     Canvas c;
     const AnnotationId id = c.draw({100, 150, 200, 200});
