@@ -3,14 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
 
-#include "common/files.h"
 #include "imaging/blur_taps.h"
 #include "imaging/plain_effects.h"
-#include "imaging/png_codec.h"
 #include "support/assertions.h"
-#include "support/paths.h"
 #include "support/pictures.h"
 
 namespace glimmer {
@@ -102,18 +98,6 @@ TEST(GBlur, GivesTheBytesOfTheDefinitionOnLargePictures) {
     }
     expectAsDefined(page({60, 700}, 13), 6.1, "tall page");
     expectAsDefined(page({700, 60}, 14), 6.1, "wide page");
-}
-
-TEST(GBlur, GivesTheBytesOfTheDefinitionOnRealPages) {
-    for (const char* name : {"article-1280x1024.png", "shop-1920x1080.png"}) {
-        const auto file = readFile(std::filesystem::path(test::samplesFolder) / name, PngLimits::fileBytes);
-        ASSERT_TRUE(file.ok()) << file.message();
-        const TBitmap page = readPng(*file)->bitmap.converted(PixelFormat::Bgr24).take();
-        for (const Point corner : {Point{0, 0}, Point{333, 277}, Point{800, 601}}) {
-            const TBitmap part = page.cropped({corner.x, corner.y, corner.x + 400, corner.y + 300}).take();
-            for (const double radius : {1.1, 2.5, 10.0}) expectAsDefined(part, radius, name);
-        }
-    }
 }
 
 // Flat areas take a way of their own, and the sum of the weights decides between the value and one less.
