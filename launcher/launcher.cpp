@@ -29,7 +29,7 @@ std::wstring programPath() {
 }
 
 /// A path without short names ("PROGRA~1"); as it is when it cannot be asked for.
-std::wstring longPath(std::wstring path) {
+std::wstring longPath(const std::wstring& path) {
     std::wstring result(longestPath, L'\0');
     result.resize(GetLongPathNameW(path.c_str(), result.data(), longestPath));
     return result.empty() ? path : result;

@@ -86,7 +86,8 @@ Compositor* replaced = nullptr;
 
 Compositor& compositor() {
     static SystemCompositor ofSystem;
-    return replaced != nullptr ? *replaced : ofSystem;
+    if (replaced != nullptr) return *replaced;
+    return ofSystem;
 }
 
 void setCompositor(Compositor* replacement) { replaced = replacement; }

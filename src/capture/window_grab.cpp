@@ -138,8 +138,8 @@ Result<TBitmap> grab(const Motif& motif, Edges edges) {
         Result<TBitmap> seen = grabScreen(motif.area);
         if (shows(seen, motif)) return seen;
     }
-    for (Result<TBitmap> (*const draw)(const Motif&) : {printed, copied}) {
-        Result<TBitmap> drawn = draw(motif);
+    for (const auto way : std::array{&printed, &copied}) {
+        Result<TBitmap> drawn = way(motif);
         if (shows(drawn, motif)) return drawn;
     }
     // It is black indeed, or only what can be seen of it is to be had.

@@ -16,7 +16,7 @@ wxColour linkColour() {
 }
 
 wxColour quietTextColour() {
-    const wxColour text = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
+    wxColour text = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT);
     const wxColour background = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE);
     if (usesContrastTheme()) return text;
     const auto mixed = [](unsigned char ink, unsigned char paper) {

@@ -98,12 +98,13 @@ void SelectionPanel::takeColours() {
     const wxColour grey = wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
     const wxColour quiet = quietTextColour();
     for (wxWindow* child : GetChildren()) {
-        auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(child);
+        wxWindow& one = *child;
+        auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(&one);
         if (text == nullptr) {
-            if (child->GetForegroundColour() != quiet) child->SetForegroundColour(quiet);
+            if (one.GetForegroundColour() != quiet) one.SetForegroundColour(quiet);
             continue;
         }
-        const wxColour& now = child->IsThisEnabled() ? link : grey;
+        const wxColour& now = one.IsThisEnabled() ? link : grey;
         if (text->GetNormalColour() == now && text->GetHoverColour() == hover) continue;
         text->SetNormalColour(now);
         text->SetVisitedColour(now);
