@@ -257,7 +257,10 @@ void TMForm::mnuExitClick() {
 
 WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam) {
     if (message == terminateMessage()) {
-        guarded(terminateApplication);
+        guarded([] {
+            TProgram::prepareForSessionEnd();  // nobody was asked, so nothing is lost
+            terminateApplication();
+        });
         return 0;
     }
     if (message == restoreMessage()) {
