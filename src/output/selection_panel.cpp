@@ -98,13 +98,13 @@ void SelectionPanel::takeColours() {
     const wxColour grey = wxSystemSettings::GetColour(wxSYS_COLOUR_GRAYTEXT);
     const wxColour quiet = quietTextColour();
     for (wxWindow* child : GetChildren()) {
-        wxWindow& one = *child;
-        auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(&one);
+        auto* text = dynamic_cast<wxGenericHyperlinkCtrl*>(child);
         if (text == nullptr) {
-            if (one.GetForegroundColour() != quiet) one.SetForegroundColour(quiet);
+            // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a child that is no link is there all the same
+            if (child->GetForegroundColour() != quiet) child->SetForegroundColour(quiet);
             continue;
         }
-        const wxColour& now = one.IsThisEnabled() ? link : grey;
+        const wxColour& now = child->IsThisEnabled() ? link : grey;
         if (text->GetNormalColour() == now && text->GetHoverColour() == hover) continue;
         text->SetNormalColour(now);
         text->SetVisitedColour(now);
