@@ -11,18 +11,6 @@
 namespace glimmer {
 namespace {
 
-std::string pdfOf(const TBitmap& bitmap) {
-    std::string file;
-    const Status done = SaveBitmapAsPdf(
-        [&file](std::span<const uint8_t> data) {
-            file.append(data.begin(), data.end());
-            return Status();
-        },
-        bitmap);
-    EXPECT_TRUE(done.ok()) << done.message();
-    return file;
-}
-
 std::string pdfOf(std::unique_ptr<PdfDoc> document) {
     std::string file;
     EXPECT_EQ(WritePdf(std::move(document),
@@ -83,6 +71,18 @@ TEST(PdfWriter, RefusesWhatItCannotFinish) {
 }
 
 #ifndef _WIN32
+
+std::string pdfOf(const TBitmap& bitmap) {
+    std::string file;
+    const Status done = SaveBitmapAsPdf(
+        [&file](std::span<const uint8_t> data) {
+            file.append(data.begin(), data.end());
+            return Status();
+        },
+        bitmap);
+    EXPECT_TRUE(done.ok()) << done.message();
+    return file;
+}
 
 TEST(PdfWriter, OthersShowItsPixels) {
     const test::ScratchFolder folder("pdf tools");
