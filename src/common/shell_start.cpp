@@ -44,12 +44,13 @@ std::wstring registeredPath(HKEY root, const std::wstring& name) {
 /// current folder first, and for any kind of program.
 std::wstring programPath(std::wstring name) {
     if (name.find(L'.') == std::wstring::npos) name += L".exe";
-    for (const Folder get : {Folder{GetSystemDirectoryW}, Folder{GetWindowsDirectoryW}}) {
-        const std::wstring path = folder(get) + L"\\" + name;
+    // Windows' own folder first: the other one is that of 32-bit programs here, which has an Explorer too.
+    for (const Folder get : {Folder{GetWindowsDirectoryW}, Folder{GetSystemDirectoryW}}) {
+        std::wstring path = folder(get) + L"\\" + name;
         if (isFile(path)) return path;
     }
     for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
-        const std::wstring path = registeredPath(root, name);
+        std::wstring path = registeredPath(root, name);
         if (!path.empty() && isFile(path)) return path;
     }
     // Programs of the store have their names in a folder of the user's.

@@ -48,13 +48,17 @@ void HotKeys::noteConsent() const {
             OptionsHolder().setOn(command.unasked, false);
 }
 
+bool HotKeys::registerKey(size_t command) const {
+    const int32_t shortcut = OptionsHolder().number(commands_[command].option);
+    return RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(command), modifiersOf(shortcut),
+                          static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
+}
+
 void HotKeys::registerAll() {
     for (size_t i = 0; i < commands_.size(); ++i) {
         const int32_t shortcut = OptionsHolder().number(commands_[i].option);
         if (static_cast<UINT>(hotKeyCode(shortcut)) == 0 || unasked(commands_[i], shortcut)) continue;
-        const bool had = RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(i), modifiersOf(shortcut),
-                                        static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
-        (had ? had_ : taken_).insert(shortcut);
+        (registerKey(i) ? had_ : taken_).insert(shortcut);
     }
 }
 
@@ -74,9 +78,14 @@ void HotKeys::suspend(bool suspended) {
 }
 
 void HotKeys::retry() {
-    if (suspended_ || taken_.empty()) return;
-    releaseAll();
-    registerAll();
+    if (suspended_) return;
+    // Those that work stay as they are: they may be pressed at this moment.
+    for (size_t i = 0; i < commands_.size(); ++i) {
+        const int32_t shortcut = OptionsHolder().number(commands_[i].option);
+        if (taken_.count(shortcut) == 0 || !registerKey(i)) continue;
+        taken_.erase(shortcut);
+        had_.insert(shortcut);
+    }
 }
 
 void HotKeys::reportTaken() {

@@ -55,6 +55,7 @@ private:
     [[nodiscard]] static bool unasked(const Command& command, int32_t shortcut);
     [[nodiscard]] bool canBeHad(int32_t shortcut) const;
     void noteConsent() const;
+    [[nodiscard]] bool registerKey(size_t command) const;
     void registerAll();
     void releaseAll();
 

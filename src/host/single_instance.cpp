@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "common/boundary.h"
 #include "common/wide_text.h"
 #include "host/miscutils.h"
 
@@ -63,8 +64,10 @@ std::optional<size_t> waitForOne(const std::vector<HANDLE>& objects, DWORD milli
 }
 
 BOOL CALLBACK addReceiver(HWND window, LPARAM list) {
-    if (GetPropW(window, receiverMark) != nullptr) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-    return TRUE;
+    return guarded(FALSE, [=] {
+        if (GetPropW(window, receiverMark) != nullptr) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        return TRUE;
+    });
 }
 
 /// Windows that take the messages, of instances that are up.
@@ -105,8 +108,8 @@ public:
     HandedText(HandedText&&) = delete;
     HandedText& operator=(HandedText&&) = delete;
 
-    [[nodiscard]] bool fits() const { return fits_; }
-    [[nodiscard]] bool taken() const { return view_ == nullptr || *view_ == L'\0'; }
+    /// Also when there is none, or no room for it: then the other instance only comes back.
+    [[nodiscard]] bool taken() const { return !fits_ || view_ == nullptr || *view_ == L'\0'; }
 
 private:
     [[nodiscard]] void* address() const { return const_cast<wchar_t*>(view_); }
@@ -177,13 +180,13 @@ bool handOver(const std::optional<std::string>& text, uint32_t limitMilliseconds
     const Handle turn(CreateMutexW(nullptr, FALSE, turnName));
     const Handle heard(CreateEventW(nullptr, FALSE, FALSE, heardName));
     if (turn.get() == nullptr || heard.get() == nullptr) return false;
-    // Each of those before has as long as this one will have.
-    constexpr DWORD most = 64;
+    // Those before are heard at once, unless nobody hears; nobody is to wait long without a window then.
+    constexpr DWORD most = 2;
     if (waitForOne({turn.get(), instanceMutex}, limitMilliseconds * most) != 0) return false;
     const Turn mine(turn.get());
     ResetEvent(heard.get());
     const HandedText handed(text);
-    return handed.fits() && postUntilHeard(handed, heard.get(), limitMilliseconds);
+    return postUntilHeard(handed, heard.get(), limitMilliseconds);
 }
 
 void markReceiver(void* window) { SetPropW(static_cast<HWND>(window), receiverMark, static_cast<HANDLE>(window)); }
@@ -191,7 +194,9 @@ void markReceiver(void* window) { SetPropW(static_cast<HWND>(window), receiverMa
 std::optional<std::string> takeHandedOver() {
     const Handle taking(CreateMutexW(nullptr, FALSE, takingName));
     const Handle heard(OpenEventW(EVENT_MODIFY_STATE, FALSE, heardName));
-    if (taking.get() != nullptr) waitForOne({taking.get()}, INFINITE);
+    // Whoever takes is done in no time. One that is held up must not hold this window up as well.
+    constexpr DWORD longest = 2000;  // milliseconds
+    if (taking.get() != nullptr && !waitForOne({taking.get()}, longest)) return std::nullopt;
     std::string text;
     if (auto* view = static_cast<wchar_t*>(MapSharedView(nullptr, mappingName, 0, false))) {
         // The text ends inside the view, whoever wrote it.

@@ -11,6 +11,9 @@
 
 #include "capture/window_grab.h"
 #include "common/boundary.h"
+#include "common/boundary.h"
+#include "common/inside_modal.h"
+#include "common/library_module.h"
 #include "common/system_library.h"
 #include "host/delivery.h"
 #include "host/host_state.h"
@@ -29,6 +32,7 @@
 #include "settings/hot_key.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
+#include "settings/run_at_startup.h"
 
 namespace glimmer {
 
@@ -139,6 +143,7 @@ void TMForm::start(const std::optional<std::string>& file, bool inTray) {
             },
             [this] { hotKeys_->reportTaken(); },
             cleanUpWorkingFolder,
+            [] { renewRunAtStartup(moduleFile(nullptr)); },
         };
         for (const std::function<void()>& step : steps)
             if (pProgram) guarded(step);
@@ -267,7 +272,8 @@ WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam
         guarded([this] { restored(); });
         return 0;
     }
-    if (message == WM_SETTINGCHANGE || message == WM_ACTIVATEAPP) guarded([this] { systemChanged(); });
+    if (message == WM_SETTINGCHANGE || (message == WM_ACTIVATEAPP && wParam != FALSE))
+        guarded([this] { systemChanged(); });
     if (message == WM_HOTKEY && hotKeys_) {
         guarded([this, wParam] { hotKeys_->pressed(static_cast<int>(wParam)); });
         return 0;
@@ -279,7 +285,7 @@ WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam
 void TMForm::systemChanged() {
     if (!hotKeys_) return;
     hotKeys_->retry();
-    if (pMainEditor != nullptr && pMainEditor->IsShown()) showNotices();
+    if (pMainEditor != nullptr && pMainEditor->IsShown() && !insideModal()) showNotices();
 }
 
 void TMForm::restored() {

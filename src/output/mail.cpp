@@ -22,6 +22,7 @@
 
 #include "common/files.h"
 #include "common/modal_scope.h"
+#include "common/surroundings.h"
 #include "common/system_library.h"
 #include "common/vendor.h"
 #include "common/wide_text.h"
@@ -139,16 +140,12 @@ MailOutcome handToProgram(const Mail& mail, HWND window) {
     const std::wstring body = toWide(mail.body);
     const auto parent = reinterpret_cast<ULONG_PTR>(window);
     ULONG result = MAPI_E_NOT_SUPPORTED;
-    // A mail program may change the current folder.
-    std::error_code error;
-    const fs::path folder = fs::current_path(error);
     if (const auto send = systemFunction<SendMailW>(L"mapi32.dll", "MAPISendMailW"))
         result = sendUnicode(send, parent, subject, body, mail.attachments);
     if (result == MAPI_E_NOT_SUPPORTED) {
         if (const auto send = systemFunction<SendMailA>(L"mapi32.dll", "MAPISendMail"))
             result = sendAnsi(send, parent, subject, body, mail.attachments);
     }
-    if (fs::current_path(error) != folder) fs::current_path(folder, error);
     if (result == SUCCESS_SUCCESS) return MailOutcome::Handed;
     return result == MAPI_E_USER_ABORT ? MailOutcome::GivenUp : MailOutcome::Failed;
 }
@@ -201,7 +198,7 @@ DWORD WINAPI work(void* /*unused*/) {
     while (const std::shared_ptr<Sending> sending = nextToSend()) {
         try {
             sending->result = handToProgram(sending->mail, sending->window);
-        } catch (const std::exception&) {
+        } catch (...) {
             sending->result = MailOutcome::Failed;  // no memory, no path that can be expressed
         }
         SetEvent(sending->done);
@@ -241,7 +238,11 @@ void waitForWindow(const Sending& sending, HWND before) {
         if (MsgWaitForMultipleObjects(1, &sending.done, FALSE, step, QS_PAINT | QS_SENDMESSAGE) == WAIT_OBJECT_0)
             return;
         MSG message;
-        while (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+        // One a round: a window that never has enough of painting does not keep this from its end.
+        if (PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE) != FALSE) {
+            const HostSurroundings theirs;  // it may be a window of the host's; ours have their own
+            DispatchMessageW(&message);
+        }
         HWND const front = GetForegroundWindow();
         if (front != nullptr && front != before && GetWindowThreadProcessId(front, nullptr) != GetCurrentThreadId())
             return;

@@ -32,6 +32,16 @@ bool runsAtStartup() {
            !switchedOff();
 }
 
+void renewRunAtStartup(const std::string& program) {
+    const std::u16string former = toUtf16("\"" + program + "\"");
+    std::u16string data(former.size() + 1, u'\0');
+    auto size = static_cast<DWORD>(data.size() * sizeof(char16_t));
+    if (RegGetValueW(HKEY_CURRENT_USER, runKey, valueName, RRF_RT_REG_SZ, nullptr, data.data(), &size) ==
+            ERROR_SUCCESS &&
+        data.c_str() == former && !switchedOff())
+        static_cast<void>(setRunAtStartup(true, program));
+}
+
 Status setRunAtStartup(bool on, const std::string& program) {
     const Failure failure{"The program's entry for the system's start cannot be changed."};
     HKEY key = nullptr;
