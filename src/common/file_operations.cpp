@@ -8,6 +8,7 @@
 
 #ifdef _WIN32
 #include <io.h>
+#include <process.h>
 #include <share.h>
 #include <stdlib.h>
 #else
@@ -86,6 +87,20 @@ constexpr FileOperations portable{createFile, replaceFile, placeFile, explainNot
 const FileOperations* installed = &portable;
 
 }  // namespace
+
+#ifdef _WIN32
+std::FILE* openFile(const fs::path& path, OpenMode mode) {
+    return _wfopen(path.c_str(), mode == OpenMode::Read ? L"rb" : L"r+b");
+}
+bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
+int processId() { return _getpid(); }
+#else
+std::FILE* openFile(const fs::path& path, OpenMode mode) {
+    return std::fopen(path.c_str(), mode == OpenMode::Read ? "rb" : "r+b");
+}
+bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
+int processId() { return getpid(); }
+#endif
 
 const FileOperations& portableFileOperations() { return portable; }
 

@@ -6,35 +6,18 @@
 #include <system_error>
 #include <thread>
 
-#ifdef _WIN32
-#include <io.h>
-#include <process.h>
-#else
-#include <unistd.h>
-#endif
-
 namespace glimmer {
 
 namespace {
 
 namespace fs = std::filesystem;
 
-#ifdef _WIN32
-std::FILE* openFile(const fs::path& path, const wchar_t* mode) { return _wfopen(path.c_str(), mode); }
-bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && _commit(_fileno(file)) == 0; }
-int processId() { return _getpid(); }
-#define GLIMMER_MODE(text) L##text
-#else
-std::FILE* openFile(const fs::path& path, const char* mode) { return std::fopen(path.c_str(), mode); }
-bool flushToDisk(std::FILE* file) { return std::fflush(file) == 0 && fsync(fileno(file)) == 0; }
-int processId() { return getpid(); }
-#define GLIMMER_MODE(text) text
-#endif
-
 FileWriter writeBytes = std::fwrite;
 
 constexpr const char* temporaryPrefix = "~gp";
 constexpr const char* temporaryExtension = ".tmp";
+constexpr std::string_view formerMark = "-former-";
+constexpr std::string_view formerExtension = ".old";
 
 Failure cannotWrite(const fs::path& path, const std::string& reason = {}) {
     return Failure{"The file " + utf8FromPath(path) + " cannot be written." + reason};
@@ -48,7 +31,8 @@ FileTrouble withPatience(bool patient, Operation operation) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(1);
     while (true) {
         const FileTrouble trouble = operation();
-        const bool passing = trouble == FileTrouble::InUse || trouble == FileTrouble::Refused;
+        const bool passing =
+            trouble == FileTrouble::InUse || trouble == FileTrouble::Refused || trouble == FileTrouble::HalfWay;
         if (!passing || !patient || std::chrono::steady_clock::now() >= end) return trouble;
         std::this_thread::sleep_for(pause);
     }
@@ -69,7 +53,7 @@ Result<std::vector<uint8_t>> readFile(const fs::path& path, uint64_t limit) {
     const uint64_t size = std::filesystem::file_size(path, error);
     if (error) return cannotRead;
     if (size > limit) return Failure{"The file " + utf8FromPath(path) + " is too large."};
-    std::FILE* file = openFile(path, GLIMMER_MODE("rb"));
+    std::FILE* file = openFile(path, OpenMode::Read);
     if (file == nullptr) return cannotRead;
     std::vector<uint8_t> data(static_cast<size_t>(size));
     const size_t got = data.empty() ? 0 : std::fread(data.data(), 1, data.size(), file);
@@ -127,7 +111,7 @@ Status TemporaryOutput::write(std::span<const uint8_t> data) {
 Status TemporaryOutput::complete() {
     if (complete_) return {};
     if (file_ == nullptr) return cannotWrite(target_);
-    const bool written = options_.flush ? flushToDisk(file_) : std::fflush(file_) == 0;
+    const bool written = options_.flush ? fileOperations().flush(file_) : std::fflush(file_) == 0;
     const bool closed = written && std::fclose(file_) == 0;
     if (written) file_ = nullptr;
     complete_ = true;  // closed or not, there is a file
@@ -141,11 +125,10 @@ Status TemporaryOutput::commit() {
         return options_.overwrite ? system.replace(temporary_, target_, options_.inherits)
                                   : system.place(temporary_, target_);
     });
-    if (trouble == FileTrouble::None) {
-        complete_ = false;
-        return {};
-    }
-    if (trouble != FileTrouble::Exists) return refuse(trouble);
+    // Half-way nothing has the name: the new file, whole, stays as well.
+    if (trouble == FileTrouble::None || trouble == FileTrouble::HalfWay) complete_ = false;
+    if (trouble == FileTrouble::None) return {};
+    if (trouble != FileTrouble::Exists && trouble != FileTrouble::HalfWay) return refuse(trouble);
     trouble_ = trouble;
     return cannotWrite(target_);
 }
@@ -155,15 +138,43 @@ Status moveOver(const fs::path& file, const fs::path& target) {
     return trouble == FileTrouble::None ? Status() : cannotWrite(target, explained(target, trouble));
 }
 
+fs::path formerPath(const fs::path& target) {
+    fs::path name = pathFromUtf8(temporaryPrefix + std::to_string(processId()));
+    name += formerMark;
+    name += target.filename();
+    name += formerExtension;
+    return target.parent_path() / name;
+}
+
+namespace {
+
+/// A file that formerPath() names: back to its own name when nobody has that, otherwise it is outdated.
+void settleFormer(const fs::path& path, const std::string& name) {
+    const size_t mark = name.find(formerMark);
+    if (mark == std::string::npos) return;
+    const size_t start = mark + formerMark.size();
+    const std::string own = name.substr(start, name.size() - formerExtension.size() - start);
+    std::error_code ignored;
+    if (!own.empty() && fileOperations().place(path, path.parent_path() / pathFromUtf8(own)) == FileTrouble::Exists)
+        fs::remove(path, ignored);
+}
+
+}  // namespace
+
 void removeAbandonedOutputs(const fs::path& folder) {
     const fs::file_time_type oldest = fs::file_time_type::clock::now() - std::chrono::hours(1);
     std::error_code error;
     for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
         const std::string name = utf8FromPath(at->path().filename());
-        if (!name.starts_with(temporaryPrefix) || !name.ends_with(temporaryExtension)) continue;
-        std::error_code ignored;
-        if (fs::is_regular_file(at->symlink_status(ignored)) && at->last_write_time(ignored) < oldest && !ignored)
-            fs::remove(at->path(), ignored);
+        const bool former = name.ends_with(formerExtension);
+        if (!name.starts_with(temporaryPrefix) || !(former || name.ends_with(temporaryExtension))) continue;
+        std::error_code unknown;
+        const bool file = fs::is_regular_file(at->symlink_status(unknown));
+        if (!file || at->last_write_time(unknown) >= oldest || unknown) continue;
+        if (former)
+            settleFormer(at->path(), name);
+        else
+            fs::remove(at->path(), unknown);
     }
 }
 
@@ -176,9 +187,9 @@ Status writeFile(const fs::path& path, std::span<const uint8_t> data, WriteOptio
 }
 
 bool flushFile(const fs::path& path) {
-    std::FILE* file = openFile(path, GLIMMER_MODE("r+b"));
+    std::FILE* file = openFile(path, OpenMode::Change);
     if (file == nullptr) return false;
-    const bool flushed = flushToDisk(file);
+    const bool flushed = fileOperations().flush(file);
     std::fclose(file);
     return flushed;
 }

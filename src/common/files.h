@@ -71,8 +71,12 @@ private:
 /// Moves a closed file over another in the same volume, with the patience of TemporaryOutput.
 Status moveOver(const std::filesystem::path& file, const std::filesystem::path& target);
 
+/// Where the file that another one replaces is while it is replaced, in the folder of both; its name tells its own.
+std::filesystem::path formerPath(const std::filesystem::path& target);
+
 /// Removes what a process that was killed in the middle of writing left in the folder: temporary files that nobody has
-/// touched for an hour. One that is being written is safe from that: the system does not remove an open file.
+/// touched for an hour, and former files; one whose name nobody has is given that again. One that is being written is
+/// safe from that: the system does not remove an open file.
 void removeAbandonedOutputs(const std::filesystem::path& folder);
 
 /// What TemporaryOutput puts bytes into its file with: std::fwrite, unless a test replaces it by a disk that is full.

@@ -1,6 +1,7 @@
 #include "common/windows_files.h"
 
 #include "common/file_holders.h"
+#include "common/files.h"
 
 namespace glimmer {
 
@@ -40,6 +41,9 @@ FileTrouble placed(const fs::path& file, const fs::path& target) { return moved(
 
 std::string explainTrouble(const fs::path& target, FileTrouble trouble) {
     if (trouble == FileTrouble::Protected) return "The file is write-protected.";
+    if (trouble == FileTrouble::HalfWay)
+        return "The former file is in the same folder, under the name " + utf8FromPath(formerPath(target).filename()) +
+               ".";
     if (trouble != FileTrouble::InUse && trouble != FileTrouble::Refused) return {};
     if (isThere(target))
         if (std::string sentence = openIn(holdersOf(target)); !sentence.empty()) return sentence;
@@ -61,6 +65,7 @@ FileTrouble troubleOf(DWORD error) {
         case ERROR_USER_MAPPED_FILE:
         case ERROR_DELETE_PENDING:
             return FileTrouble::InUse;
+        case ERROR_FILE_NOT_FOUND:  // what controlled folder access answers; a missing folder is another error
         case ERROR_ACCESS_DENIED:
             return FileTrouble::Refused;
         case ERROR_WRITE_PROTECT:
@@ -70,36 +75,40 @@ FileTrouble troubleOf(DWORD error) {
     }
 }
 
+namespace {
+
+/// Nothing has the target's name: the file gets it, or the former file, where there is one, gets it back.
+FileTrouble finished(const fs::path& file, const fs::path& target, const PlacingCalls& calls) {
+    const fs::path former = formerPath(target);
+    const FileTrouble trouble = moved(file, target, 0, calls);
+    if (trouble == FileTrouble::None) DeleteFileW(former.c_str());
+    // Somebody made one in this moment: it is to be replaced as well, at the next attempt.
+    if (trouble == FileTrouble::Exists) return FileTrouble::InUse;
+    if (trouble == FileTrouble::None || !isThere(former)) return trouble;
+    return moved(former, target, 0, calls) == FileTrouble::None ? trouble : FileTrouble::HalfWay;
+}
+
+}  // namespace
+
 FileTrouble replaceInheriting(const fs::path& file, const fs::path& target, const PlacingCalls& calls) {
-    if (!isThere(target)) {
-        const FileTrouble trouble = moved(file, target, 0, calls);
-        // Somebody made one in this moment: it is to be replaced as well, at the next attempt.
-        return trouble == FileTrouble::Exists ? FileTrouble::InUse : trouble;
-    }
+    if (!isThere(target)) return finished(file, target, calls);
     // With a name to keep the former file under, no way of failing takes it away. A file system without rights, or a
     // user who may not set them, is no reason not to save.
-    const fs::path former = fs::path(file).replace_extension(L".old");
+    const fs::path former = formerPath(target);
     if (calls.replace(target.c_str(), file.c_str(), former.c_str(), REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr,
                       nullptr) != FALSE) {
-        // Tried again, since it has just been touched; what cannot be removed stays as what it is, an older copy.
+        // Tried again, since it has just been touched; what cannot be removed goes later, as abandoned.
         for (int attempt = 0; DeleteFileW(former.c_str()) == FALSE && attempt < 5 && isThere(former); ++attempt)
             Sleep(20);
         return FileTrouble::None;
     }
     const FileTrouble trouble = troubleOf(GetLastError());
-    if (isThere(target)) {
-        // Both files are what they were (ERROR_UNABLE_TO_REMOVE_REPLACED, ERROR_UNABLE_TO_MOVE_REPLACEMENT and all
-        // others). The system that does not do this here, or asks for more rights than it takes to rename, renames.
-        return trouble == FileTrouble::InUse ? trouble : moved(file, target, MOVEFILE_REPLACE_EXISTING, calls);
-    }
     // ERROR_UNABLE_TO_MOVE_REPLACEMENT_2: the former file has its other name already.
-    const FileTrouble finished = moved(file, target, 0, calls);
-    if (finished == FileTrouble::None) {
-        DeleteFileW(former.c_str());
-        return finished;
-    }
-    (void)moved(former, target, 0, calls);
-    return finished;
+    if (!isThere(target)) return finished(file, target, calls);
+    // Both files are what they were (ERROR_UNABLE_TO_REMOVE_REPLACED, ERROR_UNABLE_TO_MOVE_REPLACEMENT and all others).
+    // The system that does not do this here (a name too long for the former file's), or asks for more rights than it
+    // takes to rename, renames.
+    return trouble == FileTrouble::InUse ? trouble : moved(file, target, MOVEFILE_REPLACE_EXISTING, calls);
 }
 
 void connectFiles() {

@@ -14,7 +14,7 @@ struct PlacingCalls {
 
 /// Gives `file` the name of `target`, over a file that has it, which hands on its rights, attributes, streams and
 /// creation time where the file system can. Where that call gives up half-way the exchange is completed or taken back:
-/// at every moment the former content is in the folder, under its name or that of `file` with ".old".
+/// at every moment the former content is in the folder, under its name or at formerPath(); when neither works: HalfWay.
 FileTrouble replaceInheriting(const std::filesystem::path& file, const std::filesystem::path& target,
                               const PlacingCalls& calls = {});
 

@@ -226,14 +226,14 @@ bool RecoveryStore::tidy() {
     if (tossed_.empty()) return false;
     std::error_code error;
     int removed = 0;
-    for (fs::directory_iterator at(tossed_.back(), error), end; !error && at != end && removed < filesRemovedAtOnce;
-         ++removed) {
+    for (fs::directory_iterator at(tossed_.back(), error), end; !error && at != end && removed < filesRemovedAtOnce;) {
         const fs::path file = at->path();
         at.increment(error);
         std::error_code ignored;
-        fs::remove(file, ignored);
+        if (fs::remove(file, ignored)) ++removed;
     }
     if (removed == filesRemovedAtOnce) return true;
+    // All were tried. What cannot be removed now goes at the next start, where it is no capture.
     removeFolder(tossed_.back());
     // The run's own folder goes with its last capture.
     fs::remove(tossed_.back().parent_path(), error);
@@ -293,7 +293,7 @@ bool RecoveryWriter::pending() const {
 }
 
 bool RecoveryWriter::waiting() const {
-    return flushing_.valid() && flushing_.wait_for(std::chrono::seconds(0)) == std::future_status::timeout;
+    return !hurried_ && flushing_.valid() && flushing_.wait_for(std::chrono::seconds(0)) == std::future_status::timeout;
 }
 
 void RecoveryWriter::settle() {

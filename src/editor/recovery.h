@@ -95,7 +95,7 @@ public:
     /// is tried again with the next change, or after a while.
     bool work();
     /// Whether all that is left to do waits for the disk, to which a thread of its own writes the bands through: the
-    /// manifest names them only when they are there. Calling work() meanwhile does no harm.
+    /// manifest names them only when they are there, unless it hurries. Calling work() meanwhile does no harm.
     [[nodiscard]] bool waiting() const;
     /// Waits for that.
     void settle();

@@ -28,7 +28,7 @@ void RecoveryKeeper::discard(CaptureDocument& document) {
 
 void RecoveryKeeper::leave(CaptureDocument& document) {
     const auto kept = find(document);
-    if (document.modified() && (sessionEnds_ || document.touched() || kept->writer->recovered())) {
+    if (document.modified() && (Clock::now() < sessionEndsUntil_ || document.touched() || kept->writer->recovered())) {
         do {
             kept->writer->settle();
             piece(*kept);
@@ -77,13 +77,13 @@ bool RecoveryKeeper::work(Kept& kept, Clock::time_point end) {
 }
 
 bool RecoveryKeeper::keepAll(std::chrono::milliseconds budget) {
-    sessionEnds_ = true;
+    sessionEndsUntil_ = Clock::now() + sessionEndTime;
     const Clock::time_point end = Clock::now() + budget;
     // A capture that has changed since its work began takes a second round.
     for (int round = 0; round < 2 && !complete(); ++round) {
         for (Kept& kept : kept_) {
             kept.notBefore = {};
-            kept.writer->hurry();
+            if (kept.writer->pending()) kept.writer->hurry();
         }
         work(std::max(std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()), {}));
     }

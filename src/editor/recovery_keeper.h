@@ -35,14 +35,15 @@ public:
     /// Does what there is to do, but stops after the piece that exceeds `budget`; a piece takes some 5 ms. Call it
     /// from a timer, which comes behind all input.
     void work(std::chrono::milliseconds budget);
-    /// Keeps everything as it is now, also what rests, within `budget` or so; whether that was time enough. From then
-    /// on captures just as they arrived outlive leave() as well: the session may end at any moment.
+    /// Keeps everything as it is now, also what rests, within `budget` or so; whether that was time enough. For the
+    /// next ten seconds captures just as they arrived outlive leave() as well: the session may end, or go on.
     bool keepAll(std::chrono::milliseconds budget);
     /// Whether all that should be kept is.
     [[nodiscard]] bool complete() const;
 
 private:
     using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::seconds sessionEndTime{10};
     struct Kept {
         CaptureDocument* document;
         std::unique_ptr<RecoveryWriter> writer;
@@ -56,7 +57,7 @@ private:
     RecoveryStore store_;
     std::chrono::milliseconds rest_;
     std::vector<Kept> kept_;
-    bool sessionEnds_ = false;
+    Clock::time_point sessionEndsUntil_{};
 };
 
 }  // namespace glimmer

@@ -23,8 +23,11 @@ HostState& hostState() {
 bool ensureProgram() {
     if (pProgram) return true;
     if (!startToolkit()) return false;
-    // A host's process ends when the host does.
-    setSessionEnd({&TProgram::prepareForSessionEnd, isStandalone() ? &terminateApplication : nullptr});
+    // Once more at the end: minutes may have passed since the question. A host's process ends when the host does.
+    setSessionEnd({&TProgram::prepareForSessionEnd, [] {
+                       TProgram::prepareForSessionEnd();
+                       if (isStandalone()) terminateApplication();
+                   }});
     pProgram = std::make_unique<TProgram>(hostState().addonVersion);
     if (!pProgram->initialize()) pProgram.reset();
     return pProgram != nullptr;

@@ -2,7 +2,10 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <chrono>
 #include <ctime>
+#include <optional>
 #include <utility>
 
 #include "capture/screen_area.h"
@@ -83,8 +86,16 @@ void TProgram::closeWindows() {
 }
 
 void TProgram::prepareForSessionEnd() noexcept {
+    using Clock = std::chrono::steady_clock;
+    // The system asks each top-level window, and gives the program five seconds for all of them together.
+    constexpr std::chrono::milliseconds time{2000};
+    constexpr std::chrono::seconds longestRound{10};
+    static std::optional<Clock::time_point> begun;
+    const Clock::time_point now = Clock::now();
+    if (!begun || now - *begun > longestRound) begun = now;
+    const auto spent = std::chrono::duration_cast<std::chrono::milliseconds>(now - *begun);
     try {
-        if (pMainEditor != nullptr) pMainEditor->prepareForSessionEnd();
+        if (pMainEditor != nullptr) pMainEditor->prepareForSessionEnd(std::max(time - spent, {}));
     } catch (...) {
         // A message would hold the end of the session up.
         OutputDebugStringW(L"glimmerpad: not everything could be kept at the end of the session");

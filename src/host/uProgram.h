@@ -54,8 +54,9 @@ public:
     /// Closes every window without asking and releases the editors; before the destructor.
     void closeWindows();
 
-    /// The session may end: what is open and not saved is kept for the next start, within two seconds, and the settings
-    /// are written. Asks nothing and tells nothing, a failure neither; all goes on when the session does.
+    /// The session may end: what is open and not saved is kept for the next start, within two seconds for all calls of
+    /// one round, and the settings are written. Asks nothing and tells nothing, a failure neither; all goes on when the
+    /// session does.
     static void prepareForSessionEnd() noexcept;
 
     /// Takes a capture and runs its action (code modulo 100). `pngData` is a PNG file or nothing, `bitmap` finished

@@ -18,8 +18,6 @@ constexpr int thumbnailPeriod = 100;  // milliseconds
 constexpr int recoveryPeriod = 30;
 /// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
 constexpr std::chrono::milliseconds recoveryBudget{8};
-/// The system gives a program five seconds to answer, all its windows together.
-constexpr std::chrono::milliseconds sessionEndBudget{2000};
 /// More names than this would not fit on a message box.
 constexpr size_t mostNames = 10;
 
@@ -50,8 +48,8 @@ void TMainEditor::wakeTimers() {
     if (!tmrRecovery_.IsRunning()) tmrRecovery_.Start(recoveryPeriod);
 }
 
-void TMainEditor::prepareForSessionEnd() {
-    recovery_->keepAll(sessionEndBudget);
+void TMainEditor::prepareForSessionEnd(std::chrono::milliseconds budget) {
+    recovery_->keepAll(budget);
     storeState();
     settings().save();
 }

@@ -111,9 +111,9 @@ public:
     /// Lets go of all captures without a question. What of them was kept against a crash goes too, unless `kept`:
     /// then those that the user has worked on are offered again at the next start.
     void discardAll(bool kept = false);
-    /// The session may end at any moment: keeps all captures, within two seconds, and the window's settings. Asks
+    /// The session may end at any moment: keeps all captures, within `budget` or so, and the window's settings. Asks
     /// nothing, closes nothing; work can go on.
-    void prepareForSessionEnd();
+    void prepareForSessionEnd(std::chrono::milliseconds budget);
     /// Once: offers the captures that an earlier run left behind when it crashed, in a message box or, where another
     /// capture has brought the window up, in a bar of the window.
     void offerRecovered(bool inBar);

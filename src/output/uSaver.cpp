@@ -149,7 +149,6 @@ std::optional<fs::path> TSaver::writeTarget(const fs::path& path, const Encode& 
         if (other.empty() || other == output.target()) return cannotCreate();
         output.rename(utf8FromPath(other.filename()));
     }
-    removeAbandonedOutputs(path.parent_path());
     return output.target();
 }
 
@@ -177,6 +176,7 @@ std::optional<fs::path> TSaver::savePicture(CaptureDocument& document, SaveMode 
         if (!written) return std::nullopt;
         target.path = *written;
     }
+    removeAbandonedOutputs(target.path.parent_path());
     document.markSaved();
     debugDetail("saved " + utf8FromPath(target.path));
     if (mode == SaveMode::Interactive) finishSaving(target.path, target.format);
@@ -215,6 +215,7 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
         }
         written.push_back(*file);
     }
+    removeAbandonedOutputs(folder);
     return written;
 }
 

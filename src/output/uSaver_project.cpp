@@ -150,6 +150,7 @@ std::optional<fs::path> TSaver::exportPage(Documents documents) {
         return std::nullopt;
     }
     if (made.path() == folder) made.keep();
+    for (const fs::path& written : {folder, target->parent_path()}) removeAbandonedOutputs(written);
     rememberSaveFolder(target->parent_path());
     return *target;
 }

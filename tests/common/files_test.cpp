@@ -187,7 +187,11 @@ TEST_F(Files, WhatDeadProcessesLeftIsRemoved) {
     const fs::path old = make("~gp77-3.tmp", 61);
     const std::vector<fs::path> others{make("~gp77-4.tmp", 50), make("~gp77-3.old", 6000), make("gp77-3.tmp", 6000)};
     fs::create_directory(folder_ / "~gp1-1.tmp");
+    const fs::path outdated = make("~gp77-former-gp77-3.tmp.old", 61);
+    const fs::path lost = make("~gp77-former-a - b.png.old", 61);
     removeAbandonedOutputs(folder_);
+    EXPECT_FALSE(fs::exists(outdated) || fs::exists(lost));
+    EXPECT_TRUE(fs::remove(folder_ / "a - b.png"));
     EXPECT_FALSE(fs::exists(old));
     for (const fs::path& other : others) EXPECT_TRUE(fs::exists(other)) << other;
     EXPECT_EQ(entries(), 4U);

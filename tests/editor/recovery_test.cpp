@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <fstream>
 #include <set>
@@ -10,6 +11,7 @@
 
 #include "common/files.h"
 #include "editor/commands/set_info.h"
+#include "editor/recovery_keeper.h"
 #include "editor/recovery_victim.h"
 #include "support/child_process.h"
 #include "support/scratch_folder.h"
@@ -281,6 +283,50 @@ TEST(Recovery, whatIsSavedEarlyLeavesNothing) {
     while (store.tidy()) {
     }
     EXPECT_EQ(filesIn(folder.path(), ".manifest") + filesIn(folder.path(), ".band"), 0U);
+}
+
+/// A disk that takes its time for what a thread of its own writes through.
+struct SlowDisk {
+    static inline std::atomic<bool> busy, held;
+    static inline std::thread::id user;
+    static bool flush(std::FILE* file) {
+        if (std::this_thread::get_id() == user) return flushToDisk(file);
+        busy = true;
+        held.wait(true);
+        return flushToDisk(file);
+    }
+};
+
+TEST(Recovery, theEndOfTheSessionDoesNotWaitForTheDisk) {
+    const ScratchFolder folder("recovery hurry");
+    FileOperations slow = portableFileOperations();
+    slow.flush = SlowDisk::flush;
+    SlowDisk::user = std::this_thread::get_id();
+    SlowDisk::held = true;
+    setFileOperations(&slow);
+    const auto capture = test::victimCapture();
+    {
+        RecoveryKeeper keeper(folder.path());
+        keeper.add(*capture);
+        while (!SlowDisk::busy) keeper.work({});
+        EXPECT_TRUE(keeper.keepAll(std::chrono::minutes(1)));
+        SlowDisk::held = false;
+        SlowDisk::held.notify_all();
+    }
+    setFileOperations(nullptr);
+    EXPECT_EQ(filesIn(folder.path(), ".manifest"), 1U);
+}
+
+// Folders with something in them cannot be removed like files; there is an end to trying.
+TEST(Recovery, whatCannotBeRemovedHoldsNothingUp) {
+    const ScratchFolder folder("recovery stuck");
+    RecoveryStore store(folder.path());
+    const std::filesystem::path capture = store.makeCaptureFolder();
+    for (int i = 0; i < 20; ++i) std::filesystem::create_directories(capture / (std::to_string(i) + ".band") / "in");
+    store.toss(capture);
+    int rounds = 0;
+    while (store.tidy() && rounds < 20) ++rounds;
+    EXPECT_LT(rounds, 20);
 }
 
 std::vector<std::string> linesOf(const std::filesystem::path& path) {
