@@ -202,8 +202,7 @@ TEST(PngReader, PrivateChunksThatLieLeaveThePictureFlat) {
     };
     const Case cases[] = {
         {"bad checksum", broken, true, 0},
-        {"ten thousand", withChunks(file, std::vector<std::pair<std::string, Bytes>>(10000, {"bBIn", {1, 0}})), true,
-         0},
+        {"one too many", withChunks(file, {PngLimits::privateChunks + 1, {"bBIn", {1, 0}}}), true, 0},
         {"unknown types", withChunks(file, {{"bBXn", {1}}, {"prVt", {2}}, {"bBIn", {3}}}), false, 1},
         {"no data", withChunks(file, {{"bBIn", {}}}), false, 1},
     };
