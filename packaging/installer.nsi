@@ -67,7 +67,7 @@ Var everybody    ; the button for all users
 !define MUI_FINISHPAGE_RUN
 !define MUI_FINISHPAGE_RUN_FUNCTION StartProgram
 !define MUI_FINISHPAGE_RUN_TEXT "Start ${PRODUCT}"
-!define MUI_UNCONFIRMPAGE_TEXT_TOP "Pictures and settings stay, and so do captures kept for a recovery and copies of what was mailed or published: in %APPDATA%\Glimmerpad and %APPDATA%\Vistrane."
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "Pictures, settings, copies that were mailed or published and captures kept for a recovery stay: in %APPDATA% and %LOCALAPPDATA%, folders Glimmerpad and Vistrane."
 
 !define MUI_PAGE_CUSTOMFUNCTION_PRE SkipWhenElevated
 !insertmacro MUI_PAGE_WELCOME
@@ -116,6 +116,7 @@ Section "${PRODUCT}" program
     SectionIn RO
     !insertmacro REFUSE_WHAT_CANNOT_BE_CHANGED "glimmerpad.dll"
     !insertmacro REFUSE_WHAT_CANNOT_BE_CHANGED "glimmerpad.exe"
+    !insertmacro REFUSE_WHAT_CANNOT_BE_CHANGED "uninstall.exe"
     ; What lies in a folder that is not ours yet is somebody else's.
     Call IsOurs
     Pop $0
@@ -125,12 +126,15 @@ Section "${PRODUCT}" program
         !undef FOREIGN_FILES
         !insertmacro REFUSE_FOREIGN "uninstall.exe"
     ${EndIf}
-    SetOutPath "$INSTDIR"
     ${If} $allUsers == 1
         Call CloseToOthers
     ${EndIf}
-    ClearErrors
+    SetOutPath "$INSTDIR"
     ; First, so that what is interrupted can be removed or done again.
+    WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
+    ClearErrors
+    ; Here as with the other files: a file that is written over keeps its owner and rights, a new one has the folder's.
+    Delete "$INSTDIR\uninstall.exe"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     !define INSTALL_FILES
     !include "${FILES}"
@@ -147,7 +151,6 @@ Section "${PRODUCT}" program
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayVersion" "${VERSION}"
     WriteRegStr SHCTX "${UNINSTALL}" "Publisher" "${PRODUCT}"
     WriteRegStr SHCTX "${UNINSTALL}" "DisplayIcon" "$INSTDIR\glimmerpad.exe,0"
-    WriteRegStr SHCTX "${UNINSTALL}" "InstallLocation" "$INSTDIR"
     WriteRegStr SHCTX "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"'
     WriteRegStr SHCTX "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
     WriteRegDWORD SHCTX "${UNINSTALL}" "NoModify" 1
@@ -218,14 +221,16 @@ Function UseContext
     Call UseOwnFolder
 FunctionEnd
 
-; Whether $INSTDIR holds an earlier version: "1" on the stack, else "".
+; Whether $INSTDIR holds an earlier version: "1" on the stack, else "". Any user can put files of our names into a folder;
+; for all users only what an administrator has noted down counts.
 Function IsOurs
     Push $0
     ReadRegStr $0 SHCTX "${UNINSTALL}" "InstallLocation"
     ${If} $0 == $INSTDIR
     ${AndIf} $INSTDIR != ""
         StrCpy $0 1
-    ${ElseIf} ${FileExists} "$INSTDIR\uninstall.exe"
+    ${ElseIf} $allUsers != 1
+    ${AndIf} ${FileExists} "$INSTDIR\uninstall.exe"
     ${AndIf} ${FileExists} "$INSTDIR\glimmerpad.dll"
         StrCpy $0 1
     ${Else}
@@ -272,20 +277,41 @@ Function LeaveDirectory
     ${EndIf}
 FunctionEnd
 
+; In a folder that all users may write to somebody could have put a library for our program to load.
+!macro REFUSE_FILLED_FOLDER
+    ${DirState} "$INSTDIR" $0
+    ${If} $2 == ""
+    ${AndIf} $0 = 1
+        !insertmacro FAIL "There are files in $INSTDIR already, and other users may have put them there. Choose another folder, or an empty one."
+    ${EndIf}
+!macroend
+
 ; What is for everybody nobody but an administrator may change. Below Program Files that is so; a folder elsewhere
 ; may inherit that all users write to it, and would make one user's files the program of another.
 Function CloseToOthers
     StrLen $0 "$PROGRAMFILES32\"
     StrCpy $1 $INSTDIR $0
-    ${If} $1 != "$PROGRAMFILES32\"
-        ; Administrators and the system: everything; users: reading and running. Nothing is inherited.
-        System::Call 'advapi32::ConvertStringSecurityDescriptorToSecurityDescriptorW(w "O:BAD:PAI(A;OICI;FA;;;BA)(A;OICI;FA;;;SY)(A;OICI;0x1200a9;;;BU)", i 1, *p .r1, p 0) i .r0'
-        ${If} $0 <> 0
-            ; OWNER, DACL and PROTECTED_DACL_SECURITY_INFORMATION
-            System::Call 'advapi32::SetFileSecurityW(w "$INSTDIR", i 0x80000005, p r1) i .r0'
-            System::Call 'kernel32::LocalFree(p r1)'
-        ${EndIf}
+    ${If} $1 == "$PROGRAMFILES32\"
+        Return
     ${EndIf}
+    Call IsOurs
+    Pop $2
+    !insertmacro REFUSE_FILLED_FOLDER
+    CreateDirectory "$INSTDIR"
+    ; Administrators and the system: everything; users: reading and running. Nothing is inherited.
+    System::Call 'advapi32::ConvertStringSecurityDescriptorToSecurityDescriptorW(w "O:BAD:PAI(A;OICI;FA;;;BA)(A;OICI;FA;;;SY)(A;OICI;0x1200a9;;;BU)", i 1, *p .r1, p 0) i .r0 ?e'
+    Pop $3
+    ${If} $0 <> 0
+        ; OWNER, DACL and PROTECTED_DACL_SECURITY_INFORMATION
+        System::Call 'advapi32::SetFileSecurityW(w "$INSTDIR", i 0x80000005, p r1) i .r0 ?e'
+        Pop $3
+        System::Call 'kernel32::LocalFree(p r1)'
+    ${EndIf}
+    ${If} $0 = 0
+        !insertmacro FAIL "Other users cannot be kept from changing the files in $INSTDIR (error $3). Choose another folder, or install for yourself only."
+    ${EndIf}
+    ; From here on nobody else adds to it. What came in between counts as well.
+    !insertmacro REFUSE_FILLED_FOLDER
 FunctionEnd
 
 Function .onInit

@@ -32,8 +32,8 @@ stage_package() {
     collect_licences "$folder/licences"
 }
 
-# The installer's instructions: it writes exactly these files, refuses a folder where somebody else's have their names, and
-# its uninstaller removes exactly these.
+# The installer's instructions: it writes exactly these files, each as a new one, refuses a folder where somebody else's
+# have their names, and its uninstaller removes exactly these.
 list_for_installer() {
     local folder=$1 name directory windows
     echo '!ifdef INSTALL_FILES'
@@ -41,6 +41,7 @@ list_for_installer() {
         directory=$(dirname "$name")
         windows=${directory//\//\\}
         echo "SetOutPath \"\$INSTDIR\\${windows#.}\""
+        echo "Delete \"\$INSTDIR\\${name//\//\\}\""
         echo "File \"$folder/$name\""
     done
     echo '!endif'

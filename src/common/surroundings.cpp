@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 #include "common/library_module.h"
 #include "common/system_library.h"
 
@@ -22,11 +24,13 @@ void* setThreadDpi(void* context) noexcept {
 void* setThreadDpiToOurs() noexcept {
     // Handles with these values stand for the kinds of awareness.
     static void* const version1 = reinterpret_cast<void*>(static_cast<INT_PTR>(-3));
-    static void* ours = reinterpret_cast<void*>(static_cast<INT_PTR>(-4));
-    void* before = setThreadDpi(ours);
-    if (before == nullptr && ours != version1) {
+    // Of all threads: the host's and our own come here at the same time.
+    static std::atomic<void*> ours = reinterpret_cast<void*>(static_cast<INT_PTR>(-4));
+    void* const tried = ours;
+    void* before = setThreadDpi(tried);
+    if (before == nullptr && tried != version1) {
         ours = version1;
-        before = setThreadDpi(ours);
+        before = setThreadDpi(version1);
     }
     return before;
 }

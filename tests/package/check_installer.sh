@@ -149,9 +149,22 @@ echo "somebody else's" >"$prefix/drive_c/tools/README.md"
 folder=$prefix/drive_c/tools/Glimmerpad
 in_wine "$asking" /S /ALLUSERS '/D=C:\tools' || complain "installing answered $?"
 expect_installed "$folder"
-[ -z "$(find "$folder" -maxdepth 0 -perm /o+w)" ] || complain "everybody may change what everybody runs"
+# Once more over it: each file is a new one, with the folder's rights.
+chmod 666 "$folder"/{glimmerpad.dll,uninstall.exe}
+in_wine "$asking" /S /ALLUSERS '/D=C:\tools\Glimmerpad' || complain "installing once more answered $?"
+expect_installed "$folder"
+[ -z "$(find "$folder" -maxdepth 1 -perm /o+w)" ] || complain "everybody may change what everybody runs"
 uninstall "$folder"
 [ "$(cd "$prefix/drive_c/tools" && echo *)" = README.md ] || complain "somebody else's files are gone, or ours are left"
+# A user's own files of our names, which the user could change later: for all users they are nobody's installation.
+mkdir "$folder"
+for file in uninstall.exe glimmerpad.dll another.dll; do
+    echo "a user's" >"$folder/$file"
+    in_wine "$asking" /S /ALLUSERS '/D=C:\tools\Glimmerpad' && complain "for all users it was installed around $file"
+    [ "$(cat "$folder"/* | sort -u)" = "a user's" ] || complain "$file was replaced"
+    [ $file = uninstall.exe ] || rm "$folder/$file"
+done
+rm -r "$folder"
 mkdir "$folder"
 echo "somebody else's" >"$folder/README.md"
 in_wine "$installer" /S '/D=C:\tools\Glimmerpad' && complain "installed over somebody else's files"
