@@ -289,6 +289,20 @@ TEST_F(Instances, InTheNotificationAreaItHasNoWindowUntilItIsWanted) {
     expectEnd(first, "the first");
 }
 
+TEST_F(Instances, PutAwayForTheFirstTimeItTellsWhereItIs) {
+    ChildProcess& first = start();
+    ASSERT_TRUE(showsWindow(first));
+    PostMessageW(windowOf(first), WM_CLOSE, 0, 0);
+    const auto told = [&] {
+        std::ifstream file(folder() / "zk_settings.ini");
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        return windowOf(first) == nullptr && text.find("chkTellOfTrayIcon=") != std::string::npos;
+    };
+    EXPECT_TRUE(waitUntil(told, "the balloon's note", longest));
+    startAndEnd(L"-TERMINATE");
+    expectEnd(first, "the first");
+}
+
 TEST_F(Instances, MultiCountsInTheFirstTwoPlaces) {
     ChildProcess& first = start();
     ASSERT_TRUE(showsWindow(first));
