@@ -2,8 +2,9 @@
 
 #include <random>
 
-#include "editor/cairo_text_painter.h"
-#include "editor/styles.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/annotations/styles.h"
+#include "editor/painting/cairo_text_painter.h"
 #include "harness.h"
 
 namespace glimmer::bench {

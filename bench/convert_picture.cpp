@@ -7,7 +7,7 @@
 
 #include "common/files.h"
 #include "imaging/picture_file.h"
-#include "output/pdf_writer.h"
+#include "output/files/pdf_writer.h"
 
 namespace {
 

@@ -9,13 +9,14 @@
 #include <random>
 
 #include "common/files.h"
-#include "editor/cairo_text_painter.h"
-#include "editor/canvas_view.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/canvas/canvas_view.h"
+#include "editor/canvas/view_painter.h"
+#include "editor/canvas/working_picture.h"
 #include "editor/commands/change_annotation.h"
 #include "editor/commands/draw_operation.h"
-#include "editor/document.h"
-#include "editor/view_painter.h"
-#include "editor/working_picture.h"
+#include "editor/document/document.h"
+#include "editor/painting/cairo_text_painter.h"
 #include "harness.h"
 #include "imaging/png_codec.h"
 

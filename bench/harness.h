@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "common/bitmap.h"
-#include "editor/shapes_list.h"
+#include "editor/annotations/shapes_list.h"
 
 // What every benchmark uses: times that can be compared, and Markdown tables.
 

@@ -16,13 +16,14 @@
 #include <stdexcept>
 
 #include "common/section_memory.h"
-#include "editor/cairo_text_painter.h"
+#include "editor/annotations/shapes_list.h"
 #include "editor/commands/set_info.h"
-#include "editor/document.h"
+#include "editor/document/document.h"
+#include "editor/painting/cairo_text_painter.h"
 #include "harness.h"
-#include "output/capture_list.h"
-#include "output/thumb_creator.h"
-#include "output/uMainEditor.h"
+#include "main_window/capture_list.h"
+#include "main_window/thumb_creator.h"
+#include "main_window/uMainEditor.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 

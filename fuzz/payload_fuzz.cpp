@@ -4,7 +4,7 @@
 
 #include "common/text.h"
 #include "fuzz/fuzz.h"
-#include "host/json_payload.h"
+#include "host/commands/json_payload.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace glimmer;

@@ -3,7 +3,7 @@
 #include "common/assertion.h"
 #include "fuzz/fuzz.h"
 #include "imaging/png_codec.h"
-#include "output/editable_png.h"
+#include "output/files/editable_png.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace glimmer;

@@ -1,7 +1,7 @@
 // The record stream of one annotation.
 
 #include "common/assertion.h"
-#include "editor/annotation_record.h"
+#include "editor/annotations/annotation_record.h"
 #include "fuzz/fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

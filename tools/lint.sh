@@ -43,6 +43,7 @@ lint_sources() {
 
     say "what Windows does not forgive"
     tools/check_sources.py || failed=1
+    tools/check_layers.py || failed=1
 
     say "clang-format"
     our_sources '*.cpp' '*.h' '*.c' | grep -v 'src/resources/' | grep -E "$filter" |

@@ -3,7 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "imaging/gblur2.h"
+#include "common/bitmap.h"
+#include "imaging/gaussian_kernel.h"
 
 // The inner loops of the blur. How whole-number sums can be exactly the sums of the real weights is told in
 // docs/imaging.md.

@@ -2,8 +2,8 @@
 
 #include "common/assertion.h"
 #include "common/bytes.h"
+#include "common/progress.h"
 #include "imaging/bmp_codec.h"
-#include "imaging/progress.h"
 
 namespace glimmer {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "common/bitmap.h"
+#include "common/progress.h"
 #include "common/result.h"
-#include "imaging/progress.h"
 
 namespace glimmer {
 

@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "common/bitmap.h"
+#include "common/progress.h"
 #include "common/result.h"
-#include "imaging/progress.h"
 
 namespace glimmer {
 

@@ -9,24 +9,23 @@
 #include "common/debug_channel.h"
 #include "common/files.h"
 #include "common/shell_start.h"
-#include "editor/document.h"
-#include "output/clipboard.h"
-#include "output/editable_png.h"
-#include "output/file_name_template.h"
-#include "output/join_pictures.h"
-#include "output/mail.h"
-#include "output/output_folders.h"
-#include "output/output_picture.h"
-#include "output/pdf_writer.h"
-#include "output/save_dialogs.h"
-#include "output/uJPEGSettings.h"
-#include "output/uMainEditor.h"
-#include "output/wait_window.h"
+#include "editor/document/document.h"
+#include "imaging/clipboard.h"
+#include "output/files/editable_png.h"
+#include "output/files/pdf_writer.h"
+#include "output/picture/join_pictures.h"
+#include "output/picture/output_picture.h"
+#include "output/places/file_name_template.h"
+#include "output/places/output_folders.h"
+#include "output/ways/mail.h"
+#include "output/ways/save_dialogs.h"
+#include "output/ways/uJPEGSettings.h"
+#include "output/ways/wait_window.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 #include "settings/settings.h"
 // Brings windows.h, whose names must not meet the toolkit's headers.
-#include "editor/rich_text_painter.h"
+#include "editor/labels/rich_text_painter.h"
 
 namespace glimmer {
 
@@ -277,14 +276,14 @@ bool TSaver::copyToClipboard(Documents documents) {
     return true;
 }
 
-bool TSaver::sendByMail(Documents documents, PictureFormat format) {
+bool TSaver::sendByMail(Documents documents, PictureFormat format, void* window) {
     const Result<fs::path> folder = mailFolder();
     if (folder) cleanUpMailFolder();
     const std::optional<Paths> files = saveForWork(folder, documents, format);
-    return files && mailFiles(*files);
+    return files && mailFiles(*files, window);
 }
 
-bool TSaver::mailFiles(const Paths& files) {
+bool TSaver::mailFiles(const Paths& files, void* window) {
     const Paths* const pFileList = &files;
     GLIMMER_ASSERT(pFileList != nullptr && !files.empty(), "pFileList!=NULL", "uSaver");
     const fs::path folder = files.front().parent_path();
@@ -295,9 +294,7 @@ bool TSaver::mailFiles(const Paths& files) {
     const auto tellFailed = [folder](MailOutcome outcome) {
         if (outcome == MailOutcome::Failed) tellNotMailed("The e-mail program did not take the files.", folder);
     };
-    const bool shown = pMainEditor != nullptr && pMainEditor->IsShown();
-    const MailOutcome outcome =
-        sendMail({"Screenshots", mailFooter(), files}, shown ? pMainEditor->GetHWND() : nullptr, tellFailed);
+    const MailOutcome outcome = sendMail({"Screenshots", mailFooter(), files}, window, tellFailed);
     if (outcome == MailOutcome::Waiting)
         showInformation(
             "The e-mail program still has the message before.\nThe next one comes up when that one is sent or closed.");

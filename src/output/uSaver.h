@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "common/bitmap.h"
-#include "editor/text_painter.h"
+#include "editor/painting/text_painter.h"
 #include "imaging/picture_file.h"
 
 namespace glimmer {
@@ -48,10 +48,11 @@ public:
 
     /// Copies the picture, or several joined side by side; whether it is on the clipboard.
     bool copyToClipboard(Documents documents);
-    /// Saves into the mail folder and hands the files to the user's mail program.
-    bool sendByMail(Documents documents, PictureFormat format = PictureFormat::Png);
+    /// Saves into the mail folder and hands the files to the user's mail program, whose window belongs to `window`
+    /// (HWND, may be null).
+    bool sendByMail(Documents documents, PictureFormat format = PictureFormat::Png, void* window = nullptr);
     /// The second half of that: attaches files that lie in the mail folder. Whether the mail program has them, or will.
-    static bool mailFiles(const Paths& files);
+    static bool mailFiles(const Paths& files, void* window);
     /// Saves into the publish folder; the files, or nothing when it failed.
     std::optional<Paths> publish(Documents documents, PictureFormat format = PictureFormat::Png);
     /// Saves the copies that an external editor is to open; nothing when it failed.

@@ -4,15 +4,15 @@
 
 #include "common/assertion.h"
 #include "common/files.h"
-#include "editor/document.h"
-#include "output/file_name_template.h"
-#include "output/html_page.h"
-#include "output/output_folders.h"
-#include "output/output_picture.h"
-#include "output/project_file.h"
-#include "output/save_dialogs.h"
+#include "editor/document/document.h"
+#include "output/files/html_page.h"
+#include "output/files/project_file.h"
+#include "output/picture/output_picture.h"
+#include "output/places/file_name_template.h"
+#include "output/places/output_folders.h"
 #include "output/uSaver.h"
-#include "output/wait_window.h"
+#include "output/ways/save_dialogs.h"
+#include "output/ways/wait_window.h"
 #include "settings/message_box.h"
 
 // The saver's outputs that hold several captures: projects and pages.

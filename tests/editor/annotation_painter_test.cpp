@@ -1,4 +1,4 @@
-#include "editor/annotation_painter.h"
+#include "editor/painting/annotation_painter.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,9 @@
 #include <cstring>
 #include <random>
 
-#include "editor/badge_picture.h"
-#include "editor/cairo_text_painter.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/painting/badge_picture.h"
+#include "editor/painting/cairo_text_painter.h"
 #include "support/pictures.h"
 
 namespace glimmer {

@@ -1,12 +1,13 @@
-#include "editor/canvas_controller.h"
+#include "editor/canvas/canvas_controller.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <random>
 
-#include "editor/cairo_text_painter.h"
+#include "editor/annotations/shapes_list.h"
 #include "editor/commands/set_info.h"
+#include "editor/painting/cairo_text_painter.h"
 
 namespace glimmer {
 namespace {

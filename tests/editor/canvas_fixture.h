@@ -9,8 +9,9 @@
 #include <random>
 #include <string>
 
-#include "editor/style_store.h"
-#include "editor/uEditor.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/annotations/style_store.h"
+#include "editor/window/uEditor.h"
 #include "settings/options.h"
 #include "support/recorded_messages.h"
 #include "support/windows/forms.h"

@@ -8,8 +8,8 @@
 #include <tpcshrd.h>
 // clang-format on
 
+#include "editor/annotations/shape_geometry.h"
 #include "editor/canvas_fixture.h"
-#include "editor/shape_geometry.h"
 #include "settings/options.h"
 
 namespace glimmer {

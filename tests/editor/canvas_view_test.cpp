@@ -1,4 +1,4 @@
-#include "editor/canvas_view.h"
+#include "editor/canvas/canvas_view.h"
 
 #include <gtest/gtest.h>
 

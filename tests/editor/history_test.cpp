@@ -4,6 +4,7 @@
 #include <chrono>
 #include <random>
 
+#include "editor/annotations/shapes_list.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/change_annotation.h"
 #include "editor/commands/change_numbers.h"
@@ -12,7 +13,7 @@
 #include "editor/commands/delete_annotation.h"
 #include "editor/commands/draw_operation.h"
 #include "editor/commands/set_info.h"
-#include "editor/document.h"
+#include "editor/document/document.h"
 
 namespace glimmer {
 namespace {

@@ -1,4 +1,4 @@
-#include "editor/recovery.h"
+#include "editor/recovery/recovery.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 
 #include "common/files.h"
 #include "editor/commands/set_info.h"
-#include "editor/recovery_keeper.h"
+#include "editor/recovery/recovery_keeper.h"
 #include "editor/recovery_victim.h"
 #include "support/child_process.h"
 #include "support/scratch_folder.h"

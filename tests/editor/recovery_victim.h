@@ -10,8 +10,8 @@
 #include "editor/commands/change_annotation.h"
 #include "editor/commands/crop_picture.h"
 #include "editor/commands/draw_operation.h"
-#include "editor/document.h"
-#include "editor/recovery_manifest.h"
+#include "editor/document/document.h"
+#include "editor/recovery/recovery_manifest.h"
 
 namespace glimmer::test {
 

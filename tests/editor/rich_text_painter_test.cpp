@@ -1,6 +1,6 @@
 // The painted label against a rich edit control as the in-place editor shows it: same lines, same pixels.
 
-#include "editor/rich_text_painter.h"
+#include "editor/labels/rich_text_painter.h"
 
 #include <gtest/gtest.h>
 #include <richedit.h>
@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "common/assertion.h"
-#include "editor/annotation_painter.h"
+#include "editor/painting/annotation_painter.h"
 #include "settings/options.h"
 #include "support/not_copied.h"
 

@@ -1,4 +1,4 @@
-#include "editor/shape_geometry.h"
+#include "editor/annotations/shape_geometry.h"
 
 #include <gtest/gtest.h>
 
@@ -123,10 +123,10 @@ TEST(LineRoute, JoinsNearestPoints) {
 
 TEST(Badge, HasFourPlaces) {
     const Rect shape = {100, 100, 201, 301};
-    EXPECT_EQ(badgeRect(shape, NumberPosition::OutsideTopLeft, 16), (Rect{68, 68, 100, 100}));
-    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideTopLeft, 16), (Rect{100, 100, 132, 132}));
-    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideCentre, 16), (Rect{134, 184, 166, 216}));
-    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideBottomRight, 16), (Rect{169, 269, 201, 301}));
+    EXPECT_EQ(badgeRect(shape, NumberPosition::OutsideTopLeft), (Rect{68, 68, 100, 100}));
+    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideTopLeft), (Rect{100, 100, 132, 132}));
+    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideCentre), (Rect{134, 184, 166, 216}));
+    EXPECT_EQ(badgeRect(shape, NumberPosition::InsideBottomRight), (Rect{169, 269, 201, 301}));
 }
 
 }  // namespace

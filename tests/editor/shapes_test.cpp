@@ -1,9 +1,10 @@
-#include "editor/uShapes.h"
+#include "editor/annotations/uShapes.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
+#include "editor/annotations/shapes_list.h"
 #include "support/assertions.h"
 
 namespace glimmer {

@@ -1,13 +1,13 @@
-#include "editor/view_painter.h"
+#include "editor/canvas/view_painter.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "editor/cairo_text_painter.h"
+#include "editor/canvas/working_picture.h"
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/draw_operation.h"
-#include "editor/working_picture.h"
+#include "editor/painting/cairo_text_painter.h"
 #include "support/pictures.h"
 
 namespace glimmer {
@@ -112,7 +112,8 @@ TEST(WorkingPicture, isAfterAnyChangesTheSameAsPaintedAnew) {
         ASSERT_TRUE(working.refresh({any(100), any(80), 100 + any(100), 80 + any(80)}));
     }
     ASSERT_TRUE(working.refresh(capture->background().bounds()));
-    const TBitmap anew = capture->flattened(text).take();
+    TBitmap anew = capture->background().clone().take();
+    paintAnnotations(anew, anew.bounds(), capture->annotations(), text, {});
     EXPECT_TRUE(samePixels(working.bitmap(), anew));
     capture->forget(observer);
 }
@@ -126,7 +127,7 @@ TEST(WorkingPicture, showsTransparencyOnAChequeredGround) {
     EXPECT_EQ(working.bitmap().pixel(1, 1), rgb(255, 255, 255));
     EXPECT_EQ(working.bitmap().pixel(9, 1), rgb(204, 204, 204));
     EXPECT_FALSE(working.bitmap().hasTransparency());
-    EXPECT_TRUE(capture->flattened(text)->hasTransparency()) << "the ground is the canvas's, not the picture's";
+    EXPECT_TRUE(capture->background().hasTransparency()) << "the ground is the canvas's, not the picture's";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "editor/wheel_turns.h"
+#include "editor/canvas/wheel_turns.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

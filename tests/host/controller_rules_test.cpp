@@ -1,9 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "editor/cairo_text_painter.h"
-#include "host/memory_guard.h"
-#include "host/stamps.h"
+#include "capture/memory_guard.h"
+#include "capture/stamps.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/painting/cairo_text_painter.h"
 
 namespace glimmer {
 namespace {

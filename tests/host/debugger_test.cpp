@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "common/debug_channel.h"
-#include "host/miscutils.h"
+#include "host/program/miscutils.h"
 #include "support/not_copied.h"
 
 namespace glimmer {

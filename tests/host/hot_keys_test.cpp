@@ -1,4 +1,4 @@
-#include "host/hot_keys.h"
+#include "host/program/hot_keys.h"
 
 #include <gtest/gtest.h>
 // clang-format off

@@ -1,4 +1,4 @@
-#include "host/json_payload.h"
+#include "host/commands/json_payload.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>

@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "capture/mouse_cursor.h"
+#include "capture/own_capture.h"
 #include "capture/screen_area.h"
-#include "host/mouse_cursor.h"
-#include "host/own_capture.h"
 #include "settings/options.h"
 #include "settings/settings_path.h"
 #include "support/not_copied.h"

@@ -12,10 +12,10 @@
 
 #include "capture/screen_area.h"
 #include "common/host_kind.h"
-#include "host/uProgram.h"
+#include "host/program/uProgram.h"
+#include "main_window/uMainEditor.h"
+#include "output/places/working_folder.h"
 #include "output/saver_fixture.h"
-#include "output/uMainEditor.h"
-#include "output/working_folder.h"
 
 namespace glimmer {
 namespace {

@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "common/library_module.h"
-#include "host/miscutils.h"
+#include "host/program/miscutils.h"
 #include "support/scratch_folder.h"
 #include "support/windows/native_tool.h"
 

@@ -1,4 +1,4 @@
-#include "host/start_rules.h"
+#include "host/program/start_rules.h"
 
 #include <gtest/gtest.h>
 

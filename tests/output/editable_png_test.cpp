@@ -1,4 +1,4 @@
-#include "output/editable_png.h"
+#include "output/files/editable_png.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,10 @@
 #include "common/assertion.h"
 #include "common/bytes.h"
 #include "common/text.h"
-#include "editor/annotation_record.h"
+#include "editor/annotations/annotation_record.h"
+#include "editor/annotations/shapes_list.h"
 #include "imaging/png_chunks.h"
-#include "output/uPNGChunk.h"
+#include "output/files/uPNGChunk.h"
 #include "support/pictures.h"
 #include "support/scratch_folder.h"
 #include "support/tools.h"

@@ -1,4 +1,4 @@
-#include "output/file_name_template.h"
+#include "output/places/file_name_template.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "output/html_page.h"
+#include "output/files/html_page.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "output/join_pictures.h"
+#include "output/picture/join_pictures.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "output/pdf_writer.h"
+#include "output/files/pdf_writer.h"
 
 #include <gtest/gtest.h>
 

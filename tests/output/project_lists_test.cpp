@@ -1,4 +1,4 @@
-#include "output/project_lists.h"
+#include "output/files/project_lists.h"
 
 #include <gtest/gtest.h>
 

@@ -3,15 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include "editor/annotation_clipboard.h"
-#include "editor/cairo_text_painter.h"
+#include "editor/annotations/annotation_clipboard.h"
+#include "editor/annotations/shapes_list.h"
 #include "editor/commands/crop_picture.h"
 #include "editor/commands/draw_operation.h"
-#include "editor/recovery_keeper.h"
-#include "output/clipboard_formats.h"
-#include "output/editable_png.h"
-#include "output/output_picture.h"
-#include "output/thumb_creator.h"
+#include "editor/painting/cairo_text_painter.h"
+#include "editor/recovery/recovery_keeper.h"
+#include "imaging/clipboard_formats.h"
+#include "main_window/thumb_creator.h"
+#include "output/files/editable_png.h"
+#include "output/picture/output_picture.h"
 #include "support/pictures.h"
 #include "support/scratch_folder.h"
 

@@ -2,12 +2,12 @@
 #include <windows.h>
 
 #include "common/wide_text.h"
+#include "imaging/clipboard.h"
+#include "imaging/clipboard_formats.h"
 #include "imaging/picture_file.h"
-#include "output/clipboard.h"
-#include "output/clipboard_formats.h"
-#include "output/mail.h"
-#include "output/output_picture.h"
-#include "output/working_folder.h"
+#include "output/picture/output_picture.h"
+#include "output/places/working_folder.h"
+#include "output/ways/mail.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
 #include "support/windows/kept_clipboard.h"

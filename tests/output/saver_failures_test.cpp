@@ -1,8 +1,8 @@
 #include <gmock/gmock.h>
 
-#include "output/clipboard.h"
-#include "output/open_captures.h"
-#include "output/output_folders.h"
+#include "imaging/clipboard.h"
+#include "output/files/open_captures.h"
+#include "output/places/output_folders.h"
 #include "saver_fixture.h"
 #include "support/child_process.h"
 #include "support/not_copied.h"

@@ -1,4 +1,4 @@
-#include "output/watermark.h"
+#include "output/picture/watermark.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "output/working_folder.h"
+#include "output/places/working_folder.h"
 
 #include <gtest/gtest.h>
 

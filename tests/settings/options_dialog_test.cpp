@@ -1,4 +1,4 @@
-#include "settings/options_dialog.h"
+#include "settings/dialog/options_dialog.h"
 
 #include <gtest/gtest.h>
 #include <wx/button.h>
@@ -14,10 +14,10 @@
 #include <oleacc.h>
 #include <set>
 
+#include "settings/dialog/option_help.h"
+#include "settings/dialog/run_at_startup.h"
 #include "settings/form_store.h"
 #include "settings/hot_key.h"
-#include "settings/option_help.h"
-#include "settings/run_at_startup.h"
 #include "settings/settings.h"
 #include "settings/settings_path.h"
 #include "support/recorded_messages.h"

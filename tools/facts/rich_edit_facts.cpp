@@ -3,7 +3,7 @@
 #include <richedit.h>
 
 #include "common/system_library.h"
-#include "editor/text_services.h"
+#include "editor/labels/text_services.h"
 #include "facts.h"
 
 namespace glimmer::facts {

@@ -7,7 +7,7 @@
 #include <wx/timer.h>
 
 #include "common/files.h"
-#include "editor/uEditor.h"
+#include "editor/window/uEditor.h"
 #include "imaging/picture_file.h"
 #include "settings/options.h"
 #include "shots.h"

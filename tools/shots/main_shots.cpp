@@ -5,12 +5,12 @@
 #include <chrono>
 
 #include "common/tool_button.h"
+#include "editor/annotations/styles.h"
 #include "editor/commands/add_annotation.h"
-#include "editor/document.h"
-#include "editor/styles.h"
-#include "output/capture_list.h"
-#include "output/main_toolbar.h"
-#include "output/uMainEditor.h"
+#include "editor/document/document.h"
+#include "main_window/capture_list.h"
+#include "main_window/main_toolbar.h"
+#include "main_window/uMainEditor.h"
 #include "settings/message_box.h"
 #include "shots.h"
 #include "support/scratch_folder.h"

@@ -2,8 +2,8 @@
 
 #include <wx/listbox.h>
 
-#include "host/options_services.h"
-#include "settings/options_dialog.h"
+#include "host/program/options_services.h"
+#include "settings/dialog/options_dialog.h"
 #include "shots.h"
 
 namespace glimmer::shots {

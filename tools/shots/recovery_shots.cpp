@@ -4,9 +4,9 @@
 
 #include "common/files.h"
 #include "editor/commands/set_info.h"
-#include "editor/recovery_keeper.h"
+#include "editor/recovery/recovery_keeper.h"
 #include "imaging/picture_file.h"
-#include "output/uMainEditor.h"
+#include "main_window/uMainEditor.h"
 #include "settings/message_box.h"
 #include "shots.h"
 #include "support/scratch_folder.h"

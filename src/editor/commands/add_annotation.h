@@ -1,7 +1,7 @@
 #pragma once
 
-#include "editor/content.h"
-#include "editor/undo.h"
+#include "editor/document/content.h"
+#include "editor/document/undo.h"
 
 namespace glimmer {
 

@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
-#include "editor/content.h"
-#include "editor/undo.h"
+#include "editor/document/content.h"
+#include "editor/document/undo.h"
 
 namespace glimmer {
 

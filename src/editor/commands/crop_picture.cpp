@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "editor/content.h"
+#include "editor/document/content.h"
 
 namespace glimmer {
 

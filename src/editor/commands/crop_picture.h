@@ -2,9 +2,10 @@
 
 #include <vector>
 
-#include "editor/packed_pixels.h"
-#include "editor/uShapes.h"
-#include "editor/undo.h"
+#include "editor/annotations/shapes_list.h"
+#include "editor/annotations/uShapes.h"
+#include "editor/document/packed_pixels.h"
+#include "editor/document/undo.h"
 
 namespace glimmer {
 

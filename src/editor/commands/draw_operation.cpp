@@ -1,6 +1,6 @@
 #include "editor/commands/draw_operation.h"
 
-#include "editor/content.h"
+#include "editor/document/content.h"
 
 namespace glimmer {
 

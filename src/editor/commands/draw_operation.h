@@ -1,7 +1,7 @@
 #pragma once
 
-#include "editor/packed_pixels.h"
-#include "editor/undo.h"
+#include "editor/document/packed_pixels.h"
+#include "editor/document/undo.h"
 #include "imaging/pixel_operation.h"
 
 namespace glimmer {

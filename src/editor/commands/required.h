@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/assertion.h"
-#include "editor/content.h"
+#include "editor/document/content.h"
 
 namespace glimmer {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "editor/content.h"
-#include "editor/undo.h"
+#include "editor/document/content.h"
+#include "editor/document/undo.h"
 
 namespace glimmer {
 

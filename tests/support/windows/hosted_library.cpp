@@ -25,9 +25,7 @@ void GLIMMERPAD_NOTIFY notify(const char* name, const wchar_t* value) {
 
 }  // namespace
 
-std::filesystem::path programFolder() {
-    return buildFolder() / "bin";
-}
+std::filesystem::path programFolder() { return buildFolder() / "bin"; }
 
 std::filesystem::path libraryPath() { return programFolder() / "glimmerpad.dll"; }
 

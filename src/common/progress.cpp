@@ -1,0 +1,17 @@
+#include "common/progress.h"
+
+namespace glimmer {
+
+bool proceed(const Progress& progress, int32_t row, int32_t rows) noexcept {
+    constexpr int32_t rowsBetweenReports = 64;
+    if (!progress || row % rowsBetweenReports != 0) return true;
+    try {
+        return progress(static_cast<double>(row) / rows);
+    } catch (...) {
+        return false;
+    }
+}
+
+Failure cancelled() { return Failure{"The operation was cancelled."}; }
+
+}  // namespace glimmer
