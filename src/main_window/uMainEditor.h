@@ -16,6 +16,7 @@
 #include "common/bitmap.h"
 #include "editor/canvas/canvas_place.h"
 #include "editor/recovery/recovery.h"
+#include "main_window/display_state.h"
 #include "main_window/main_commands.h"
 #include "output/places/output_folders.h"
 
@@ -30,13 +31,6 @@ class OptionsListener;
 class RecoveryKeeper;
 class TextPainter;
 class ThumbInWork;
-
-/// How the main editor window stands towards the user.
-enum class DisplayState : uint8_t {
-    Shown = 1,  ///< on the screen
-    Held = 3,   ///< in the middle of a command of its own; captures leave the window alone
-    Away = 4,   ///< put away with its captures until the user or a capture to edit brings it back
-};
 
 /// The main editor window: the captures of the session and the commands on them. Made hidden by the controller.
 ///
