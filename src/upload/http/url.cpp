@@ -92,16 +92,17 @@ Result<Url> parseUrl(std::string_view text) {
     }
     if (Status read = readHostAndPort(server, url); !read) return read.failure();
     constexpr std::string_view keptInPaths = "-._~:/?[]@!$&'()*+,;=%|^`{}";
-    url.path = percentEncoded(rest.substr(slash), keptInPaths);
-    if (url.path.empty() || url.path.front() != '/') url.path.insert(0, 1, '/');
+    const std::string_view path = rest.substr(slash);
+    if (path.starts_with('/')) url.path.clear();
+    url.path += percentEncoded(path, keptInPaths);
     return url;
 }
 
 std::string serverOf(const Url& url) {
     static constexpr std::array<const char*, 3> schemes{"ftp://", "http://", "https://"};
     std::string text = schemes[static_cast<size_t>(url.protocol)] + url.host;
-    if (url.port != defaultPort(url.protocol)) text += ":" + std::to_string(url.port);
-    return text;
+    if (url.port == defaultPort(url.protocol)) return text;
+    return text.append(":").append(std::to_string(url.port));
 }
 
 std::string percentEncoded(std::string_view text, std::string_view kept) {
