@@ -27,8 +27,6 @@ KNOWN = (
     ("editor/window/label_editor", "editor/window/property_panels", "editor/window/selection_toolbar",
      "editor/window/shape_menu", "editor/window/uEditor"),
     ("main_window/main_commands", "main_window/main_toolbar", "main_window/uMainEditor"),
-    ("host/program/delivery", "host/program/host_state", "host/program/options_services", "host/program/tray_icon",
-     "host/program/uMForm", "host/program/uProgram"),
 )
 INCLUDE = re.compile(r'^#include "([\w/]+)\.h"', re.M)
 

@@ -13,6 +13,8 @@ std::optional<std::string> lowMemoryWarning(uint64_t availableBytes) {
 
 std::string captureImpossibleText() { return "System works at low memory.\nIt`s impossible to make more screenshots."; }
 
+std::string noRoomForEditorText() { return "There is not enough memory to open this screenshot in the editor."; }
+
 Size probeSize(Size picture, Size screen) {
     return {std::max(picture.width, screen.width), std::max(picture.height, screen.height)};
 }

@@ -44,12 +44,12 @@ protected:
         setHostKind(kind);
         setNotifyHandler(
             [](const std::string& name, const std::string& value) { asked.push_back(name + " " + value); });
-        pProgram = std::make_unique<TProgram>("1.0", ProgramSeams{[this] { return memory_; },
-                                                                  [this](Size size) {
-                                                                      probed_ = size;
-                                                                      return room_;
-                                                                  }});
-        ASSERT_TRUE(pProgram->initialize());
+        pProgram = std::make_unique<TProgram>("1.0", nullptr,
+                                              ProgramSeams{[this] { return memory_; },
+                                                           [this](Size size) {
+                                                               probed_ = size;
+                                                               return room_;
+                                                           }});
     }
     static void end() {
         if (!pProgram) return;
@@ -60,13 +60,18 @@ protected:
     /// A page of that size comes from the host.
     static void take(CaptureAction action, Size size = {40, 30}, const std::string& url = "http://a/",
                      const std::string& title = "Page") {
-        pProgram->HandleCapture(url, title, "", std::nullopt, test::plain(size.width, size.height, rgb(1, 2, 3)),
-                                static_cast<uint32_t>(action), 0, 0);
+        Delivery delivery;
+        delivery.url = url;
+        delivery.title = title;
+        delivery.picture = test::plain(size.width, size.height, rgb(1, 2, 3));
+        delivery.action = action;
+        pProgram->HandleCapture(std::move(delivery));
     }
     /// No picture comes, so that the program takes the screen.
     static void takeNothing() {
-        pProgram->HandleCapture("", "", "", std::nullopt, std::nullopt, static_cast<uint32_t>(CaptureAction::Load), 0,
-                                0);
+        Delivery delivery;
+        delivery.action = CaptureAction::Load;
+        pProgram->HandleCapture(std::move(delivery));
     }
     static size_t editors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
     std::vector<std::string> takeTexts() {
@@ -105,7 +110,7 @@ TEST_F(Program, WithoutRoomForAnEditorTheCaptureIsRefusedAndTheRestStays) {
 
     EXPECT_EQ(pProgram->captureCount(), 4);
     EXPECT_EQ(pProgram->refusedCount(), 3);
-    EXPECT_THAT(pProgram->encodedImage(), IsEmpty());
+    EXPECT_THAT(pProgram->encodedContent().image(), IsEmpty());
     EXPECT_EQ(pProgram->savedPath(), "");
     ASSERT_EQ(editors(), 1U);
     EXPECT_EQ(pMainEditor->currentEditor()->background().pixel(39, 20), rgb(1, 2, 3));

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace glimmer {
@@ -111,8 +112,43 @@ TEST(CaptureCodes, HundredMutes) {
     for (const auto& [code, action, silent] :
          {std::tuple{5, 5, false}, std::tuple{99, 99, false}, std::tuple{100, 0, true}, std::tuple{105, 5, true},
           std::tuple{210, 10, true}, std::tuple{-5, -5, false}}) {
-        EXPECT_EQ(splitCaptureCode(code).action, action) << code;
+        EXPECT_EQ(static_cast<int32_t>(splitCaptureCode(code).action), action) << code;
         EXPECT_EQ(splitCaptureCode(code).silent, silent) << code;
+    }
+}
+
+TEST(Integration, IsOfferedOnceItsMomentHasCome) {
+    for (const auto& [host, delivered, edited] :
+         {std::tuple{HostKind::Standalone, true, false}, std::tuple{HostKind::Firefox, true, true},
+          std::tuple{HostKind::InternetExplorer, false, true}, std::tuple{HostKind::Chrome, false, true}}) {
+        EXPECT_EQ(offersIntegration(host, IntegrationMoment::Delivered), delivered) << static_cast<int>(host);
+        EXPECT_EQ(offersIntegration(host, IntegrationMoment::Edited), edited) << static_cast<int>(host);
+    }
+}
+
+TEST(WindowAfterACapture, ComesBackOnlyForWhatIsToBeEditedThere) {
+    struct Row {
+        bool edit, made;
+        DisplayState state;
+        const char* inHost;  // one letter each for a window that is there and one that the user hid
+        const char* alone;
+    };
+    for (const Row& row :
+         {Row{true, true, DisplayState::Shown, "SL", "SL"}, Row{true, true, DisplayState::Away, "SS", "SS"},
+          Row{true, false, DisplayState::Shown, "SL", "LL"}, Row{true, false, DisplayState::Away, "SS", "LS"},
+          Row{false, true, DisplayState::Shown, "SR", "RR"}, Row{false, true, DisplayState::Away, "SR", "RR"},
+          Row{false, false, DisplayState::Away, "SR", "RR"}, Row{true, true, DisplayState::Held, "LL", "LL"},
+          Row{false, true, DisplayState::Held, "LL", "LL"}}) {
+        const auto moves = [&row](bool standalone) {
+            std::string seen;
+            for (const bool hidden : {false, true})
+                seen += "LRS"[static_cast<int>(windowMoveAfter(row.edit ? CaptureAction::Edit : CaptureAction::Copy,
+                                                               row.made, row.state, hidden, standalone))];
+            return seen;
+        };
+        SCOPED_TRACE(testing::Message() << row.edit << row.made << static_cast<int>(row.state));
+        EXPECT_EQ(moves(false), row.inHost);
+        EXPECT_EQ(moves(true), row.alone);
     }
 }
 

@@ -28,13 +28,16 @@ int32_t grabForeground(const CommandArguments& arguments) {
         showError(picture.message());
         return 0;
     }
-    prepareMainEditor();
+    pProgram->prepareForDelivery();
+    const CaptureCode code = splitCaptureCode(payload->action);
+    if (!code.silent) playDeliverySound();
     Delivery delivery;
     delivery.url = std::move(payload->url);
     delivery.title = std::move(payload->title);
-    delivery.bitmap = picture.take();
-    delivery.action = playDeliverySound(payload->action);
-    deliverPixels(std::move(delivery));
+    delivery.picture = picture.take();
+    delivery.action = code.action;
+    askForOutputSize(delivery);
+    pProgram->HandleCapture(std::move(delivery));
     return 1;
 }
 
@@ -62,10 +65,10 @@ int32_t commandGetEncodedContent(const CommandArguments& arguments) {
     if (content == nullptr) return 0;
     *content = {};
     if (!pProgram) return 1;
-    pProgram->encodeAgain();
-    if (const std::string& text = pProgram->encodedText(); !text.empty()) {
+    const EncodedContent& encoded = pProgram->encodedContent();
+    if (const std::string& text = encoded.text(); !text.empty()) {
         *content = {text.c_str(), static_cast<uint32_t>(text.size())};
-    } else if (const std::vector<uint8_t>& image = pProgram->encodedImage(); !image.empty()) {
+    } else if (const std::vector<uint8_t>& image = encoded.image(); !image.empty()) {
         *content = {image.data(), static_cast<uint32_t>(image.size())};
     }
     return 1;

@@ -74,7 +74,7 @@ int32_t captureDone(const JsonObject& parameters) {
     }
     if (!ensureProgram()) return 0;
     std::vector<TBitmap> tiles = std::exchange(hostState().captureTiles, {});
-    prepareMainEditor();
+    pProgram->prepareForDelivery();
     playDeliverySound();
     Result<TBitmap> joined = joinTiles(page, std::move(tiles), scrollBarThickness());
     if (!joined) {
@@ -85,9 +85,10 @@ int32_t captureDone(const JsonObject& parameters) {
     delivery.url = std::move(page.url);
     delivery.title = std::move(page.title);
     delivery.tag = std::move(page.key);
-    delivery.bitmap = joined.take();
+    delivery.picture = joined.take();
     delivery.action = splitCaptureCode(page.action).action;
-    deliverPixels(std::move(delivery));
+    askForOutputSize(delivery);
+    pProgram->HandleCapture(std::move(delivery));
     return 1;
 }
 
@@ -95,15 +96,16 @@ int32_t captureDone(const JsonObject& parameters) {
 int32_t captureFromPayload(std::string_view json) {
     std::optional<CapturePayload> payload = readCapturePayload(json);
     if (!payload || payload->image.empty() || !ensureProgram()) return 0;
-    prepareMainEditor();
+    pProgram->prepareForDelivery();
+    const CaptureCode code = splitCaptureCode(payload->action);
+    if (!code.silent) playDeliverySound();
     Delivery delivery;
     delivery.url = std::move(payload->url);
     delivery.title = std::move(payload->title);
     delivery.png = payload->image;
-    delivery.action = playDeliverySound(payload->action);
-    delivery.width = payload->width;
-    delivery.height = payload->height;
-    deliver(std::move(delivery));
+    delivery.action = code.action;
+    delivery.size = {payload->width, payload->height};
+    pProgram->HandleCapture(std::move(delivery));
     return 1;
 }
 

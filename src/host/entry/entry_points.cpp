@@ -70,8 +70,8 @@ void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const
     guarded([=] {
         const HostCall call;
         if (shutdownWaits() || !ensureProgram()) return;
-        prepareMainEditor();
-        if (!isInternetExplorer() && !isChrome()) pProgram->offerIntegration();
+        pProgram->prepareForDelivery();
+        pProgram->offerIntegration(IntegrationMoment::Delivered);
         Delivery delivery;
         delivery.url = hostText(url);
         delivery.title = hostText(title);
@@ -86,10 +86,9 @@ void GLIMMERPAD_CALL hostCapture(const wchar_t* url, const wchar_t* title, const
                 delivery.unusable = length.message();
             }
         }
-        delivery.action = action;
-        delivery.width = width;
-        delivery.height = height;
-        deliver(std::move(delivery));
+        delivery.action = static_cast<CaptureAction>(action);
+        delivery.size = {width, height};
+        pProgram->HandleCapture(std::move(delivery));
     });
 }
 
@@ -116,13 +115,16 @@ void GLIMMERPAD_CALL hostFinishCapture(const wchar_t* url, const wchar_t* title,
         if (shutdownWaits()) return;
         std::optional<DrawingSurface>& pending = hostState().pendingBitmap;
         if (!pProgram || !pending) return;
+        const CaptureCode parts = splitCaptureCode(code);
         Delivery delivery;
         delivery.url = hostText(url);
         delivery.title = hostText(title);
-        delivery.bitmap = std::move(*pending).takeBitmap();
-        delivery.action = playDeliverySound(code);
+        delivery.picture = std::move(*pending).takeBitmap();
+        delivery.action = parts.action;
         pending.reset();
-        deliverPixels(std::move(delivery));
+        if (!parts.silent) playDeliverySound();
+        askForOutputSize(delivery);
+        pProgram->HandleCapture(std::move(delivery));
     });
 }
 

@@ -1,41 +1,37 @@
 #include "host/program/delivery.h"
 
+#include <utility>
+
 #include "capture/capture_options.h"
 #include "common/sound.h"
-#include "host/program/start_rules.h"
-#include "host/program/uProgram.h"
+#include "imaging/png_codec.h"
+#include "imaging/scaling.h"
 #include "settings/settings.h"
 
 namespace glimmer {
 
-void deliver(Delivery delivery) {
-    if (!delivery.unusable.empty()) {
-        pProgram->refusePicture(delivery.unusable, static_cast<uint32_t>(delivery.action));
-        return;
-    }
-    pProgram->HandleCapture(delivery.url, delivery.title, delivery.tag, delivery.png, std::move(delivery.bitmap),
-                            static_cast<uint32_t>(delivery.action), delivery.width, delivery.height);
+void askForOutputSize(Delivery& delivery) {
+    delivery.size = CaptureOptions::load(settings()).outputFor(delivery.picture.size());
 }
 
-void deliverPixels(Delivery delivery) {
-    const Size output = CaptureOptions::load(settings()).outputFor(delivery.bitmap->size());
-    delivery.width = output.width;
-    delivery.height = output.height;
-    deliver(std::move(delivery));
+Status receivePicture(Delivery& delivery) {
+    if (!delivery.unusable.empty()) return Failure{delivery.unusable};
+    if (delivery.png) {
+        Result<PngPicture> decoded = readPng(*delivery.png);
+        if (!decoded) return decoded.failure();
+        delivery.picture = std::move(decoded->bitmap);
+    }
+    const Size size = delivery.size;
+    if (delivery.picture.empty() || size.width <= 0 || size.height <= 0 || delivery.picture.size() == size) return {};
+    Result<TBitmap> fitted = resized(delivery.picture, size.width, size.height);
+    delivery.picture = TBitmap();
+    if (!fitted) return fitted.failure();
+    delivery.picture = fitted.take();
+    return {};
 }
 
 void playDeliverySound() {
     if (CaptureOptions::load(settings()).playSound) playSound(Sound::Capture);
-}
-
-int32_t playDeliverySound(int32_t code) {
-    const CaptureCode parts = splitCaptureCode(code);
-    if (!parts.silent) playDeliverySound();
-    return parts.action;
-}
-
-void prepareMainEditor() {
-    if (!pProgram->hidden()) pProgram->prepareMainEditor();
 }
 
 }  // namespace glimmer

@@ -6,34 +6,31 @@
 #include <string>
 
 #include "common/bitmap.h"
+#include "common/result.h"
+#include "host/program/capture_action.h"
 
 namespace glimmer {
 
-/// A capture on its way from a host to the controller, which exists by then.
+/// A capture on its way from whoever took it to the controller: what it comes with, and what is to happen with it.
 struct Delivery {
     std::string url;
     std::string title;
-    std::string tag;
-    std::optional<std::span<const uint8_t>> png;
-    std::optional<TBitmap> bitmap;
-    std::string unusable;  ///< why the picture that came cannot be used; empty: it can, or none came
-    int32_t action = 0;
-    int32_t width = 0;  ///< size that the picture shall get; 0 leaves it
-    int32_t height = 0;
+    std::string tag;                              ///< accepted, without any effect
+    std::optional<std::span<const uint8_t>> png;  ///< a PNG file; of the caller, who keeps it during the call
+    TBitmap picture;                              ///< finished pixels; empty: none came
+    std::string unusable;                         ///< why the picture that came cannot be used; empty: it can
+    CaptureAction action = CaptureAction::Edit;
+    Size size;  ///< that the picture is scaled to; with a side that is not positive it stays as it is
 };
 
-/// Hands a capture over.
-void deliver(Delivery delivery);
+/// Asks for the output size of the capture options, which depends on the picture's own.
+void askForOutputSize(Delivery& delivery);
 
-/// The same for pixels, which are brought to the output size of the capture options.
-void deliverPixels(Delivery delivery);
+/// Decodes the PNG file and scales the picture, which stands in `picture` afterwards. One that cannot be used fails;
+/// none at all does not, and leaves `picture` empty.
+Status receivePicture(Delivery& delivery);
 
 /// Plays the capture sound if the capture options want it for what hosts deliver.
 void playDeliverySound();
-/// The same for a capture code, which may ask for silence; answers the action in it.
-int32_t playDeliverySound(int32_t code);
-
-/// Makes the main editor window unless the application is hidden.
-void prepareMainEditor();
 
 }  // namespace glimmer

@@ -28,9 +28,8 @@ bool ensureProgram() {
                        TProgram::prepareForSessionEnd();
                        if (isStandalone()) terminateApplication();
                    }});
-    pProgram = std::make_unique<TProgram>(hostState().addonVersion);
-    if (!pProgram->initialize()) pProgram.reset();
-    return pProgram != nullptr;
+    pProgram = std::make_unique<TProgram>(hostState().addonVersion, hostState().home);
+    return true;
 }
 
 namespace {

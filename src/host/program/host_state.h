@@ -10,6 +10,7 @@
 
 namespace glimmer {
 
+class ProgramHome;
 class TChromeFGWndPatch;
 
 /// What a host's calls leave behind for its later calls.
@@ -20,7 +21,8 @@ struct HostState {
     std::vector<TBitmap> captureTiles;
     void* ChromeRenderWidget = nullptr;  ///< HWND, null before a successful "captureInit"
     std::unique_ptr<TChromeFGWndPatch> foregroundPatch;
-    std::string addonVersion;  ///< outlives hostShutdown()
+    std::string addonVersion;     ///< outlives hostShutdown()
+    ProgramHome* home = nullptr;  ///< what the standalone program has around the controller; null in a host
 
     HostState();
     ~HostState();

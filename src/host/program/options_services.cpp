@@ -10,7 +10,6 @@
 #include "editor/labels/rich_text_painter.h"
 #include "host/program/hot_keys.h"
 #include "host/program/print_screen.h"
-#include "host/program/uMForm.h"
 #include "imaging/scaling.h"
 #include "output/picture/watermark.h"
 
@@ -33,14 +32,14 @@ void drawSamplePage(TBitmap& picture) {
 
 }  // namespace
 
-OptionsServices optionsServices() {
+OptionsServices optionsServices(const HotKeys* hotKeys) {
     OptionsServices services;
     const std::string program = libraryFolder() + "glimmerpad.exe";
     std::error_code error;
     if (std::filesystem::is_regular_file(pathFromUtf8(program), error)) services.program = program;
-    if (MForm != nullptr && MForm->hotKeys() != nullptr) {
-        services.hotKeyTrouble = [](std::string_view option, int32_t hotKey) {
-            return MForm->hotKeys()->trouble(option, hotKey);
+    if (hotKeys != nullptr) {
+        services.hotKeyTrouble = [hotKeys](std::string_view option, int32_t hotKey) {
+            return hotKeys->trouble(option, hotKey);
         };
         services.keptBySystem = [](int32_t hotKey) { return isPlainPrintScreen(hotKey) && systemKeepsPrintScreen(); };
         services.openKeptSetting = openPrintScreenSetting;

@@ -4,7 +4,9 @@
 
 namespace glimmer {
 
-/// What the options dialog needs of the rest of the program.
-OptionsServices optionsServices();
+class HotKeys;
+
+/// What the options dialog needs of the rest of the program. `hotKeys` outlives the dialog; null where there are none.
+OptionsServices optionsServices(const HotKeys* hotKeys);
 
 }  // namespace glimmer

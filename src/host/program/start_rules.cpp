@@ -74,6 +74,20 @@ std::string handOverText(std::string_view commandLine, std::string_view firstArg
 
 std::string handedOverFile(std::string_view text) { return trimmed(text.substr(0, text.find('"'))); }
 
-CaptureCode splitCaptureCode(int32_t code) { return {code % silentCode, code >= silentCode}; }
+CaptureCode splitCaptureCode(int32_t code) {
+    return {static_cast<CaptureAction>(code % silentCode), code >= silentCode};
+}
+
+bool offersIntegration(HostKind host, IntegrationMoment moment) {
+    if (moment == IntegrationMoment::Edited) return host != HostKind::Standalone;
+    return host != HostKind::InternetExplorer && host != HostKind::Chrome;
+}
+
+WindowMove windowMoveAfter(CaptureAction action, bool made, DisplayState state, bool hidden, bool standalone) {
+    if (state == DisplayState::Held) return WindowMove::Leave;
+    if (action != CaptureAction::Edit) return hidden || standalone ? WindowMove::Refresh : WindowMove::Show;
+    if (hidden) return state == DisplayState::Away ? WindowMove::Show : WindowMove::Leave;
+    return made || !standalone ? WindowMove::Show : WindowMove::Leave;
+}
 
 }  // namespace glimmer

@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "common/host_kind.h"
+#include "host/program/capture_action.h"
+#include "main_window/display_state.h"
 
-// The rules of the start-up that need no system: texts in, decisions out. All text is UTF-8, folders end with a
-// backslash.
+// The rules of the start-up and of the way of a capture that need no system: texts in, decisions out. All text is
+// UTF-8, folders end with a backslash.
 
 namespace glimmer {
 
@@ -53,9 +55,24 @@ std::string handedOverFile(std::string_view text);
 
 /// A capture code: the action, and 100 for "without sound".
 struct CaptureCode {
-    int32_t action = 0;  ///< code modulo 100
+    CaptureAction action = CaptureAction::Edit;
     bool silent = false;
 };
 CaptureCode splitCaptureCode(int32_t code);
+
+/// Whether a capture may bring the question about the integration into Internet Explorer, which is asked once: before
+/// it is taken from a host that delivers it, or, in hosts that have another moment for it, when it is opened in the
+/// editor.
+enum class IntegrationMoment : uint8_t { Delivered, Edited };
+bool offersIntegration(HostKind host, IntegrationMoment moment);
+
+/// What the main window does after a capture whose action is done, or could not be begun.
+enum class WindowMove : uint8_t {
+    Leave,    ///< nothing
+    Refresh,  ///< it brings its list up to date, wherever it is
+    Show,     ///< it comes in front, and is no longer hidden
+};
+/// `made`: a document came of the capture. `hidden`: the user put the window away to see the browser.
+WindowMove windowMoveAfter(CaptureAction action, bool made, DisplayState state, bool hidden, bool standalone);
 
 }  // namespace glimmer

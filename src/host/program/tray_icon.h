@@ -2,21 +2,29 @@
 
 #include <wx/taskbar.h>
 
+#include <functional>
+#include <vector>
+
 namespace glimmer {
 
-class TMForm;
+/// A command of the icon's menu.
+struct TrayItem {
+    const char* caption;
+    std::function<void()> click;
+    bool apart = false;  ///< with a line above it
+};
 
-/// The program's icon in the notification area. A click brings the editor back; the menu has the other commands.
+/// The program's icon in the notification area. A click is the first command; the menu has all of them.
 class TrayIcon : public wxTaskBarIcon {
 public:
-    /// `form` outlives the icon.
-    explicit TrayIcon(TMForm& form);
+    /// The first item is that of a click on the icon itself, too.
+    explicit TrayIcon(std::vector<TrayItem> items);
 
 protected:
     wxMenu* CreatePopupMenu() override;  // the toolkit destroys the menu
 
 private:
-    TMForm& form_;
+    std::vector<TrayItem> items_;
 };
 
 }  // namespace glimmer

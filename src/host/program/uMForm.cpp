@@ -15,15 +15,12 @@
 #include "common/inside_modal.h"
 #include "common/library_module.h"
 #include "common/system_library.h"
-#include "host/program/delivery.h"
 #include "host/program/host_state.h"
 #include "host/program/hot_keys.h"
 #include "host/program/print_screen.h"
 #include "host/program/single_instance.h"
-#include "host/program/start_rules.h"
 #include "host/program/toolkit.h"
 #include "host/program/tray_icon.h"
-#include "host/program/uProgram.h"
 #include "main_window/notice_bar.h"
 #include "main_window/uMainEditor.h"
 #include "output/places/output_folders.h"
@@ -44,16 +41,11 @@ constexpr const char* unaskedKey = "chkAskForContinueKey";
 constexpr const char* printScreenBar = "barPrintScreen";
 constexpr const char* continueKeyBar = "barContinueKey";
 
-/// A capture that the program takes itself: no address, no picture yet.
-Delivery ownCapture(CaptureAction action) {
-    Delivery delivery;
-    delivery.action = static_cast<int32_t>(action);
-    return delivery;
-}
-
 void captureScreen(CaptureAction action) {
     if (!ensureProgram()) return;
-    deliver(ownCapture(action));
+    Delivery delivery;  // no address, no picture yet
+    delivery.action = action;
+    pProgram->HandleCapture(std::move(delivery));
 }
 
 /// The system starts the program again after it was ended for an update or a restart, and it offers what was open.
@@ -80,9 +72,9 @@ void captureTopWindow() {
         return;
     }
     announceCapture(area);
-    Delivery delivery = ownCapture(CaptureAction::Edit);
-    delivery.bitmap = picture.take();
-    deliver(std::move(delivery));
+    Delivery delivery;
+    delivery.picture = picture.take();
+    pProgram->HandleCapture(std::move(delivery));
 }
 
 }  // namespace
@@ -90,6 +82,7 @@ void captureTopWindow() {
 TMForm::TMForm()
     : wxFrame(nullptr, wxID_ANY, "Glimmerpad", wxDefaultPosition, wxSize(200, 100), wxDEFAULT_FRAME_STYLE, "MForm") {
     markReceiver(GetHWND());
+    hostState().home = this;
     // It is never seen, so it is a program that wants this one gone: quietly, as at the end of the session.
     Bind(wxEVT_CLOSE_WINDOW, [](wxCloseEvent& event) {
         if (event.CanVeto()) event.Veto();
@@ -100,11 +93,18 @@ TMForm::TMForm()
 
 TMForm::~TMForm() {
     if (MForm == this) MForm = nullptr;
+    hostState().home = nullptr;
 }
 
 /// The icon in the notification area and the hot keys.
 void TMForm::takePlace() {
-    trayIcon_ = std::make_unique<TrayIcon>(*this);
+    trayIcon_ = std::make_unique<TrayIcon>(std::vector<TrayItem>{
+        {"&Continue Editing", [this] { mnuContinueClick(); }},
+        {"&New Screenshot", [this] { mnuNewCaptureClick(); }},
+        {"&Open Project or File...", [this] { mnuOpenClick(); }},
+        {"O&ptions...", [this] { mnuOptionsClick(); }},
+        {"E&xit", [this] { mnuExitClick(); }, true},
+    });
     hotKeys_ = std::make_unique<HotKeys>(GetHWND(),
                                          std::vector<HotKeys::Command>{
                                              {"hotCreateZK", [] { captureScreen(CaptureAction::Edit); }},
@@ -230,10 +230,6 @@ void TMForm::mnuNewCaptureClick() {
 void TMForm::mnuOpenClick() {
     if (!ensureProgram()) return;
     pProgram->openFile();
-}
-
-void TMForm::suspendHotKeys(bool suspended) {
-    if (hotKeys_) hotKeys_->suspend(suspended);
 }
 
 void TMForm::mnuOptionsClick() {

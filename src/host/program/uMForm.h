@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "host/program/uProgram.h"
+
 namespace glimmer {
 
 class HotKeys;
@@ -13,7 +15,7 @@ class TrayIcon;
 
 /// The standalone program's main form: never shown, it owns the icon in the notification area, answers other
 /// instances' messages and the global hot keys.
-class TMForm : public wxFrame {
+class TMForm : public wxFrame, public ProgramHome {
 public:
     TMForm();
     ~TMForm() override;
@@ -23,12 +25,9 @@ public:
     /// `inTray` is set.
     void start(const std::optional<std::string>& file, bool inTray = false);
 
-    /// Gives the global hot keys up while they are being set.
-    void suspendHotKeys(bool suspended);
-    /// The hot keys; null before the work has begun.
-    [[nodiscard]] const HotKeys* hotKeys() const { return hotKeys_.get(); }
-    /// The editor was put away: tells once where the program is now.
-    void editorHidden();
+    HotKeys* hotKeys() override { return hotKeys_.get(); }
+    /// Tells once where the program is now.
+    void editorHidden() override;
 
     // Commands of the icon's menu.
     void mnuContinueClick();

@@ -9,23 +9,21 @@
 #include <utility>
 
 #include "capture/memory_guard.h"
-#include "capture/mouse_cursor.h"
+#include "capture/new_document.h"
 #include "capture/own_capture.h"
 #include "capture/screen_area.h"
-#include "capture/stamps.h"
+#include "capture/screen_picture.h"
+#include "common/at_end.h"
 #include "common/debug_channel.h"
 #include "common/files.h"
 #include "common/host_kind.h"
 #include "common/shell_start.h"
 #include "common/text.h"
 #include "common/vendor.h"
-#include "editor/annotations/shapes_list.h"
-#include "editor/document/document.h"
+#include "host/program/hot_keys.h"
 #include "host/program/options_services.h"
-#include "host/program/uMForm.h"
 #include "imaging/clipboard.h"
 #include "imaging/png_codec.h"
-#include "imaging/scaling.h"
 #include "main_window/uMainEditor.h"
 #include "output/places/output_folders.h"
 #include "output/uSaver.h"
@@ -55,28 +53,18 @@ void standaloneNotify(const std::string& name, const std::string& value) {
 
 }  // namespace
 
-/// UTF-16 units of an address or title that stay with a capture: a page may have put a whole picture into its address.
-constexpr size_t longestPageText = 8192;
-
-/// A capture while it is being taken.
-struct TProgram::Arrival {
-    CaptureInfo info;
-    TBitmap picture;  ///< empty: none was given
-};
-
-TProgram::TProgram(std::string addonVersion, ProgramSeams seams)
-    : addonVersion_(std::move(addonVersion)), seams_(std::move(seams)), saver_(std::make_unique<TSaver>()) {
+TProgram::TProgram(std::string addonVersion, ProgramHome* home, ProgramSeams seams)
+    : addonVersion_(std::move(addonVersion)),
+      home_(home),
+      seams_(std::move(seams)),
+      saver_(std::make_unique<TSaver>()) {
     if (!seams_.availableMemory) seams_.availableMemory = glimmer::availableMemory;
     if (!seams_.probeBitmap) seams_.probeBitmap = glimmer::probeBitmap;
+    if (isStandalone()) setNotifyHandler(standaloneNotify);
 }
 
 TProgram::~TProgram() {
     if (isStandalone()) setNotifyHandler(nullptr);
-}
-
-bool TProgram::initialize() {
-    if (isStandalone()) setNotifyHandler(standaloneNotify);
-    return true;
 }
 
 void TProgram::closeWindows() {
@@ -103,15 +91,16 @@ void TProgram::prepareForSessionEnd() noexcept {
     }
 }
 
-void TProgram::prepareMainEditor() {
-    if (pMainEditor != nullptr) return;
+/// The window, made at first use; it is not shown.
+TMainEditor& TProgram::mainEditor() {
+    if (pMainEditor != nullptr) return *pMainEditor;
     pMainEditor = new TMainEditor();
     pMainEditor->setCommands({{},
                               [this] { showOptions(); },
                               [this] {
                                   hidden_ = !isStandalone() && resumeAvailable();
                                   tellResumeState();
-                                  if (MForm != nullptr) MForm->editorHidden();
+                                  if (home_ != nullptr) home_->editorHidden();
                               },
                               [this](const std::string& url) { openPage(url); }});
     // A picture that is taken while the window still fades would have it.
@@ -125,6 +114,11 @@ void TProgram::prepareMainEditor() {
     });
     // The standalone program does it at its own start.
     if (!isStandalone()) pMainEditor->CallAfter([] { cleanUpWorkingFolder(); });
+    return *pMainEditor;
+}
+
+void TProgram::prepareForDelivery() {
+    if (!hidden_) mainEditor();
 }
 
 void TProgram::offerRecovered() {
@@ -134,70 +128,46 @@ void TProgram::offerRecovered() {
         return std::filesystem::exists(folder, error) && !std::filesystem::is_empty(folder, error) && !error;
     };
     if (!holdsSomething(recoveryFolder()) && !holdsSomething(formerRecoveryFolder())) return;
-    prepareMainEditor();
-    pMainEditor->offerRecovered(false);
+    mainEditor().offerRecovered(false);
 }
 
-void TProgram::HandleCapture(const std::string& url, const std::string& title, const std::string& tag,
-                             std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap,
-                             uint32_t action, int32_t width, int32_t height) {
-    (void)tag;  // its content has no meaning
+void TProgram::HandleCapture(Delivery delivery) {
     if (!beginCapture()) return;
-    const std::string kept = firstUnits(title, longestPageText);
-    Arrival arrival{{firstUnits(url, longestPageText), kept, kept.empty() ? "Untitled" : kept, {}, std::time(nullptr)},
-                    {}};
-    debugRemark("capture for action " + std::to_string(action));
-    debugDetail(url);
-    if (!pngData && !bitmap) emptyCapture_ = true;
-    Status received = receive(arrival, pngData, std::move(bitmap), {width, height});
-    const auto chosen = static_cast<CaptureAction>(action);
-    if (!received) {
+    const CaptureAction action = delivery.action;
+    debugRemark("capture for action " + std::to_string(static_cast<uint32_t>(action)));
+    debugDetail(delivery.url);
+    if (!delivery.png && delivery.picture.empty()) emptyCapture_ = true;
+    CaptureDocument* document = nullptr;
+    if (const Status received = receivePicture(delivery); !received) {
         showError(received.message());
-    } else if (CaptureDocument* document = createEditor(arrival)) {
-        emptyCapture_ = false;
-        runAction(*document, chosen);
+    } else {
+        document = createEditor(std::move(delivery));
     }
-    followUp(chosen);
-    tellResumeState();
-}
-
-void TProgram::refusePicture(const std::string& why, uint32_t action) {
-    if (!beginCapture()) return;
-    emptyCapture_ = true;
-    showError(why);
-    followUp(static_cast<CaptureAction>(action));
+    if (document != nullptr) {
+        emptyCapture_ = false;
+        runAction(*document, action);
+    }
+    moveWindow(action, document != nullptr);
     tellResumeState();
 }
 
 /// Forgets the outcome of the capture before. False when this one is to be ignored.
 bool TProgram::beginCapture() {
     if (std::exchange(skipNext_, false)) return false;
-    encoded_ = nullptr;
-    encodedText_.clear();
-    encodedImage_.clear();
+    encoded_ = {};
     savedPath_.clear();
     return true;
 }
 
-/// Decodes and fits the picture. A picture that cannot be used fails; none at all does not.
-Status TProgram::receive(Arrival& arrival, std::optional<std::span<const uint8_t>> pngData,
-                         std::optional<TBitmap> bitmap, Size size) {
-    if (pngData) {
-        Result<PngPicture> decoded = readPng(*pngData);
-        if (!decoded) return decoded.failure();
-        arrival.picture = std::move(decoded->bitmap);
-    } else if (bitmap) {
-        arrival.picture = std::move(*bitmap);
-    }
-    if (arrival.picture.empty() || size.width <= 0 || size.height <= 0 || arrival.picture.size() == size) return {};
-    Result<TBitmap> fitted = resized(arrival.picture, size.width, size.height);
-    arrival.picture = TBitmap();
-    if (!fitted) return fitted.failure();
-    arrival.picture = fitted.take();
-    return {};
+/// Takes a capture; whether it was not refused.
+bool TProgram::accepted(Delivery delivery) {
+    const int32_t before = refusedCount_;
+    HandleCapture(std::move(delivery));
+    return refusedCount_ == before;
 }
 
-CaptureDocument* TProgram::createEditor(Arrival& arrival) {
+/// The document in the main editor window, or null when the capture was refused.
+CaptureDocument* TProgram::createEditor(Delivery delivery) {
     ++captureCount_;
     if (const std::optional<std::string> low = lowMemoryWarning(seams_.availableMemory())) {
         warnInFront(*low);
@@ -205,65 +175,40 @@ CaptureDocument* TProgram::createEditor(Arrival& arrival) {
         refuse();
         return nullptr;
     }
-
-    const Rect area = captureArea(OptionsHolder().number("spnSelectedCaptureSource"));
+    const Rect area = chosenScreenArea();
+    const bool empty = delivery.picture.empty();
     const Size screen{wholeScreen().width(), wholeScreen().height()};
-    const bool empty = arrival.picture.empty();
-    std::optional<MouseCursor> cursor;
-    const Size probe = empty ? Size{area.width(), area.height()} : probeSize(arrival.picture.size(), screen);
-    if (!seams_.probeBitmap(probe)) {
-        refuseEditor(editorWarning());
-        return nullptr;
-    }
+    const Size probe = empty ? Size{area.width(), area.height()} : probeSize(delivery.picture.size(), screen);
+    if (!seams_.probeBitmap(probe)) return refuseEditor(noRoomForEditorText());
 
+    ScreenPicture taken;
     if (empty) {
-        const bool fromScreen = OptionsHolder().on("chkStartFromScreen");
-        const auto takeScreen = [&area, &cursor] {
-            if (OptionsHolder().on("chkAddMouseCursor")) cursor = visibleMouseCursor();
-            return grabScreen(area, !OptionsHolder().on("chkDontGrabOverlays"));
-        };
-        Result<TBitmap> picture = fromScreen ? takeWithoutOwnWindows(takeScreen)
-                                             : TBitmap::create(area.width(), area.height(), PixelFormat::Bgra32);
-        if (picture && fromScreen) announceCapture(area);
-        if (picture && !fromScreen) picture->fill(picture->bounds(), rgb(255, 255, 255));
-        if (!picture) {
-            refuseEditor(fromScreen ? picture.message() : editorWarning());
-            return nullptr;
-        }
-        arrival.picture = picture.take();
+        Result<ScreenPicture> screen = takeScreenPicture(area);
+        if (!screen) return refuseEditor(screen.message());
+        taken = screen.take();
+    } else {
+        taken.picture = std::move(delivery.picture);
     }
     const Options& options = OptionsHolder();
-    TShapesList stamps = captureStamps(
-        arrival.info.url, arrival.info.title,
-        {options.on("chkAddURL"), options.on("chkAddTitle"), options.text("edtFontName")}, saver_->textPainter());
-    if (cursor) {
-        const Point at{cursor->at.x - area.left, cursor->at.y - area.top};
-        TBBShape shape = pictureAnnotation({}, std::move(cursor->picture), at);
-        shape.number.number = stamps.nextNumber();
-        if (!shape.bounds().intersected(arrival.picture.bounds()).empty()) stamps.add(std::move(shape));
-    }
+    const StampOptions stamped{options.on("chkAddURL"), options.on("chkAddTitle"), options.text("edtFontName")};
     Result<std::unique_ptr<CaptureDocument>> document =
-        CaptureDocument::create(std::move(arrival.picture), std::move(arrival.info), std::move(stamps));
-    if (!document) {
-        refuseEditor(editorWarning());
-        return nullptr;
-    }
-    prepareMainEditor();
-    return &pMainEditor->addEditor(document.take());
+        newDocument(std::move(taken.picture), delivery.url, delivery.title, std::time(nullptr),
+                    std::move(taken.pointer), stamped, saver_->textPainter());
+    if (!document) return refuseEditor(noRoomForEditorText());
+    return &mainEditor().addEditor(document.take());
 }
-
-std::string TProgram::editorWarning() { return "There is not enough memory to open this screenshot in the editor."; }
 
 void TProgram::warnInFront(const std::string& text) {
     if (pMainEditor != nullptr) pMainEditor->bringForward();
     showWarning(text);
 }
 
-/// The warning first: the window that comes forward is for what is still open.
-void TProgram::refuseEditor(const std::string& text) {
+/// The warning first: the window that comes forward is for what is still open. Answers null.
+CaptureDocument* TProgram::refuseEditor(const std::string& text) {
     showWarning(text);
     if (pMainEditor != nullptr) pMainEditor->bringForward();
     refuse();
+    return nullptr;
 }
 
 void TProgram::refuse() {
@@ -274,12 +219,7 @@ void TProgram::refuse() {
 void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
     switch (action) {
         case CaptureAction::Edit:
-            if (!isStandalone()) offerIntegration();
-            if (!hidden_ && pMainEditor->displayState() != DisplayState::Held) {
-                pMainEditor->setDisplayState(DisplayState::Shown);
-                pMainEditor->applyDisplayState();
-                if (!isStandalone()) pMainEditor->offerRecovered(true);
-            }
+            offerIntegration(IntegrationMoment::Edited);
             break;
         case CaptureAction::Save:
         case CaptureAction::SaveAutomatically: {
@@ -304,7 +244,11 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             break;
         case CaptureAction::EncodeText:
         case CaptureAction::EncodeImage:
-            encode(document, action);
+            if (const Status encoded = encoded_.encode(
+                    *saver_, document,
+                    action == CaptureAction::EncodeText ? EncodedContent::Form::Text : EncodedContent::Form::Image);
+                !encoded)
+                showError(encoded.message());
             break;
         case CaptureAction::Load:
         default:
@@ -312,50 +256,34 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
     }
 }
 
-void TProgram::encode(CaptureDocument& document, CaptureAction action) {
-    Result<std::vector<uint8_t>> png = saver_->encode(document, PictureFormat::Png);
-    if (!png) {
-        showError(png.message());
-        return;
-    }
-    encoded_ = &document;
-    encodedRevision_ = document.revision();
-    if (action == CaptureAction::EncodeText) {
-        encodedText_ = base64Encode(*png);
-    } else {
-        encodedImage_ = png.take();
-    }
+const EncodedContent& TProgram::encodedContent() {
+    if (pMainEditor == nullptr) return encoded_;
+    if (const Status encoded = encoded_.encodeAgain(*saver_, pMainEditor->allEditors()); !encoded)
+        showError(encoded.message());
+    return encoded_;
 }
 
-void TProgram::encodeAgain() {
-    if (encoded_ == nullptr || pMainEditor == nullptr) return;
-    for (CaptureDocument* document : pMainEditor->allEditors()) {
-        if (document != encoded_ || document->revision() == encodedRevision_) continue;
-        encode(*document, encodedText_.empty() ? CaptureAction::EncodeImage : CaptureAction::EncodeText);
-        return;
-    }
-}
-
-void TProgram::followUp(CaptureAction action) {
+void TProgram::moveWindow(CaptureAction action, bool made) {
     if (pMainEditor == nullptr) return;
-    const bool edit = action == CaptureAction::Edit;
-    if (edit && hidden_ && pMainEditor->displayState() == DisplayState::Away) {
-        pMainEditor->setDisplayState(DisplayState::Shown);
-        pMainEditor->applyDisplayState();
-        hidden_ = false;
-    }
-    const bool mayShow = !hidden_ && !isStandalone();
-    if (pMainEditor->displayState() == DisplayState::Held || (edit && !mayShow)) return;
-    if (mayShow) {
-        pMainEditor->showRoutine();
-    } else {
-        pMainEditor->hiddenRoutine();
+    switch (windowMoveAfter(action, made, pMainEditor->displayState(), hidden_, isStandalone())) {
+        case WindowMove::Leave:
+            break;
+        case WindowMove::Refresh:
+            pMainEditor->hiddenRoutine();
+            break;
+        case WindowMove::Show: {
+            const bool wasHidden = std::exchange(hidden_, false);
+            pMainEditor->showRoutine();
+            if (made && action == CaptureAction::Edit && !wasHidden && !isStandalone())
+                pMainEditor->offerRecovered(true);
+            break;
+        }
     }
 }
 
-void TProgram::offerIntegration() {
+void TProgram::offerIntegration(IntegrationMoment moment) {
     Options& options = OptionsHolder();
-    if (!options.on("chkFirstPromotionIEIntegration")) return;
+    if (!offersIntegration(hostKind(), moment) || !options.on("chkFirstPromotionIEIntegration")) return;
     options.setOn("chkFirstPromotionIEIntegration", false);
     saveOptions();
     const Message question{"Do you want Vistrane to be available in Internet Explorer?", "Vistrane Integration",
@@ -376,21 +304,23 @@ void TProgram::resumeEditing() {
 void TProgram::tellResumeState() const { notifyHost("enableResumeMenu", resumeAvailable() ? "enable" : "disable"); }
 
 void TProgram::showOptions() {
-    static bool open = false;
-    if (open) return;  // the menu of the icon stays in reach while the dialog is up
-    open = true;
+    if (optionsOpen_) return;  // the menu of the icon stays in reach while the dialog is up
+    optionsOpen_ = true;
+    HotKeys* const hotKeys = home_ != nullptr ? home_->hotKeys() : nullptr;
+    const AtEnd closed([this] { optionsOpen_ = false; });
     // The host keeps its own capture keys still while they are being set here, and so do we.
     notifyHost("setupMode", "true");
-    if (MForm != nullptr) MForm->suspendHotKeys(true);
-    showOptionsDialog(pMainEditor != nullptr && pMainEditor->IsShown() ? pMainEditor : nullptr, optionsServices());
-    if (MForm != nullptr) MForm->suspendHotKeys(false);
-    notifyHost("setupMode", "false");
-    open = false;
+    const AtEnd told([] { notifyHost("setupMode", "false"); });
+    if (hotKeys != nullptr) hotKeys->suspend(true);
+    const AtEnd resumed([hotKeys] {
+        if (hotKeys != nullptr) hotKeys->suspend(false);
+    });
+    showOptionsDialog(pMainEditor != nullptr && pMainEditor->IsShown() ? pMainEditor : nullptr,
+                      optionsServices(hotKeys));
 }
 
 bool TProgram::openFile() {
-    prepareMainEditor();
-    const size_t before = pMainEditor->editorCount();
+    const size_t before = mainEditor().editorCount();
     pMainEditor->btnLoadProjectClick();
     // The dialog may have outlasted the window.
     if (pMainEditor == nullptr || pMainEditor->editorCount() <= before) return false;
@@ -400,8 +330,7 @@ bool TProgram::openFile() {
 }
 
 bool TProgram::openFileInEditor(const std::string& path) {
-    prepareMainEditor();
-    if (!pMainEditor->openFile(path)) return false;
+    if (!mainEditor().openFile(path)) return false;
     restoreApplication();
     tellResumeState();
     return true;
@@ -413,19 +342,23 @@ bool TProgram::openFromClipboard() {
         showError(picture.message());
         return false;
     }
-    const int32_t refusedBefore = refusedCount_;
-    HandleCapture({}, "Clipboard", {}, std::nullopt, picture.take(), static_cast<uint32_t>(CaptureAction::Edit), 0, 0);
-    return refusedCount_ == refusedBefore;
+    Delivery delivery;
+    delivery.title = "Clipboard";
+    delivery.picture = picture.take();
+    return accepted(std::move(delivery));
 }
 
 void TProgram::processInfo(const std::string& text) { notifyHost("getInfo", text); }
 
 bool TProgram::storeEncodedContent(const std::string& base64Text) {
     const std::optional<std::vector<uint8_t>> data = base64Decode(base64Text);
-    if (!data || data->empty() || !readPng(*data)) return false;
-    const int32_t refusedBefore = refusedCount_;
-    HandleCapture({}, {}, {}, *data, std::nullopt, static_cast<uint32_t>(CaptureAction::Load), 0, 0);
-    return refusedCount_ == refusedBefore;
+    if (!data || data->empty()) return false;
+    Result<PngPicture> decoded = readPng(*data);
+    if (!decoded) return false;
+    Delivery delivery;
+    delivery.picture = std::move(decoded->bitmap);
+    delivery.action = CaptureAction::Load;
+    return accepted(std::move(delivery));
 }
 
 void TProgram::openPage(const std::string& url) {
@@ -447,9 +380,7 @@ void TProgram::offerHiding() {
 
 void TProgram::restoreApplication() {
     hidden_ = false;
-    prepareMainEditor();
-    pMainEditor->setDisplayState(DisplayState::Shown);
-    pMainEditor->applyDisplayState();
+    mainEditor().showRoutine();
 }
 
 }  // namespace glimmer

@@ -3,32 +3,20 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <optional>
-#include <span>
 #include <string>
-#include <vector>
 
-#include "common/bitmap.h"
+#include "common/geometry.h"
+#include "host/program/capture_action.h"
+#include "host/program/delivery.h"
+#include "host/program/encoded_content.h"
+#include "host/program/start_rules.h"
 
 namespace glimmer {
 
 class CaptureDocument;
+class HotKeys;
+class TMainEditor;
 class TSaver;
-
-/// What is to happen with a capture; hosts send these numbers. Any other number does nothing more than Load.
-enum class CaptureAction : uint32_t {
-    Edit = 0,
-    Save = 1,
-    Copy = 2,
-    Mail = 3,
-    ExternalViewer = 4,
-    Upload = 5,
-    Load = 6,
-    Print = 7,
-    EncodeText = 8,
-    EncodeImage = 9,
-    SaveAutomatically = 10,
-};
 
 /// What the controller asks of the system, so that a test can stand in its place. Empty members mean the system.
 struct ProgramSeams {
@@ -38,19 +26,28 @@ struct ProgramSeams {
     std::function<bool(Size)> probeBitmap;
 };
 
+/// What the standalone program has around its controller: an icon in the notification area, hot keys.
+class ProgramHome {
+public:
+    virtual ~ProgramHome() = default;
+    /// Null before there are any.
+    virtual HotKeys* hotKeys() = 0;
+    /// The user has put the editor away.
+    virtual void editorHidden() = 0;
+};
+
 /// The program controller: owns what lives between captures, makes an editor of each one and runs its action. Lives
 /// from the first request of a host until the shutdown, or as long as the standalone program; see pProgram.
 class TProgram {
 public:
-    explicit TProgram(std::string addonVersion, ProgramSeams seams = {});
+    /// `home` outlives it; null in a host.
+    explicit TProgram(std::string addonVersion, ProgramHome* home = nullptr, ProgramSeams seams = {});
     ~TProgram();
     TProgram(const TProgram&) = delete;
     TProgram& operator=(const TProgram&) = delete;
     TProgram(TProgram&&) = delete;
     TProgram& operator=(TProgram&&) = delete;
 
-    /// Second half of the construction: whether the controller can work.
-    bool initialize();
     /// Closes every window without asking and releases the editors; before the destructor.
     void closeWindows();
 
@@ -59,22 +56,16 @@ public:
     /// session does.
     static void prepareForSessionEnd() noexcept;
 
-    /// Takes a capture and runs its action (code modulo 100). `pngData` is a PNG file or nothing, `bitmap` finished
-    /// pixels or nothing; when width and height are positive the picture is scaled to them. With neither the screen
-    /// is captured, if the user wants that. `tag` is accepted and ignored.
-    void HandleCapture(const std::string& url, const std::string& title, const std::string& tag,
-                       std::optional<std::span<const uint8_t>> pngData, std::optional<TBitmap> bitmap, uint32_t action,
-                       int32_t width, int32_t height);
+    /// Takes a capture and runs its action. A picture that came but cannot be used is refused with a message; without
+    /// one the screen is captured, if the user wants that.
+    void HandleCapture(Delivery delivery);
+    /// A capture is about to come from a host: the main editor window exists after this unless the program is hidden.
+    void prepareForDelivery();
 
-    /// The same for a picture that came but cannot be used: the user reads why, and the capture counts as an empty one.
-    void refusePicture(const std::string& why, uint32_t action);
-
-    /// The main editor window exists after this; it is not shown.
-    void prepareMainEditor();
     /// Offers the captures that an earlier run left behind when it crashed. For the standalone program's start.
     void offerRecovered();
-    /// Asks once whether Internet Explorer should offer the program too.
-    void offerIntegration();
+    /// Asks once whether Internet Explorer should offer the program too, if this is a moment for it.
+    void offerIntegration(IntegrationMoment moment);
     /// Does the integration itself ("integrateIntoIE").
     void integrateIntoIE();
 
@@ -102,16 +93,11 @@ public:
     /// Shows everything again (`mnuContinue`).
     void restoreApplication();
 
-    /// Encodes what the last EncodeText or EncodeImage capture has become since, as long as it is open.
-    void encodeAgain();
-    /// Base64 text of the last EncodeText capture; kept until the next capture.
-    [[nodiscard]] const std::string& encodedText() const { return encodedText_; }
-    /// PNG file of the last EncodeImage capture; kept until the next capture.
-    [[nodiscard]] const std::vector<uint8_t>& encodedImage() const { return encodedImage_; }
+    /// What the last EncodeText or EncodeImage capture has become since, as long as it is open; kept until the next
+    /// capture.
+    const EncodedContent& encodedContent();
     /// UTF-8 path of the file that the last Save or SaveAutomatically wrote; empty when it wrote none.
     [[nodiscard]] const std::string& savedPath() const { return savedPath_; }
-
-    /// Turns captures into output.
 
     [[nodiscard]] int32_t captureCount() const { return captureCount_; }  ///< attempts to make an editor
     [[nodiscard]] int32_t refusedCount() const { return refusedCount_; }  ///< refused for lack of memory
@@ -121,33 +107,29 @@ public:
     [[nodiscard]] const std::string& addonVersion() const { return addonVersion_; }
 
 private:
-    struct Arrival;
     bool beginCapture();
-    static Status receive(Arrival& arrival, std::optional<std::span<const uint8_t>> pngData,
-                          std::optional<TBitmap> bitmap, Size size);
-    CaptureDocument* createEditor(Arrival& arrival);
-    static std::string editorWarning();
+    bool accepted(Delivery delivery);
+    CaptureDocument* createEditor(Delivery delivery);
     static void warnInFront(const std::string& text);
     void refuse();
-    void refuseEditor(const std::string& text);
-    void encode(CaptureDocument& document, CaptureAction action);
+    CaptureDocument* refuseEditor(const std::string& text);
     void runAction(CaptureDocument& document, CaptureAction action);
-    void followUp(CaptureAction action);
+    void moveWindow(CaptureAction action, bool made);
+    TMainEditor& mainEditor();
     void offerHiding();
 
     std::string addonVersion_;
+    ProgramHome* home_;
     ProgramSeams seams_;
     std::unique_ptr<TSaver> saver_;
-    std::string encodedText_;
-    std::vector<uint8_t> encodedImage_;
-    CaptureDocument* encoded_ = nullptr;  ///< may be closed by now
-    uint64_t encodedRevision_ = 0;
+    EncodedContent encoded_;
     std::string savedPath_;
     int32_t captureCount_ = 0;
     int32_t refusedCount_ = 0;
     bool skipNext_ = false;
     bool emptyCapture_ = false;
     bool hidden_ = false;
+    bool optionsOpen_ = false;
 };
 
 /// The one controller of the process; none before the first request and after the shutdown.
