@@ -12,7 +12,7 @@ build() {
         --disable-html --disable-sockets --disable-mediactrl --disable-glcanvasegl --disable-xrc --disable-aui \
         --disable-richtext --disable-fs_inet --disable-protocol --disable-protocols --disable-url \
         --disable-debugreport --disable-dialupman --disable-joystick --disable-mdi --disable-docview \
-        --disable-help --disable-tests --disable-sound --disable-precomp-headers --disable-secretstore \
+        --disable-help --disable-tests --disable-sound --enable-precomp-headers --disable-dependency-tracking --disable-secretstore \
         --disable-webrequest
     make -j"$jobs"
     make install
