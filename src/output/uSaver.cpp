@@ -2,6 +2,7 @@
 
 #include <wx/window.h>
 
+#include <algorithm>
 #include <system_error>
 
 #include "common/assertion.h"
@@ -13,6 +14,7 @@
 #include "imaging/clipboard.h"
 #include "output/files/editable_png.h"
 #include "output/files/pdf_writer.h"
+#include "output/picture/covered_page.h"
 #include "output/picture/join_pictures.h"
 #include "output/picture/output_picture.h"
 #include "output/places/file_name_template.h"
@@ -107,9 +109,11 @@ Result<std::vector<uint8_t>> TSaver::encodeEditable(const CaptureDocument& docum
 }
 
 Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, PictureFormat format,
-                                            const Progress& progress) {
-    if (format == PictureFormat::Png)
-        return encodeEditable(document, OptionsHolder().on("chkEmbedNativeInfo"), progress);
+                                            const Progress& progress, Editable editable) {
+    if (format == PictureFormat::Png) {
+        const bool embed = editable != Editable::No && OptionsHolder().on("chkEmbedNativeInfo");
+        return encodeEditable(document, embed, progress);
+    }
     const Result<TBitmap> picture = outputPicture(document, *text_);
     if (!picture) return picture.failure();
     if (format == PictureFormat::Pdf) {
@@ -194,7 +198,8 @@ bool TSaver::savePictures(Documents documents) {
     return true;
 }
 
-std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents documents, PictureFormat format) {
+std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents documents, PictureFormat format,
+                                              Editable editable) {
     checkDocuments(documents);
     if (folder.empty()) return refuseWithoutFolder();
     WaitWindow wait(creatingPictures);
@@ -206,7 +211,7 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
             return freePath(folder, name, extensionOf(format));
         };
         const auto file = writeTarget(
-            freeName(), [&] { return encode(*documents[i], format, wait.asProgress()); },
+            freeName(), [&] { return encode(*documents[i], format, wait.asProgress(), editable); },
             [&wait] { return wait.cancelled(); }, freeName);
         if (!file) {
             removeFiles(written);
@@ -218,13 +223,34 @@ std::optional<TSaver::Paths> TSaver::saveInto(const fs::path& folder, Documents 
     return written;
 }
 
+std::optional<Editable> TSaver::askEditable(Documents documents, PictureFormat format) {
+    const auto covered = [](const CaptureDocument* document) { return coversPage(document->annotations()); };
+    if (format != PictureFormat::Png || !OptionsHolder().on("chkEmbedNativeInfo") ||
+        std::none_of(documents.begin(), documents.end(), covered))
+        return Editable::AsTheOptionSays;
+    Message question{"Parts of the page are covered, and whoever gets the editable picture can uncover them.",
+                     "Send picture", MessageIcon::Question, MessageButtons::YesNoCancel, MessageAnswer::Yes};
+    question.yes = "Send &flat";
+    question.no = "Send &editable";
+    switch (showRemembered("cmbSendCovered", question)) {
+        case MessageAnswer::Yes:
+            return Editable::No;
+        case MessageAnswer::No:
+            return Editable::AsTheOptionSays;
+        default:
+            return std::nullopt;
+    }
+}
+
 std::optional<TSaver::Paths> TSaver::saveForWork(const Result<fs::path>& folder, Documents documents,
                                                  PictureFormat format) {
     if (!folder) {
         showError(folder.message());
         return std::nullopt;
     }
-    std::optional<Paths> files = saveInto(*folder, documents, format);
+    const std::optional<Editable> editable = askEditable(documents, format);
+    if (!editable) return std::nullopt;
+    std::optional<Paths> files = saveInto(*folder, documents, format, *editable);
     if (files)
         for (const fs::path& path : *files) rememberWorkingFile(path);
     return files;

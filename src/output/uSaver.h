@@ -23,6 +23,9 @@ enum class SaveMode : uint8_t {
     Automatic = 7,    ///< PNG under the default name in the folder used last, without a question
 };
 
+/// Whether a PNG file carries its annotations and the clean page below them.
+enum class Editable : uint8_t { AsTheOptionSays, No };
+
 /// Turns captures into output: files, projects, pages, mail, the clipboard. Says itself what goes wrong, with the
 /// texts of a message box; a capture that could not be saved stays open and unsaved, and nothing is left half-written.
 class TSaver {
@@ -44,7 +47,8 @@ public:
     bool savePictures(Documents documents);
     /// One file each under its default name, never over an existing one; nothing when any of them failed, and then
     /// none is left.
-    std::optional<Paths> saveInto(const std::filesystem::path& folder, Documents documents, PictureFormat format);
+    std::optional<Paths> saveInto(const std::filesystem::path& folder, Documents documents, PictureFormat format,
+                                  Editable editable = Editable::AsTheOptionSays);
 
     /// Copies the picture, or several joined side by side; whether it is on the clipboard.
     bool copyToClipboard(Documents documents);
@@ -66,10 +70,13 @@ public:
     /// Writes an HTML page that shows the captures, with a folder of their pictures; the page's path.
     std::optional<std::filesystem::path> exportPage(Documents documents);
 
-    /// The capture's output picture as a file of that format in memory; the failure is a sentence. PNG carries the
-    /// annotations when the option says so.
+    /// The capture's output picture as a file of that format in memory; the failure is a sentence.
     Result<std::vector<uint8_t>> encode(const CaptureDocument& document, PictureFormat format,
-                                        const Progress& progress = {});
+                                        const Progress& progress = {}, Editable editable = Editable::AsTheOptionSays);
+    /// Captures are about to leave the computer, or for another program: asks once, with an answer that can be kept,
+    /// whether what is covered on them may be uncovered there. Asks nothing when nothing is covered or the files carry
+    /// no clean page anyway. Nothing when the user gives up.
+    static std::optional<Editable> askEditable(Documents documents, PictureFormat format);
     /// The text of labels in output pictures.
     [[nodiscard]] TextPainter& textPainter() { return *text_; }
 

@@ -17,6 +17,7 @@ constexpr string_view exit[] = {"Ask", "Exit", "Don't Exit"};
 constexpr string_view remove[] = {"Ask", "Delete", "Don't Delete"};
 constexpr string_view hide[] = {"Ask", "Hide", "Don't Hide"};
 constexpr string_view printing[] = {"Ask", "Same settings for all", "Settings for each"};
+constexpr string_view covered[] = {"Ask", "Flat", "Editable"};
 constexpr string_view annotationPlacement[] = {"Top Left ",    "Top Middle",  "Top Right",    "Below Left",
                                                "Below Middle", "Below Right", "Left Top ",    "Left Center",
                                                "Left Bottom",  "Right Top",   "Right Center", "Right Bottom"};
@@ -68,6 +69,7 @@ constexpr Option table[] = {
     combo("Confirmations", "cmbExitAfterSaving", "Exit the editor after saving, copying or printing", exit, 0),
     combo("Confirmations", "cmbDeleteCaptures", "Delete captures from the list", remove, 0),
     combo("Confirmations", "cmbConfirmExit", "Exit when all captures are saved", exit, 0),
+    combo("Confirmations", "cmbSendCovered", "Send pictures with covered parts", covered, 0),
     combo("Confirmations", "cmbShowWelcomeMessage", "Welcome message", display, 0),
 
     check("Associations", "chkPNGAssociation", "PNG pictures (*.png)", false),

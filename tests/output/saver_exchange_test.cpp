@@ -2,9 +2,11 @@
 #include <windows.h>
 
 #include "common/wide_text.h"
+#include "editor/annotations/styles.h"
 #include "imaging/clipboard.h"
 #include "imaging/clipboard_formats.h"
 #include "imaging/picture_file.h"
+#include "output/files/editable_png.h"
 #include "output/picture/output_picture.h"
 #include "output/places/working_folder.h"
 #include "output/ways/mail.h"
@@ -172,6 +174,48 @@ TEST_F(Mailing, AnOldMailProgramGetsTheFilesToo) {
     EXPECT_THAT(record(), HasSubstr("MAPISendMail\nsubject Screenshots\n"));
     EXPECT_THAT(record(), HasSubstr("file first.png\n"));
     for (const char* name : {"1.attachment", "2.attachment"}) EXPECT_TRUE(fs::exists(folder() / name)) << name;
+}
+
+// Whoever gets the file must not find what was covered, unless the user wants it so. What is saved is not asked about.
+TEST_F(Mailing, WhatIsCoveredIsAskedAboutAndStaysCoveredInAFlatFile) {
+    const MailProgram program(L"mail_recorder", folder());
+    const auto draw = [this](ShapeKind kind, int32_t opacity, bool alone) {
+        TBBShape shape(predefinedStyles()[0], {0, 0, 3, 2});
+        shape.shape.settings.kind = kind;
+        shape.shape.settings.opacity = opacity;
+        if (alone) shape.text.settings.visible = shape.line.settings.visible = shape.number.settings.visible = false;
+        ASSERT_TRUE(all_[0]->run(std::make_unique<AddAnnotation>(std::move(shape))));
+    };
+    const auto editable = [this] {
+        const auto file = readFile(folder() / "1.attachment", 1U << 20U);
+        return readEditablePng(*file)->editable;
+    };
+    draw(ShapeKind::FilledRectangle, 46, false);
+    draw(ShapeKind::Rectangle, 100, true);
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_TRUE(messages_.messages.empty()) << "an ordinary callout covers nothing";
+    EXPECT_TRUE(editable());
+    draw(ShapeKind::FilledRectangle, 46, true);  // a highlight
+    EXPECT_FALSE(saver_.sendByMail(all_)) << "the user closes the question";
+    ASSERT_EQ(messages_.messages.size(), 1U);
+    EXPECT_EQ(messages_.messages[0].yes, "Send &flat");
+    messages_.answers = {{MessageAnswer::No, true}};
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_TRUE(editable());
+    EXPECT_EQ(OptionsHolder().number("cmbSendCovered"), 2);
+    messages_.messages.clear();
+    ASSERT_TRUE(saver_.publish(all_));
+    EXPECT_TRUE(messages_.messages.empty()) << "the answer is remembered";
+    OptionsHolder().setNumber("cmbSendCovered", 1);
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_FALSE(editable());
+    all_[0]->undo();
+    draw(ShapeKind::FilledEllipse, 100, false);
+    ASSERT_TRUE(saver_.sendByMail(all_));
+    EXPECT_FALSE(editable());
+    dialogs_.path = folder() / "saved.png";
+    ASSERT_TRUE(saver_.savePicture(*all_[0], SaveMode::Interactive));
+    EXPECT_TRUE(readEditablePng(*readFile(dialogs_.path, 1U << 20U))->editable) << "saving stays as it is";
 }
 
 TEST_F(Mailing, AUserWhoGivesUpIsNotTroubled) {

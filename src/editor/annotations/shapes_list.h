@@ -4,7 +4,6 @@
 #include <optional>
 #include <vector>
 
-#include "editor/annotations/shapes_list.h"
 #include "editor/annotations/uShapes.h"
 
 namespace glimmer {

@@ -46,6 +46,8 @@ constexpr Help table[] = {
     {"cmbExitAfterSaving", confirmation},
     {"cmbDeleteCaptures", confirmation},
     {"cmbConfirmExit", confirmation},
+    {"cmbSendCovered",
+     "Whether a picture that is mailed, published or opened elsewhere carries the page below what covers it."},
     {"cmbShowWelcomeMessage", "Kept for a later version: this one has no welcome message."},
     {"chkPNGAssociation", association},
     {"chkGIFAssociation", association},

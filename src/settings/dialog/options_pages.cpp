@@ -20,7 +20,7 @@ void general(OptionsPage& page) {
 
 void confirmations(OptionsPage& page) {
     for (const char* control : {"cmbCopiedSuccessfullyMessage", "cmbOpenFolderAfterSaving", "cmbExitAfterSaving",
-                                "cmbDeleteCaptures", "cmbConfirmExit", "cmbShowWelcomeMessage"})
+                                "cmbDeleteCaptures", "cmbConfirmExit", "cmbSendCovered", "cmbShowWelcomeMessage"})
         page.row(control);
     page.button("btnAskAgain", "Ask and display everything again");
 }
