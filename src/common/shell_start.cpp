@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "common/command_line.h"
 #include "common/system_folders.h"
 #include "common/wide_text.h"
 
@@ -95,6 +96,6 @@ ShellStart& shellStart() {
 
 void setShellStart(ShellStart* start) { replacement = start; }
 
-bool showInFolder(const std::string& path) { return shellStart().open("explorer", "/select,\"" + path + "\""); }
+bool showInFolder(const std::string& path) { return shellStart().open("explorer", "/select," + quotedArgument(path)); }
 
 }  // namespace glimmer

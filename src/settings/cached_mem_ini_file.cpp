@@ -17,9 +17,9 @@
 
 #include "common/assertion.h"
 #include "common/files.h"
+#include "common/locked_edit.h"
 #include "common/text.h"
 #include "settings/encoded_text.h"
-#include "settings/file_lock.h"
 #include "settings/file_text.h"
 
 namespace glimmer {
@@ -127,21 +127,25 @@ auto withPatience(bool patient, Operation operation) {
 struct TCachedMemIniFile::Content {
     explicit Content(std::filesystem::path file) : path(std::move(file)) {}
 
-    /// The file as it is on the disk; an empty one when there is none.
-    [[nodiscard]] Result<std::unique_ptr<CSimpleIniA>> load() const {
+    /// What is in the file on the disk; nothing when there is none.
+    [[nodiscard]] FileContent read() const {
         std::error_code error;
-        if (path.empty() || (!std::filesystem::exists(path, error) && !error)) return newIni({});
+        if (path.empty() || (!std::filesystem::exists(path, error) && !error)) return std::vector<uint8_t>();
         // An editor that writes over the file empties it first. What was in it is known, and goes on.
         bool emptied = false;
-        Result<std::vector<uint8_t>> bytes = withPatience(!failed, [&]() -> Result<std::vector<uint8_t>> {
-            Result<std::vector<uint8_t>> read = readFile(path, TCachedMemIniFile::sizeLimit);
-            emptied = filled && read && read->empty();
-            return emptied ? Failure{} : read;
+        FileContent bytes = withPatience(!failed, [&]() -> FileContent {
+            FileContent now = readFile(path, TCachedMemIniFile::sizeLimit);
+            emptied = filled && now && now->empty();
+            return emptied ? Failure{} : now;
         });
         std::string text;
-        if (emptied && ini->Save(text) == SI_OK) return newIni(text);
-        if (!bytes) return bytes.failure();
-        return newIni(textFromFileBytes(*bytes));
+        if (emptied && ini->Save(text) == SI_OK) return std::vector<uint8_t>(text.begin(), text.end());
+        return bytes;
+    }
+
+    [[nodiscard]] static Result<std::unique_ptr<CSimpleIniA>> parsed(const FileContent& content) {
+        if (!content) return content.failure();
+        return newIni(textFromFileBytes(*content));
     }
 
     /// Whether the user protected the file. Replacing it would work on some systems.
@@ -153,15 +157,20 @@ struct TCachedMemIniFile::Content {
     }
 
     [[nodiscard]] Status saveNow() {
-        const FileLock lock(path);
-        if (isReadOnly()) return Failure{"The file " + utf8FromPath(path) + " is read-only."};
-        Result<std::unique_ptr<CSimpleIniA>> fresh = load();
-        if (!fresh) return fresh.failure();
-        changes.applyTo(**fresh);
-        std::string text;
-        if ((*fresh)->Save(text) != SI_OK) return Failure{"The settings do not fit into memory."};
-        const std::span<const uint8_t> bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size());
-        Status written = writeFile(path, bytes, {.patient = !failed});
+        Result<std::unique_ptr<CSimpleIniA>> fresh = Failure{};
+        const FileChange apply = [&](const FileContent& now) -> Result<NewContent> {
+            if (isReadOnly()) return Failure{"The file " + utf8FromPath(path) + " is read-only."};
+            fresh = parsed(now);
+            if (!fresh) return fresh.failure();
+            changes.applyTo(**fresh);
+            std::string text;
+            if ((*fresh)->Save(text) != SI_OK) return Failure{"The settings do not fit into memory."};
+            return NewContent(std::in_place, text.begin(), text.end());
+        };
+        LockedEdit edit;
+        edit.read = [this] { return read(); };
+        edit.write.patient = !failed;
+        Status written = editLockedFile(path, apply, edit);
         if (!written) return written;
         ini = fresh.take();
         filled = !ini->IsEmpty();
@@ -177,7 +186,7 @@ struct TCachedMemIniFile::Content {
 };
 
 TCachedMemIniFile::TCachedMemIniFile(std::filesystem::path path) : content_(new Content(std::move(path))) {
-    Result<std::unique_ptr<CSimpleIniA>> loaded = content_->load();
+    Result<std::unique_ptr<CSimpleIniA>> loaded = Content::parsed(content_->read());
     content_->ini = loaded ? loaded.take() : newIni({});
     content_->filled = !content_->ini->IsEmpty();
 }
@@ -248,7 +257,7 @@ void TCachedMemIniFile::writeBool(std::string_view section, std::string_view key
 std::vector<std::string> TCachedMemIniFile::readSections() const {
     CSimpleIniA::TNamesDepend names;
     Result<std::unique_ptr<CSimpleIniA>> fresh = Failure{};
-    if (!content_->path.empty()) fresh = content_->load();
+    if (!content_->path.empty()) fresh = Content::parsed(content_->read());
     if (fresh) content_->changes.applyTo(**fresh);
     (fresh ? **fresh : *content_->ini).GetAllSections(names);
     // Values before the first section belong to one without a name, which is none of ours.

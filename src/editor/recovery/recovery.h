@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "common/file_lock.h"
 #include "editor/document/document.h"
 #include "editor/recovery/recovery_manifest.h"
-#include "settings/file_lock.h"
 
 namespace glimmer {
 

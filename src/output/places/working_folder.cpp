@@ -5,13 +5,14 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <optional>
 #include <string>
 #include <system_error>
 #include <vector>
 
 #include "common/files.h"
-#include "settings/file_lock.h"
+#include "common/locked_edit.h"
 
 namespace glimmer {
 
@@ -20,7 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* listName = "Glimmerpad files.lst";
-constexpr uint64_t longestList = 4U << 20U;
 
 struct Entry {
     std::string name;
@@ -66,11 +66,10 @@ bool takeNumber(std::string_view& line, Number& number) {
     return true;
 }
 
-std::vector<Entry> readList(const fs::path& folder) {
+std::vector<Entry> entriesIn(const FileContent& list) {
     std::vector<Entry> entries;
-    const Result<std::vector<uint8_t>> bytes = readFile(folder / listName, longestList);
-    if (!bytes) return entries;
-    const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
+    if (!list) return entries;
+    const std::string_view text(reinterpret_cast<const char*>(list->data()), list->size());
     for (size_t at = 0; at < text.size();) {
         const size_t end = std::min(text.find('\n', at), text.size());
         std::string_view line = text.substr(at, end - at);
@@ -84,11 +83,18 @@ std::vector<Entry> readList(const fs::path& folder) {
     return entries;
 }
 
-Status writeList(const fs::path& folder, const std::vector<Entry>& entries) {
-    std::string text;
-    for (const Entry& entry : entries)
-        text += std::to_string(entry.size) + ' ' + std::to_string(entry.time) + ' ' + entry.name + '\n';
-    return writeFile(folder / listName, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+/// Has the entries of a folder's list changed. A list that cannot be read begins anew.
+Status changeList(const fs::path& folder, const std::function<void(std::vector<Entry>&)>& change) {
+    return editLockedFile(folder / listName, [&](const FileContent& now) -> Result<NewContent> {
+        const std::vector<Entry> before = entriesIn(now);
+        std::vector<Entry> entries = before;
+        change(entries);
+        if (entries == before) return NewContent();
+        std::string text;
+        for (const Entry& entry : entries)
+            text += std::to_string(entry.size) + ' ' + std::to_string(entry.time) + ' ' + entry.name + '\n';
+        return NewContent(std::in_place, text.begin(), text.end());
+    });
 }
 
 }  // namespace
@@ -102,33 +108,28 @@ Status WorkingFolder::remember(const fs::path& file) {
     const std::string name(generic.begin(), generic.end());
     const std::optional<Entry> entry = error || !staysInside(name) ? std::nullopt : entryOf(folder_, name);
     if (!entry) return Failure{"The file " + utf8FromPath(file) + " is not in the working folder."};
-    const FileLock lock(folder_ / listName);
-    std::vector<Entry> entries = readList(folder_);
-    std::erase_if(entries, [&name](const Entry& known) { return known.name == name; });
-    entries.push_back(*entry);
-    return writeList(folder_, entries);
+    return changeList(folder_, [&](std::vector<Entry>& entries) {
+        std::erase_if(entries, [&name](const Entry& known) { return known.name == name; });
+        entries.push_back(*entry);
+    });
 }
 
 size_t WorkingFolder::cleanUp(std::chrono::hours age, fs::file_time_type now, const fs::path& subFolder) {
     const std::string part = subFolder.empty() ? "" : utf8FromPath(subFolder) + '/';
     std::error_code none;
     if (!fs::exists(folder_ / listName, none)) return 0;
-    const FileLock lock(folder_ / listName);
-    const std::vector<Entry> entries = readList(folder_);
     const auto oldest = static_cast<int64_t>((now - age).time_since_epoch().count());
-    std::vector<Entry> kept;
     size_t deleted = 0;
-    for (const Entry& entry : entries) {
-        if (!isSame(entry, entryOf(folder_, entry.name))) continue;
+    const auto isDone = [&](const Entry& entry) {
+        if (!isSame(entry, entryOf(folder_, entry.name))) return true;
         std::error_code error;
         const bool wanted = entry.time < oldest && entry.name.starts_with(part);
-        if (wanted && fs::remove(folder_ / pathFromUtf8(entry.name), error)) {
-            ++deleted;
-        } else {
-            kept.push_back(entry);
-        }
-    }
-    if (kept != entries) writeList(folder_, kept);
+        if (!wanted || !fs::remove(folder_ / pathFromUtf8(entry.name), error)) return false;
+        ++deleted;
+        return true;
+    };
+    // Files that were deleted but are still listed are forgotten the next time.
+    static_cast<void>(changeList(folder_, [&](std::vector<Entry>& entries) { std::erase_if(entries, isDone); }));
     return deleted;
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "common/command_line.h"
 #include "common/text.h"
 
 namespace glimmer {
@@ -33,7 +34,7 @@ bool runsAtStartup() {
 }
 
 void renewRunAtStartup(const std::string& program) {
-    const std::u16string former = toUtf16("\"" + program + "\"");
+    const std::u16string former = toUtf16(quotedArgument(program));
     std::u16string data(former.size() + 1, u'\0');
     auto size = static_cast<DWORD>(data.size() * sizeof(char16_t));
     if (RegGetValueW(HKEY_CURRENT_USER, runKey, valueName, RRF_RT_REG_SZ, nullptr, data.data(), &size) ==
@@ -50,8 +51,8 @@ Status setRunAtStartup(bool on, const std::string& program) {
         return failure;
     LSTATUS status = ERROR_SUCCESS;
     if (on) {
-        // Quoted: the path may have blanks. Nobody wants a window at each sign-in.
-        const std::u16string command = toUtf16("\"" + program + "\" -TRAY");
+        // Nobody wants a window at each sign-in.
+        const std::u16string command = toUtf16(quotedArgument(program) + " -TRAY");
         const size_t bytes = (command.size() + 1) * sizeof(char16_t);
         status = RegSetValueExW(key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(command.c_str()),
                                 static_cast<DWORD>(bytes));

@@ -1,4 +1,4 @@
-#include "settings/file_lock.h"
+#include "common/file_lock.h"
 
 #include <chrono>
 #include <system_error>
