@@ -214,6 +214,54 @@ TEST_F(Modal, AShutdownWhileAMenuIsOpenWaitsForTheMenu) {
     expectFreshStart("a menu");
 }
 
+/// A host's timer that closes the library down once the button of a drag is down, and then lets it go.
+struct DragTimer {
+    static inline const HostedLibrary* library = nullptr;
+    static inline bool called = false;
+
+    static void CALLBACK tick(HWND, UINT, UINT_PTR, DWORD) {
+        if (GetKeyState(VK_LBUTTON) >= 0 || called) return;
+        called = true;
+        library->hostShutdown();
+        EXPECT_NE(mainWindow(), nullptr) << "the canvas outlives its drag";
+        mouse(MOUSEEVENTF_LEFTUP);
+        key(VK_MENU, KEYEVENTF_KEYUP);
+    }
+    static void mouse(DWORD what) {
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = what;
+        SendInput(1, &input, sizeof input);
+    }
+    static void key(WORD code, DWORD what) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = code;
+        input.ki.dwFlags = what;
+        SendInput(1, &input, sizeof input);
+    }
+};
+
+TEST_F(Modal, AShutdownWhileAnAnnotationIsDraggedOutWaitsForTheDrag) {
+    openEditor();
+    pressKey(VK_INSERT, {});
+    pressKey(VK_ESCAPE, {});
+    pump();
+    const HWND canvas = GetFocus();
+    RECT area{};
+    GetWindowRect(canvas, &area);
+    DragTimer::library = &host_;
+    DragTimer::called = false;
+    SetCursorPos((area.left + area.right) / 2, (area.top + area.bottom) / 2);  // there a small picture lies
+    pump();
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, &DragTimer::tick);
+    DragTimer::key(VK_MENU, 0);
+    DragTimer::mouse(MOUSEEVENTF_LEFTDOWN);
+    EXPECT_TRUE(pumpUntil([] { return DragTimer::called && mainWindow() == nullptr; }, "the end after the drag"));
+    KillTimer(nullptr, timer);
+    expectFreshStart("a drag");
+}
+
 TEST_F(Modal, TheHostsOwnDialogsAreLeftAlone) {
     openEditor();
     int boxes = 0;
