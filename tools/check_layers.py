@@ -12,8 +12,8 @@ SOURCES = pathlib.Path(__file__).resolve().parent.parent / "src"
 # From the ground up.
 FLOORS = (
     "resources", "common", "settings", "settings/dialog", "imaging",
-    "editor/annotations", "editor/painting", "editor/document", "editor/commands", "editor/recovery", "editor/canvas",
-    "editor/labels", "editor/window",
+    "editor/annotations", "editor/painting", "editor/document", "editor/commands", "editor/recovery", "editor/session",
+    "editor/canvas", "editor/labels", "editor/window",
     "capture",
     "output/places", "output/picture", "output/files", "output/ways", "output",
     "upload/answers", "upload/http", "upload",
