@@ -24,6 +24,7 @@
 #include "main_window/capture_list.h"
 #include "main_window/thumb_creator.h"
 #include "main_window/uMainEditor.h"
+#include "output/uSaver.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -76,7 +77,8 @@ std::filesystem::path recoveryOfItsOwn() {
 }
 
 void measureWindow() {
-    auto* editor = new TMainEditor(recoveryOfItsOwn());
+    TSaver saver;
+    auto* editor = new TMainEditor(saver, recoveryOfItsOwn());
     pMainEditor = editor;
     editor->showRoutine();
     for (int i = 0; i < pages; ++i) {
@@ -141,7 +143,8 @@ void measureThumbnails() {
     const auto since = [](Clock::time_point start) {
         return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     };
-    auto* editor = new TMainEditor(recoveryOfItsOwn());
+    TSaver saver;
+    auto* editor = new TMainEditor(saver, recoveryOfItsOwn());
     pMainEditor = editor;
     editor->showRoutine();
     settle(*editor);
@@ -187,7 +190,8 @@ void measureKeeping() {
         return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
     };
     const fs::path folder = recoveryOfItsOwn();
-    auto* editor = new TMainEditor(folder);
+    TSaver saver;
+    auto* editor = new TMainEditor(saver, folder);
     pMainEditor = editor;
     editor->showRoutine();
     TBitmap page = pagePicture("table-1280x10000.png", longPage, PixelFormat::Bgra32);

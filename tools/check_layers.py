@@ -21,12 +21,11 @@ FLOORS = (
     "host/program", "host/commands", "host/entry",
 )
 # Sources that are one unit under several names.
-ONE_UNIT = ("uEditor", "uSaver", "uMainEditor", "main_editor")
+ONE_UNIT = ("uEditor", "uSaver", "uMainEditor")
 # Circles that are still to be cut.
 KNOWN = (
     ("editor/window/label_editor", "editor/window/property_panels", "editor/window/selection_toolbar",
      "editor/window/shape_menu", "editor/window/uEditor"),
-    ("main_window/main_commands", "main_window/main_toolbar", "main_window/uMainEditor"),
 )
 INCLUDE = re.compile(r'^#include "([\w/]+)\.h"', re.M)
 

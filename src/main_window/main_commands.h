@@ -2,10 +2,11 @@
 
 #include <cstdint>
 #include <span>
+#include <variant>
+
+#include "main_window/command_context.h"
 
 namespace glimmer {
-
-class TMainEditor;
 
 /// Buttons of a group stand together; a wider gap separates groups.
 enum class CommandGroup : uint8_t { Project, Output, History, Tools, Program, Window };
@@ -21,13 +22,22 @@ struct MainCommand {
     const char* icon;
     CommandGroup group;
     CommandNeeds needs;
-    bool radio;    ///< one of the editing tools, of which one is down
-    int keyFlags;  ///< wxACCEL_...; with keyCode 0 there is no key
+    int keyFlags;  ///< wxACCEL_...; with keyCode 0 there is no key, or the canvas has it
     int keyCode;
-    void (TMainEditor::*handler)();
+    /// A command, one for captures (from here the selected ones), or an editing tool, of which one is taken.
+    std::variant<Command, OutputCommand, EditTool> act;
+
+    [[nodiscard]] bool isTool() const { return std::holds_alternative<EditTool>(act); }
 };
 
 /// All commands in the order of the tool bar.
 std::span<const MainCommand> mainCommands();
+/// The one that takes this tool.
+const MainCommand& commandOf(EditTool tool);
+
+/// Whether what it needs is there.
+bool available(CommandNeeds needs, const CaptureSession& session);
+/// Does it. `selected` is what an output command acts on.
+void perform(const MainCommand& command, CommandContext& context, const Captures& selected);
 
 }  // namespace glimmer

@@ -66,7 +66,7 @@ ToolButton* TMainToolbar::makeButton(const char* control, const char* caption, c
 
 void TMainToolbar::makeButton(const MainCommand& command) {
     ToolButton* button = makeButton(command.control, command.caption, command.hint, command.icon,
-                                    command.radio ? ToolButton::Kind::Radio : ToolButton::Kind::Push);
+                                    command.isTool() ? ToolButton::Kind::Radio : ToolButton::Kind::Push);
     button->Bind(wxEVT_BUTTON, [this, &command](wxCommandEvent&) { run_(command); });
     items_.push_back({&command, button});
 }
@@ -96,8 +96,10 @@ void TMainToolbar::wake() {
 ToolButton* TMainToolbar::button(std::string_view control) const {
     for (const Item& item : items_)
         if (control == item.command->control) return item.button;
-    return control == "btnFix" ? fix_ : nullptr;
+    return nullptr;
 }
+
+ToolButton* TMainToolbar::button(const MainCommand& command) const { return button(command.control); }
 
 void TMainToolbar::update(const std::function<bool(CommandNeeds)>& available) {
     for (const Item& item : items_) item.button->Enable(available(item.command->needs));
@@ -238,7 +240,7 @@ void TMainToolbar::appendHidden(wxMenu& menu, const Item& item) {
         }
         entry = menu.AppendSubMenu(copy, caption);
     } else {
-        entry = menu.Append(wxID_ANY, caption, "", item.command->radio ? wxITEM_CHECK : wxITEM_NORMAL);
+        entry = menu.Append(wxID_ANY, caption, "", item.command->isTool() ? wxITEM_CHECK : wxITEM_NORMAL);
         if (button->down()) entry->Check();
         menu.Bind(
             wxEVT_MENU, [button](wxCommandEvent&) { button->press(); }, entry->GetId());

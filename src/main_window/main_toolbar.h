@@ -28,8 +28,8 @@ public:
     /// Its timer sleeps while the window is hidden: the window is shown.
     void wake();
     [[nodiscard]] bool filled() const { return more_ != nullptr; }
-    /// The button of that name; none when there is no such command, or before fill().
-    [[nodiscard]] ToolButton* button(std::string_view control) const;
+    /// The button of a command; none before fill().
+    [[nodiscard]] ToolButton* button(const MainCommand& command) const;
     /// Enables each button by what its command needs.
     void update(const std::function<bool(CommandNeeds)>& available);
 
@@ -53,6 +53,7 @@ private:
         ToolButton* button;
     };
 
+    [[nodiscard]] ToolButton* button(std::string_view control) const;
     ToolButton* makeButton(const char* control, const char* caption, const char* hint, const char* icon,
                            ToolButton::Kind kind);
     void makeButton(const MainCommand& command);

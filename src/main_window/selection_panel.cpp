@@ -7,46 +7,53 @@
 #include <wx/wrapsizer.h>
 #include <wx/wupdlock.h>
 
+#include <span>
 #include <utility>
 
 #include "common/accessible_name.h"
 #include "common/link_colour.h"
 #include "common/sound.h"
+#include "main_window/output_commands.h"
 
 namespace glimmer {
 
 namespace {
 
-struct Row {
-    const char* heading;
-    struct {
-        const char* control;
-        const char* text;
-    } labels[5];
+struct Label {
+    const char* control;
+    const char* text;
+    SelectionPanel::Action action;
 };
 
-constexpr Row rows[] = {
-    {"Select:", {{"lblSelectAll", "All"}, {"lblSelectCurrent", "Current"}, {"lblSelectOther", "Other"}, {}, {}}},
-    {"Delete:", {{"lblDeleteSelected", "Selected"}, {"lblDeleteAll", "All"}, {"lblDeleteOther", "Other"}, {}, {}}},
-    {"Then:",
-     {{"lblThenUpload", "Upload"},
-      {"lblThenSave", "Save"},
-      {"lblThenCopy", "Copy"},
-      {"lblThenMail", "E-Mail"},
-      {"lblThenEdit", "Edit"}}},
+struct Row {
+    const char* heading;
+    std::span<const Label> labels;
 };
+
+constexpr Label selecting[] = {{"lblSelectAll", "All", ListAction::SelectAll},
+                               {"lblSelectCurrent", "Current", ListAction::SelectCurrent},
+                               {"lblSelectOther", "Other", ListAction::SelectOther}};
+constexpr Label deleting[] = {{"lblDeleteSelected", "Selected", ListAction::DeleteSelected},
+                              {"lblDeleteAll", "All", ListAction::DeleteAll},
+                              {"lblDeleteOther", "Other", ListAction::DeleteOther}};
+constexpr Label output[] = {{"lblThenUpload", "Upload", uploadCaptures},
+                            {"lblThenSave", "Save", saveCaptures},
+                            {"lblThenCopy", "Copy", copyCaptures},
+                            {"lblThenMail", "E-Mail", mailCaptures},
+                            {"lblThenEdit", "Edit", launchCaptures}};
+constexpr Row rows[] = {{"Select:", selecting}, {"Delete:", deleting}, {"Then:", output}};
 
 }  // namespace
 
-SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked)
+SelectionPanel::SelectionPanel(wxWindow* parent, std::function<void(const Action&)> clicked)
     : clicked_(std::move(clicked)) {
     Hide();
     Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlSelection");
 }
 
-void SelectionPanel::click(std::string_view control) {
+void SelectionPanel::click(const Action& action) {
     playSound(Sound::Click);
-    clicked_(control);
+    clicked_(action);
 }
 
 bool SelectionPanel::fill() {
@@ -57,15 +64,14 @@ bool SelectionPanel::fill() {
     for (const Row& row : rows) {
         grid->Add(new wxStaticText(this, wxID_ANY, row.heading));
         auto* line = new wxWrapSizer(wxHORIZONTAL, wxREMOVE_LEADING_SPACES);
-        for (const auto& label : row.labels) {
-            if (label.control == nullptr) break;
+        for (const Label& label : row.labels) {
             // An address is required but never opened: the click is handled here.
             auto* text = new wxGenericHyperlinkCtrl(this, wxID_ANY, label.text, label.control, wxDefaultPosition,
                                                     wxDefaultSize, wxHL_ALIGN_LEFT | wxNO_BORDER, label.control);
             text->SetToolTip(wxString(row.heading) + " " + label.text);
             setAccessibleName(*text, text->GetToolTipText(), PressedControl::Link,
-                              [this, control = label.control] { click(control); });
-            text->Bind(wxEVT_HYPERLINK, [this, control = label.control](wxHyperlinkEvent&) { click(control); });
+                              [this, &label] { click(label.action); });
+            text->Bind(wxEVT_HYPERLINK, [this, &label](wxHyperlinkEvent&) { click(label.action); });
             line->Add(text, 0, wxRIGHT, FromDIP(8));
         }
         grid->Add(line, 1, wxEXPAND);

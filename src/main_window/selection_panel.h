@@ -3,7 +3,9 @@
 #include <wx/panel.h>
 
 #include <functional>
-#include <string_view>
+#include <variant>
+
+#include "main_window/list_commands.h"
 
 namespace glimmer {
 
@@ -11,17 +13,19 @@ namespace glimmer {
 /// need not wait for them: they are made by fill().
 class SelectionPanel : public wxPanel {
 public:
-    /// `clicked` gets the control's name, for example "lblSelectAll". Hidden until it is filled.
-    SelectionPanel(wxWindow* parent, std::function<void(std::string_view)> clicked);
+    /// What a text does: something with the list, or an output command with the captures that are selected in it.
+    using Action = std::variant<ListAction, OutputCommand>;
+    /// Hidden until it is filled.
+    SelectionPanel(wxWindow* parent, std::function<void(const Action&)> clicked);
     /// Makes the texts, the first time. False when they are there already.
     bool fill();
     void enableAll(bool enable);
 
 private:
-    void click(std::string_view control);
+    void click(const Action& action);
     void takeColours();
 
-    std::function<void(std::string_view)> clicked_;
+    std::function<void(const Action&)> clicked_;
 };
 
 }  // namespace glimmer

@@ -1,32 +1,32 @@
-// The main editor window: its keys and commands, its place on the screen, its state towards the user.
+// The main editor window: its commands and keys, what it hears of its session, its state towards the user.
 
 #include "main_window/uMainEditor.h"
 
 #include <wx/accel.h>
 #include <wx/dialog.h>
-#include <wx/gdicmn.h>
-#include <wx/settings.h>
-#include <wx/splitter.h>
 
 #include <windows.h>
 
-#include <new>
+#include <string_view>
 #include <utility>
 
 #include "common/foreground.h"
 #include "common/host_kind.h"
 #include "common/inside_modal.h"
 #include "common/modal_scope.h"
-#include "editor/canvas/edit_tool.h"
-#include "editor/document/document.h"
-#include "editor/labels/rich_text_painter.h"
-#include "editor/recovery/recovery_keeper.h"
+#include "common/wx_text.h"
 #include "editor/window/uEditor.h"
+#include "main_window/canvas_stage.h"
 #include "main_window/capture_list.h"
+#include "main_window/leaving.h"
 #include "main_window/main_toolbar.h"
+#include "main_window/program_commands.h"
+#include "main_window/project_commands.h"
 #include "main_window/selection_panel.h"
-#include "main_window/thumb_creator.h"
-#include "settings/form_store.h"
+#include "main_window/thumbnail_maker.h"
+#include "main_window/tool_buttons.h"
+#include "main_window/tool_commands.h"
+#include "output/places/output_folders.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 #include "settings/settings.h"
@@ -37,24 +37,49 @@ TMainEditor* pMainEditor = nullptr;
 
 namespace {
 
-const wxSize standardSize(1180, 780);  // in device-independent pixels
-constexpr const char* section = "MainEditor";
+constexpr int thumbnailPeriod = 100;  // milliseconds
+constexpr int recoveryPeriod = 30;
+/// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
+constexpr std::chrono::milliseconds recoveryBudget{8};
 
 }  // namespace
 
-TMainEditor::TMainEditor(std::filesystem::path recovery)
-    : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, standardSize,
+TMainEditor::TMainEditor(TSaver& saver, const std::filesystem::path& recovery)
+    : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, wxSize(1180, 780),
               wxDEFAULT_FRAME_STYLE, "MainEditor"),
-      shapeTool_(EditTool::TextShapeRectangle),
-      tmrUpdateThumbnails_(this),
-      thumbnailText_(std::make_unique<RichTextPainter>()) {
-    SetBackgroundColour(face_ = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNFACE));
+      session_(recovery),
+      runner_(displayState_, {[this] { commandsEnded(); }, [this] { finishClosing(); }}),
+      context_{*this, session_, saver, runner_},
+      recovered_(session_, *this, [this] { showRoutine(); }),
+      status_(*this),
+      tmrUpdateThumbnails_(this) {
+    if (recovery == recoveryFolder()) session_.recovery().store().takeOver(formerRecoveryFolder());
     restorePlace();  // first, so that everything in the window is laid out once
     layOut();
+    session_.setStage(*stage_);
+    session_.listen(*stage_);
+    session_.listen(*this);
+    thumbnails_ = std::make_unique<ThumbnailMaker>(session_, *list_);
+    tools_ = std::make_unique<ToolButtons>(*toolbar_, context_.shapeTool);
     bindKeys();
+    bindEvents();
     restoreToolbar();
     Layout();
     DragAcceptFiles(true);
+    optionsListener_ = std::make_unique<OptionsListener>([this] {
+        thumbnails_->makeAnew();
+        showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
+        if (toolbar_->filled()) applyOptions();
+    });
+    watchModalDialogs();
+    refreshState();
+}
+
+TMainEditor::~TMainEditor() {
+    if (pMainEditor == this) pMainEditor = nullptr;
+}
+
+void TMainEditor::bindEvents() {
     Bind(wxEVT_DROP_FILES, [this](wxDropFilesEvent& event) {
         std::vector<std::string> paths;
         paths.reserve(static_cast<size_t>(event.GetNumberOfFiles()));
@@ -64,13 +89,11 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
         if (!event.CanVeto()) {
             Hide();
-            // Below a command that waits for a dialog, its captures are still needed.
-            closing_ = true;
-            if (commandsRunning_ == 0) finishClosing();
+            runner_.close();
             return;
         }
         event.Veto();
-        if (commandsRunning_ == 0) btnExitClick();
+        if (runner_.running() == 0) leave(context_, false);
     });
     Bind(wxEVT_DPI_CHANGED, [this](wxDPIChangedEvent& event) {
         scaleChanged();
@@ -81,9 +104,14 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
         coloursChanged();
     });
     Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
-        showDue();
-        updateThumbnails();
+        session_.showDue();
+        if (IsShown() && runner_.running() == 0) thumbnails_->work();
         if (!IsShown()) tmrUpdateThumbnails_.Stop();
+    });
+    // A timer's message comes when there is no other: the user never waits for this.
+    tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+        session_.recovery().work(recoveryBudget);
+        if (!IsShown() && session_.recovery().complete()) tmrRecovery_.Stop();
     });
     Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
         if (event.IsShown()) wakeTimers();
@@ -91,25 +119,14 @@ TMainEditor::TMainEditor(std::filesystem::path recovery)
     });
     Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
         complete();
-        showDue();
+        session_.showDue();
         if (stateStale_) refreshState();
-        if (mayTellOfMissingData()) CallAfter([this] { tellOfMissingData(); });
+        if (mayTellOfMissingData(context_)) CallAfter([this] { tellOfMissingData(context_); });
         event.Skip();
     });
-    optionsListener_ = std::make_unique<OptionsListener>([this] {
-        makeThumbnailsAnew();
-        showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
-        if (toolbar_->filled()) applyOptions();
-    });
-    watchModalDialogs();
-    startKeeping(std::move(recovery));
-    refreshState();
 }
 
-TMainEditor::~TMainEditor() {
-    for (const Entry& entry : documents_) recovery_->leave(*entry.document);
-    if (pMainEditor == this) pMainEditor = nullptr;
-}
+// --- keys ---------------------------------------------------------------------------------------------------------
 
 void TMainEditor::bindKeys() {
     std::vector<wxAcceleratorEntry> keys;
@@ -131,17 +148,17 @@ void TMainEditor::bindKeys() {
 bool TMainEditor::keyOutsideCanvas(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
     if (key == WXK_F6) return focusNextPart(event.ShiftDown());
-    if (canvas_ == nullptr || list_->GetEditControl() != nullptr || canvas_->IsDescendant(FindFocus())) return false;
+    if (canvas() == nullptr || list_->GetEditControl() != nullptr || canvas()->IsDescendant(FindFocus())) return false;
     const bool letter = (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');
     const bool zoom = key == '+' || key == '-' || key == '=' || (key >= WXK_NUMPAD0 && key <= WXK_NUMPAD9) ||
                       key == WXK_NUMPAD_ADD || key == WXK_NUMPAD_SUBTRACT;
     const bool forCanvas = event.ControlDown() ? letter || zoom : event.AltDown() && key == WXK_BACK;
-    return forCanvas && canvas_->FormKeyDown(event);
+    return forCanvas && canvas()->FormKeyDown(event);
 }
 
 bool TMainEditor::focusNextPart(bool back) {
     wxWindow* const focus = FindFocus();
-    wxWindow* const parts[] = {toolbar_, list_, labels_, canvas_};
+    wxWindow* const parts[] = {toolbar_, list_, labels_, canvas()};
     constexpr int count = 4;
     int at = 0;
     while (at < count && (parts[at] == nullptr || !parts[at]->IsDescendant(focus))) ++at;
@@ -151,9 +168,9 @@ bool TMainEditor::focusNextPart(bool back) {
         if (parts[next] == nullptr || !parts[next]->IsShownOnScreen() || !parts[next]->IsEnabled()) continue;
         if (parts[next] == toolbar_) {
             toolbar_->takeFocus();
-        } else if (parts[next] == canvas_) {
-            canvas_->takeFocus(back);
-        } else if (parts[next] == labels_ && current_ == nullptr) {
+        } else if (parts[next] == canvas()) {
+            canvas()->takeFocus(back);
+        } else if (parts[next] == labels_ && session_.current() == nullptr) {
             continue;
         } else {
             parts[next]->SetFocus();
@@ -163,88 +180,146 @@ bool TMainEditor::focusNextPart(bool back) {
     return false;
 }
 
-void TMainEditor::click(std::string_view control) {
-    for (const MainCommand& command : mainCommands())
-        if (control == command.control && available(command.needs)) execute(command);
+// --- commands -----------------------------------------------------------------------------------------------------
+
+TEditForm* TMainEditor::canvas() const { return stage_->canvas(); }
+
+Captures TMainEditor::selectedCaptures() const {
+    Captures chosen = selectedIn(*list_, session_);
+    if (chosen.empty() && session_.current() != nullptr) chosen.push_back(session_.current());
+    return chosen;
 }
 
 void TMainEditor::run(const MainCommand& command) {
-    if (commandsRunning_ > 0 || !available(command.needs)) return;
+    if (runner_.running() > 0 || !available(command.needs, session_)) return;
     complete();  // a dialog may keep the first quiet moment away
-    execute(command);
+    execute(command.group, [this, &command] { perform(command, context_, selectedCaptures()); });
 }
 
-void TMainEditor::execute(const MainCommand& command) {
-    ++commandsRunning_;
-    const DisplayState before = std::exchange(displayState_, DisplayState::Held);
-    // A step back or forth is one within what is being drawn. A host's command on a capture that is still to be shown
-    // has nothing to do with what the user does meanwhile.
-    if (canvas_ != nullptr && due_ == nullptr && !canvas_->waits() && command.group != CommandGroup::History)
-        canvas_->finishEditing();
-    try {
-        (this->*command.handler)();
-    } catch (const std::bad_alloc&) {
-        showError("There is not enough memory for this.");
-    } catch (const std::exception& failure) {
-        showError(failure.what());
-    }
-    if (displayState_ == DisplayState::Held) displayState_ = before;
-    if (--commandsRunning_ > 0) return;
-    if (closing_) {
-        finishClosing();
-        return;
-    }
-    showDue();
-    parkOthers();
+void TMainEditor::output(OutputCommand command, const Captures& captures) {
+    if (captures.empty()) return;
+    execute(CommandGroup::Output, [this, command, &captures] { command(context_, captures); });
+}
+
+/// The same for the user, who starts one command at a time.
+void TMainEditor::outputHere(OutputCommand command, const Captures& captures) {
+    if (runner_.running() > 0) return;
+    complete();
+    output(command, captures);
+}
+
+void TMainEditor::execute(CommandGroup group, const std::function<void()>& command) {
+    runner_.run([this, group, &command] {
+        // A step back or forth is one within what is being drawn. A host's command on a capture that is still to be
+        // shown has nothing to do with what the user does meanwhile.
+        TEditForm* const shown = canvas();
+        if (shown != nullptr && !session_.due() && !shown->waits() && group != CommandGroup::History)
+            shown->finishEditing();
+        command();
+    });
+}
+
+void TMainEditor::commandsEnded() {
+    session_.showDue();
+    session_.parkOthers();
     stateStale_ = true;
 }
 
 void TMainEditor::finishClosing() {
-    discardAll(true);
+    session_.discardAll(true);
     storeState();
     Destroy();
 }
 
-bool TMainEditor::available(CommandNeeds needs) const {
-    switch (needs) {
-        case CommandNeeds::Nothing:
-            return true;
-        case CommandNeeds::Capture:
-            return current_ != nullptr;
-        case CommandNeeds::Undo:
-            return current_ != nullptr && current_->history().canUndo();
-        case CommandNeeds::Redo:
-            return current_ != nullptr && current_->history().canRedo();
-        case CommandNeeds::Host:
-            return !isStandalone();
-    }
+void TMainEditor::btnLoadProjectClick() { openFromDialog(context_); }
+void TMainEditor::tbtnUndoClick() { undoStep(context_); }
+void TMainEditor::tbtnTweetClick() { openTweetPage(context_); }
+void TMainEditor::tbtnVoteClick() { openVotePage(context_); }
+void TMainEditor::btnFirefoxClick() { hideEditor(context_); }
+
+bool TMainEditor::openFile(const std::string& path) { return openFiles(context_, {path}); }
+
+void TMainEditor::openDropped(const std::vector<std::string>& paths) {
+    if (runner_.running() > 0) return;
+    openFiles(context_, paths);
+    bringForward();
+}
+
+bool TMainEditor::closeSession() {
+    // The icon's menu stays in reach while a command's dialog waits for an answer about its captures.
+    if (runner_.running() == 0) return leave(context_, false);
+    bringForward();
     return false;
 }
 
-void TMainEditor::restorePlace() {
-    SetMinSize(FromDIP(wxSize(480, 360)));
-    restoreGeometry(settings(), settingsSection(section), *this, FromDIP(standardSize));
+void TMainEditor::prepareForSessionEnd(std::chrono::milliseconds budget) {
+    session_.recovery().keepAll(budget);
+    storeState();
+    settings().save();
 }
 
-void TMainEditor::restoreToolbar() {
-    const TCachedMemIniFile& store = settings();
-    const std::string name = settingsSection(section);
-    toolbar_->setButtonSize(static_cast<ToolbarSize>(store.readInteger(name, "ToolbarSize", 1, 0, 2)));
-    toolbar_->setPinned(store.readBool(name, "btnFix", true));
-    toolbar_->setFolded(store.readBool(name, "ToolbarFolded", false));
+// --- what becomes of the session ----------------------------------------------------------------------------------
+
+void TMainEditor::captureAdded(size_t place) {
+    wakeTimers();
+    list_->append(wxText(session_.at(place).info().name));
+    list_->setCurrent(place, true);
 }
 
-void TMainEditor::storeState() {
-    TCachedMemIniFile& store = settings();
-    const std::string name = settingsSection(section);
-    saveGeometry(store, name, *this);
-    store.writeInteger(name, "ToolbarSize", static_cast<int32_t>(toolbar_->buttonSize()));
-    store.writeBool(name, "btnFix", toolbar_->pinned());
-    store.writeBool(name, "ToolbarFolded", toolbar_->folded());
-    const auto* splitter = static_cast<wxSplitterWindow*>(leftPanel_->GetParent());
-    if (splitter->IsSplit()) OptionsHolder().setNumber("spnLeftPanelWidth", ToDIP(splitter->GetSashPosition()));
-    saveOptions();
+void TMainEditor::captureRemoved(size_t place, const CaptureDocument& /*capture*/) { list_->erase(place); }
+
+void TMainEditor::captureMoved(size_t from, size_t to) {
+    list_->move(from, to);
+    list_->setCurrent(to, true);
 }
+
+void TMainEditor::captureChanged(const CaptureDocument& capture, const DocumentChange& change) {
+    if (change.info) list_->setName(session_.placeOf(capture), wxText(capture.info().name));
+    stateStale_ = true;
+    wakeTimers();
+}
+
+void TMainEditor::currentChanged() {
+    tools_->follow(canvas());
+    stateStale_ = true;
+}
+
+void TMainEditor::currentStays() {
+    if (session_.current() != nullptr) list_->setCurrent(session_.placeOf(*session_.current()), true);
+    stateStale_ = true;
+}
+
+void TMainEditor::noRoomFor(const CaptureDocument& capture) {
+    showError("There is not enough memory to show \"" + capture.info().name + "\".");
+}
+
+/// The timers sleep while the window is hidden and nothing is to be kept.
+void TMainEditor::wakeTimers() {
+    if (!toolbar_->filled()) return;
+    if (IsShown()) toolbar_->wake();
+    if (IsShown() && !tmrUpdateThumbnails_.IsRunning()) tmrUpdateThumbnails_.Start(thumbnailPeriod);
+    if (!tmrRecovery_.IsRunning()) tmrRecovery_.Start(recoveryPeriod);
+}
+
+void TMainEditor::refreshState() {
+    stateStale_ = false;
+    toolbar_->update([this](CommandNeeds needs) { return available(needs, session_); });
+    tools_->follow(canvas());
+    const CaptureDocument* current = session_.current();
+    labels_->enableAll(current != nullptr);
+    const std::string product = productName();
+    std::string title = product;
+    if (current != nullptr) {
+        const bool changed = current->modified() || session_.projectHasChanged();
+        title = current->info().name + (changed ? " * - " : " - ") + product;
+    }
+    if (GetTitle() != wxText(title)) SetTitle(wxText(title));
+    updateStatus();
+}
+
+void TMainEditor::updateStatus() { status_.show(session_, list_->selected().size(), tools_->hint()); }
+
+// --- the window and the user --------------------------------------------------------------------------------------
 
 void TMainEditor::applyDisplayState() {
     if (displayState_ == DisplayState::Away) {
@@ -256,15 +331,21 @@ void TMainEditor::applyDisplayState() {
 
 void TMainEditor::showRoutine() {
     displayState_ = DisplayState::Shown;
-    showDue();
+    session_.showDue();
     refreshState();
     Show();
-    if (canvas_ != nullptr) canvas_->paintNow();  // before all else: the picture is what the user waits for
+    if (canvas() != nullptr) canvas()->paintNow();  // before all else: the picture is what the user waits for
     bringForward();
-    if (canvas_ != nullptr && IsEnabled()) canvas_->SetFocus();
+    if (canvas() != nullptr && IsEnabled()) canvas()->SetFocus();
 }
 
 void TMainEditor::hiddenRoutine() { refreshState(); }
+
+void TMainEditor::putAway() {
+    displayState_ = DisplayState::Away;
+    applyDisplayState();
+    if (context_.program.hidden) context_.program.hidden();
+}
 
 /// A dialog waits for an answer: in front of it the window would only look dead.
 void TMainEditor::bringDialogForward() {

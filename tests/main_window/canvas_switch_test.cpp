@@ -4,6 +4,7 @@
 
 #include "editor/document/selection.h"
 #include "main_editor_fixture.h"
+#include "main_window/output_commands.h"
 
 // One canvas serves all captures: nobody can tell, and what the user is in the middle of ends where it began.
 
@@ -119,12 +120,12 @@ TEST_F(CanvasSwitch, WhatTheUserIsInTheMiddleOfEndsOnItsOwnCapture) {
     bool arrived = false;
     const auto arrive = [this, &arrived] {
         arrived = true;
-        editor_->addEditor(grey("second"));
+        CaptureDocument& second = editor_->session().add(grey("second"));
         EXPECT_EQ(shown(), "first");
         EXPECT_THAT(selected(), ElementsAre(1));
         // What a host wants done with it is done with it.
         dialogs_.path = folder() / "second.png";
-        editor_->click("btnPublish");
+        editor_->output(saveCaptures, {&second});
         EXPECT_EQ(dialogs_.proposed, "second");
         EXPECT_EQ(shown(), "first");
     };

@@ -333,7 +333,7 @@ TEST_F(MainEditorUse, TheOpenDialogOffersEveryKind) {
 
 // --- one command, four ways ---------------------------------------------------------------------------------------
 
-struct OutputCommand {
+struct Ways {
     const char* button;
     uint8_t key;
     int32_t held;
@@ -341,7 +341,7 @@ struct OutputCommand {
 };
 
 /// Each output command through its button, its keys, its label and a host's request leaves the same behind.
-class EveryWay : public MainEditorTest, public testing::WithParamInterface<OutputCommand> {
+class EveryWay : public MainEditorTest, public testing::WithParamInterface<Ways> {
 protected:
     /// What the command has done, as far as it can be told from outside.
     std::string trace() {
@@ -349,7 +349,6 @@ protected:
         for (const Message& message : messages_.messages) text += message.caption + ": " + message.text + "\n";
         for (const auto& [target, parameters] : starts_.started)
             text.append("start ").append(target).append(" ").append(parameters).append("\n");
-        for (const std::string& name : uploaded_) text += "upload " + name + "\n";
         if (const Result<TBitmap> copied = pictureFromClipboard())
             text += "clipboard " + std::to_string(copied->width()) + " x " + std::to_string(copied->height()) + "\n";
         for (const auto& entry : fs::recursive_directory_iterator(scratch_.path())) {
@@ -361,25 +360,18 @@ protected:
     void forget() {
         messages_.messages.clear();
         starts_.started.clear();
-        uploaded_.clear();
         for (const fs::path& path : {folder(), work(), externalEditorFolder().take()}) fs::remove_all(path);
         fs::create_directories(folder());
         test::emptyClipboard();
     }
-    std::vector<std::string> uploaded_;
 };
 
 TEST_P(EveryWay, LeadsToTheSame) {
-    const OutputCommand& command = GetParam();
+    const Ways& command = GetParam();
     if (std::string_view(command.button) == "btnMail") NEEDS_MAIL_PROGRAM();
     const test::MailProgram program(L"mail_recorder", folder());
     OptionsHolder().setNumber("cmbExitAfterSaving", 2);  // "Don't Exit"
     dialogs_.path = folder() / "picture.png";
-    TMainEditor::Commands commands;
-    commands.upload = [this](const TMainEditor::Documents& documents) {
-        for (const CaptureDocument* document : documents) uploaded_.push_back(document->info().name);
-    };
-    editor_->setCommands(commands);
     add({"first", "second", "third"});
     list().SetItemState(1, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);  // the last two
     test::pump();
@@ -387,12 +379,15 @@ TEST_P(EveryWay, LeadsToTheSame) {
 
     std::vector<std::pair<std::string, std::function<void()>>> ways = {
         {"the button", [&] { test::click(button(command.button)); }},
-        {"the keys",
-         [&] {
+        {"the keys", [&] {
              ASSERT_TRUE(test::bringForward(*editor_, &list()));
              test::pressKey(command.key, command.held);
-         }},
-        {"the host", [&] { editor_->click(command.button); }}};
+         }}};
+    for (const MainCommand& row : mainCommands()) {
+        const auto* output = std::get_if<OutputCommand>(&row.act);
+        if (output == nullptr || std::string_view(row.control) != command.button) continue;
+        ways.emplace_back("the host", [this, output] { editor_->output(*output, editor_->selectedCaptures()); });
+    }
     if (command.label != nullptr) ways.emplace_back("the label", [&] { clickLabel(command.label); });
     std::string expected;
     for (const auto& [name, act] : ways) {
@@ -408,15 +403,13 @@ TEST_P(EveryWay, LeadsToTheSame) {
     forget();
 }
 
-INSTANTIATE_TEST_SUITE_P(Output, EveryWay,
-                         testing::Values(OutputCommand{"btnUpload", VK_F1, 0x4000, "lblThenUpload"},
-                                         OutputCommand{"btnPublish", VK_F2, 0x4000, "lblThenSave"},
-                                         OutputCommand{"btnCopy", VK_F3, 0x4000, "lblThenCopy"},
-                                         OutputCommand{"btnMail", VK_F4, 0x4000, "lblThenMail"},
-                                         OutputCommand{"btnExternalViewer", VK_F5, 0x4000, "lblThenEdit"},
-                                         OutputCommand{"btnPrint", 'P', 0x4000, nullptr},
-                                         OutputCommand{"btnSaveProject", 'S', 0x4000, nullptr}),
-                         [](const auto& info) { return std::string(info.param.button); });
+INSTANTIATE_TEST_SUITE_P(
+    Output, EveryWay,
+    testing::Values(Ways{"btnUpload", VK_F1, 0x4000, "lblThenUpload"}, Ways{"btnPublish", VK_F2, 0x4000, "lblThenSave"},
+                    Ways{"btnCopy", VK_F3, 0x4000, "lblThenCopy"}, Ways{"btnMail", VK_F4, 0x4000, "lblThenMail"},
+                    Ways{"btnExternalViewer", VK_F5, 0x4000, "lblThenEdit"}, Ways{"btnPrint", 'P', 0x4000, nullptr},
+                    Ways{"btnSaveProject", 'S', 0x4000, nullptr}),
+    [](const auto& info) { return std::string(info.param.button); });
 
 TEST_F(MainEditorUse, EveryToolHasItsKey) {
     add({"one"});
@@ -547,7 +540,7 @@ TEST_F(MainEditorUse, AProjectWhoseCapturesMovedIsNotLeftWithoutAQuestionAndNotO
     add({"other"});
     dialogs_.proposed.clear();
     dialogs_.path = folder() / "other.gmp";
-    editor_->click("btnSaveProject");
+    button("btnSaveProject").press();
     EXPECT_NE(dialogs_.proposed, "") << "its name was asked for";
     EXPECT_TRUE(fs::exists(dialogs_.path));
 }

@@ -11,6 +11,7 @@
 #include "main_window/capture_list.h"
 #include "main_window/main_toolbar.h"
 #include "main_window/uMainEditor.h"
+#include "output/uSaver.h"
 #include "settings/message_box.h"
 #include "shots.h"
 #include "support/scratch_folder.h"
@@ -72,7 +73,8 @@ void settle(TMainEditor& editor) {
 void mainWindow(const std::string& prefix) {
     setMessageBoxes(nullptr);
     const test::ScratchFolder recovery("main shots");
-    auto* editor = new TMainEditor(recovery.path());
+    TSaver saver;
+    auto* editor = new TMainEditor(saver, recovery.path());
     pMainEditor = editor;
     editor->SetPosition(wxPoint(0, 0));
     const wxSize usual = editor->GetSize();

@@ -9,7 +9,7 @@
 namespace glimmer::shots {
 
 void options(const std::string& prefix) {
-    OptionsServices services = optionsServices();
+    OptionsServices services = optionsServices(nullptr);
     services.program = "C:\\Glimmerpad\\glimmerpad.exe";
     OptionsHolder().setOn("chkWMDisplay", true);
     auto* dialog = new TVistraneOptions(nullptr, services);

@@ -7,6 +7,7 @@
 #include "editor/recovery/recovery_keeper.h"
 #include "imaging/picture_file.h"
 #include "main_window/uMainEditor.h"
+#include "output/uSaver.h"
 #include "settings/message_box.h"
 #include "shots.h"
 #include "support/scratch_folder.h"
@@ -39,8 +40,9 @@ void recovery(const std::string& prefix) {
     setMessageBoxes(&systemMessageBoxes());
     const test::ScratchFolder folder("recovery shots");
     leaveBehind(folder.path());
+    TSaver saver;
     for (const bool inBar : {false, true}) {
-        auto* window = new TMainEditor(folder.path());
+        auto* window = new TMainEditor(saver, folder.path());
         pMainEditor = window;
         window->addEditor(sample("article-1280x1024.png", "Article")).markSaved();
         window->showRoutine();

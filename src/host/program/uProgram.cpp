@@ -24,6 +24,7 @@
 #include "host/program/options_services.h"
 #include "imaging/clipboard.h"
 #include "imaging/png_codec.h"
+#include "main_window/output_commands.h"
 #include "main_window/uMainEditor.h"
 #include "output/places/output_folders.h"
 #include "output/uSaver.h"
@@ -94,9 +95,8 @@ void TProgram::prepareForSessionEnd() noexcept {
 /// The window, made at first use; it is not shown.
 TMainEditor& TProgram::mainEditor() {
     if (pMainEditor != nullptr) return *pMainEditor;
-    pMainEditor = new TMainEditor();
-    pMainEditor->setCommands({{},
-                              [this] { showOptions(); },
+    pMainEditor = new TMainEditor(*saver_, recoveryFolder());
+    pMainEditor->setCommands({[this] { showOptions(); },
                               [this] {
                                   hidden_ = !isStandalone() && resumeAvailable();
                                   tellResumeState();
@@ -228,19 +228,19 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
             break;
         }
         case CaptureAction::Copy:
-            pMainEditor->click("btnCopy");
+            pMainEditor->output(copyCaptures, {&document});
             break;
         case CaptureAction::Mail:
-            pMainEditor->click("btnMail");
+            pMainEditor->output(mailCaptures, {&document});
             break;
         case CaptureAction::ExternalViewer:
-            pMainEditor->click("btnExternalViewer");
+            pMainEditor->output(launchCaptures, {&document});
             break;
         case CaptureAction::Upload:
-            pMainEditor->click("btnUpload");
+            pMainEditor->output(uploadCaptures, {&document});
             break;
         case CaptureAction::Print:
-            pMainEditor->click("btnPrint");
+            pMainEditor->output(printCaptures, {&document});
             break;
         case CaptureAction::EncodeText:
         case CaptureAction::EncodeImage:
