@@ -49,5 +49,6 @@ void printGoals();
 void effects();
 void files();
 void editor();
+void screen();
 
 }  // namespace glimmer::bench

@@ -14,6 +14,7 @@ int main(int argc, char** argv) {
         {"effects", glimmer::bench::effects},
         {"files", glimmer::bench::files},
         {"editor", glimmer::bench::editor},
+        {"screen", glimmer::bench::screen},
     };
     try {
         for (const auto& group : groups) {
