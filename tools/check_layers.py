@@ -14,7 +14,7 @@ FLOORS = (
     "resources", "common", "settings", "settings/dialog", "imaging",
     "editor/annotations", "editor/painting", "editor/document", "editor/commands", "editor/recovery", "editor/session",
     "editor/canvas", "editor/labels", "editor/window",
-    "capture",
+    "capture/scroll", "capture", "capture/overlay",
     "output/places", "output/picture", "output/files", "output/ways", "output",
     "upload/answers", "upload/http", "upload",
     "main_window",
