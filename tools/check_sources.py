@@ -13,7 +13,7 @@ ALLOWED = {
     # To go.
     ("library by its bare name", "src/output/ways/mail.cpp"),
     ("program by its bare name", "src/common/shell_start.cpp"),
-    ("program by its bare name", "src/main_window/main_editor_commands.cpp"),
+    ("program by its bare name", "src/main_window/output_commands.cpp"),
     # Only where the compositor names no other; of a child, which has no such borders.
     ("window's rectangle with its invisible borders", "src/capture/window_grab.cpp"),
     ("window's rectangle with its invisible borders", "src/capture/browser_window.cpp"),
