@@ -15,7 +15,7 @@ FLOORS = (
     "editor/annotations", "editor/painting", "editor/document", "editor/commands", "editor/recovery", "editor/session",
     "editor/canvas", "editor/labels", "editor/window",
     "capture/scroll", "capture", "capture/overlay",
-    "output/places", "output/picture", "output/files", "output/ways", "output",
+    "output/places", "output/picture", "output/files", "output/ways", "output/print", "output",
     "upload/answers", "upload/http", "upload",
     "main_window",
     "host/program", "host/commands", "host/entry",
