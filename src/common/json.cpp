@@ -6,12 +6,10 @@ namespace glimmer {
 
 namespace {
 
-/// Whether brackets go no deeper and values are no more than the limits say. Only what stands outside of strings
-/// counts; whether it makes sense is the parser's affair. Counted beforehand, since the parser descends one call for
-/// each level and allocates each value.
-bool within(std::string_view text, const JsonLimits& limits) {
+/// Whether brackets go no deeper than `limit`. Only brackets outside of strings count; whether they match is the
+/// parser's affair. Counted beforehand, since the parser descends one call for each level.
+bool nestingWithin(std::string_view text, int limit) {
     int depth = 0;
-    size_t values = 1;
     bool inString = false;
     for (size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
@@ -24,33 +22,26 @@ bool within(std::string_view text, const JsonLimits& limits) {
         } else if (c == '"') {
             inString = true;
         } else if (c == '{' || c == '[') {
-            ++values;
-            if (++depth > limits.depth) return false;
+            if (++depth > limit) return false;
         } else if (c == '}' || c == ']') {
             --depth;
-        } else if (c == ',') {
-            ++values;
         }
     }
-    return values <= limits.values;
+    return true;
 }
 
 }  // namespace
 
-void JsonDeleter::operator()(cJSON* tree) const { cJSON_Delete(tree); }
+void JsonObject::Deleter::operator()(cJSON* tree) const { cJSON_Delete(tree); }
 
-JsonTree parseJson(std::string_view text, const JsonLimits& limits) {
+std::optional<JsonObject> JsonObject::parse(std::string_view text, Limits limits) {
     text = text.substr(0, text.find('\0'));
-    if (text.size() > limits.bytes || !within(text, limits)) return nullptr;
+    if (text.size() > limits.bytes || !nestingWithin(text, limits.depth)) return std::nullopt;
     const std::string terminated(text);
-    // The length includes the zero: only blanks may stand between the value's end and it.
-    return JsonTree(cJSON_ParseWithLengthOpts(terminated.c_str(), terminated.size() + 1, nullptr, 1));
-}
-
-std::optional<JsonObject> JsonObject::parse(std::string_view text, const JsonLimits& limits) {
-    JsonTree tree = parseJson(text, limits);
-    if (!tree || cJSON_IsObject(tree.get()) == 0) return std::nullopt;
-    return JsonObject(std::move(tree));
+    // The length includes the zero: only blanks may stand between the object's end and it.
+    JsonObject object(cJSON_ParseWithLengthOpts(terminated.c_str(), terminated.size() + 1, nullptr, 1));
+    if (!object.tree_ || cJSON_IsObject(object.tree_.get()) == 0) return std::nullopt;
+    return object;
 }
 
 bool JsonObject::has(const char* name) const { return cJSON_GetObjectItemCaseSensitive(tree_.get(), name) != nullptr; }

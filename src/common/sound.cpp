@@ -8,9 +8,19 @@
 
 namespace glimmer {
 
-void playSound(Sound sound) {
+namespace {
+
+void playResource(Sound sound) {
     PlaySoundW(sound == Sound::Capture ? L"PHOTO_SOUND" : L"CLICK_SOUND", static_cast<HMODULE>(libraryModule()),
                SND_RESOURCE | SND_ASYNC | SND_NODEFAULT);
 }
+
+SoundPlayer currentPlayer = playResource;
+
+}  // namespace
+
+void playSound(Sound sound) { currentPlayer(sound); }
+
+void setSoundPlayer(SoundPlayer player) { currentPlayer = player != nullptr ? player : playResource; }
 
 }  // namespace glimmer

@@ -1,6 +1,7 @@
 #include "imaging/png_rows.h"
 
 #include <libdeflate.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -9,7 +10,6 @@
 #include <span>
 
 #include "common/row_conversion.h"
-#include "common/zlib_streams.h"
 
 namespace glimmer {
 
@@ -94,8 +94,9 @@ std::optional<Status> compressWhole(PngRows& rows, size_t pieceSize, const ByteS
 
 /// One row after the other.
 Status compressStream(PngRows& rows, size_t pieceSize, const ByteSink& sink, const Progress& progress) {
-    DeflateStream stream(streamLevel);
-    if (!stream.ok()) return noMemory();
+    z_stream stream{};
+    if (deflateInit(&stream, streamLevel) != Z_OK) return noMemory();
+    const std::unique_ptr<z_stream, int (*)(z_streamp)> ender(&stream, &deflateEnd);
     std::vector<uint8_t> row(rows.rowBytes());
     std::vector<uint8_t> piece(pieceSize);
     const auto restart = [&] {

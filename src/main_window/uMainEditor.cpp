@@ -3,29 +3,26 @@
 #include "main_window/uMainEditor.h"
 
 #include <wx/accel.h>
-#include <wx/dialog.h>
 
-#include <windows.h>
-
-#include <string_view>
 #include <utility>
 
-#include "common/foreground.h"
 #include "common/host_kind.h"
 #include "common/inside_modal.h"
-#include "common/modal_scope.h"
 #include "common/wx_text.h"
 #include "editor/window/uEditor.h"
+#include "main_window/bring_forward.h"
 #include "main_window/canvas_stage.h"
 #include "main_window/capture_list.h"
+#include "main_window/capture_panel.h"
 #include "main_window/leaving.h"
 #include "main_window/main_toolbar.h"
 #include "main_window/program_commands.h"
 #include "main_window/project_commands.h"
+#include "main_window/quiet_work.h"
 #include "main_window/selection_panel.h"
-#include "main_window/thumbnail_maker.h"
 #include "main_window/tool_buttons.h"
 #include "main_window/tool_commands.h"
+#include "main_window/window_place.h"
 #include "output/places/output_folders.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
@@ -35,15 +32,6 @@ namespace glimmer {
 
 TMainEditor* pMainEditor = nullptr;
 
-namespace {
-
-constexpr int thumbnailPeriod = 100;  // milliseconds
-constexpr int recoveryPeriod = 30;
-/// A round ends after this time, so that nobody notices it. With a piece that is slow it takes up to 30 ms.
-constexpr std::chrono::milliseconds recoveryBudget{8};
-
-}  // namespace
-
 TMainEditor::TMainEditor(TSaver& saver, const std::filesystem::path& recovery)
     : wxFrame(nullptr, wxID_ANY, wxString::FromUTF8(productName()), wxDefaultPosition, wxSize(1180, 780),
               wxDEFAULT_FRAME_STYLE, "MainEditor"),
@@ -51,24 +39,24 @@ TMainEditor::TMainEditor(TSaver& saver, const std::filesystem::path& recovery)
       runner_(displayState_, {[this] { commandsEnded(); }, [this] { finishClosing(); }}),
       context_{*this, session_, saver, runner_},
       recovered_(session_, *this, [this] { showRoutine(); }),
-      status_(*this),
-      tmrUpdateThumbnails_(this) {
+      status_(*this) {
     if (recovery == recoveryFolder()) session_.recovery().store().takeOver(formerRecoveryFolder());
-    restorePlace();  // first, so that everything in the window is laid out once
+    restorePlace(*this);  // first, so that everything in the window is laid out once
     layOut();
     session_.setStage(*stage_);
     session_.listen(*stage_);
     session_.listen(*this);
-    thumbnails_ = std::make_unique<ThumbnailMaker>(session_, *list_);
+    quietWork_ = std::make_unique<QuietWork>(
+        session_, left_->list(), [this] { return IsShown(); }, [this] { return runner_.running() == 0; });
     tools_ = std::make_unique<ToolButtons>(*toolbar_, context_.shapeTool);
     bindKeys();
     bindEvents();
-    restoreToolbar();
+    restoreToolbar(*toolbar_);
     Layout();
     DragAcceptFiles(true);
     optionsListener_ = std::make_unique<OptionsListener>([this] {
-        thumbnails_->makeAnew();
-        showLeftPanel(OptionsHolder().on("chkLeftPanelVisible"));
+        quietWork_->makeThumbnailsAnew();
+        showLeftPanel(*splitter_, *left_, *stage_, OptionsHolder().on("chkLeftPanelVisible"));
         if (toolbar_->filled()) applyOptions();
     });
     watchModalDialogs();
@@ -102,16 +90,6 @@ void TMainEditor::bindEvents() {
     Bind(wxEVT_SYS_COLOUR_CHANGED, [this](wxSysColourChangedEvent& event) {
         OnSysColourChanged(event);  // tells the parts of the window, and gives a frame the colour of others
         coloursChanged();
-    });
-    Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
-        session_.showDue();
-        if (IsShown() && runner_.running() == 0) thumbnails_->work();
-        if (!IsShown()) tmrUpdateThumbnails_.Stop();
-    });
-    // A timer's message comes when there is no other: the user never waits for this.
-    tmrRecovery_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
-        session_.recovery().work(recoveryBudget);
-        if (!IsShown() && session_.recovery().complete()) tmrRecovery_.Stop();
     });
     Bind(wxEVT_SHOW, [this](wxShowEvent& event) {
         if (event.IsShown()) wakeTimers();
@@ -148,7 +126,8 @@ void TMainEditor::bindKeys() {
 bool TMainEditor::keyOutsideCanvas(wxKeyEvent& event) {
     const int key = event.GetKeyCode();
     if (key == WXK_F6) return focusNextPart(event.ShiftDown());
-    if (canvas() == nullptr || list_->GetEditControl() != nullptr || canvas()->IsDescendant(FindFocus())) return false;
+    if (canvas() == nullptr || left_->list().GetEditControl() != nullptr || canvas()->IsDescendant(FindFocus()))
+        return false;
     const bool letter = (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');
     const bool zoom = key == '+' || key == '-' || key == '=' || (key >= WXK_NUMPAD0 && key <= WXK_NUMPAD9) ||
                       key == WXK_NUMPAD_ADD || key == WXK_NUMPAD_SUBTRACT;
@@ -158,7 +137,7 @@ bool TMainEditor::keyOutsideCanvas(wxKeyEvent& event) {
 
 bool TMainEditor::focusNextPart(bool back) {
     wxWindow* const focus = FindFocus();
-    wxWindow* const parts[] = {toolbar_, list_, labels_, canvas()};
+    wxWindow* const parts[] = {toolbar_, &left_->list(), &left_->labels(), canvas()};
     constexpr int count = 4;
     int at = 0;
     while (at < count && (parts[at] == nullptr || !parts[at]->IsDescendant(focus))) ++at;
@@ -170,7 +149,7 @@ bool TMainEditor::focusNextPart(bool back) {
             toolbar_->takeFocus();
         } else if (parts[next] == canvas()) {
             canvas()->takeFocus(back);
-        } else if (parts[next] == labels_ && session_.current() == nullptr) {
+        } else if (parts[next] == &left_->labels() && session_.current() == nullptr) {
             continue;
         } else {
             parts[next]->SetFocus();
@@ -184,11 +163,7 @@ bool TMainEditor::focusNextPart(bool back) {
 
 TEditForm* TMainEditor::canvas() const { return stage_->canvas(); }
 
-Captures TMainEditor::selectedCaptures() const {
-    Captures chosen = selectedIn(*list_, session_);
-    if (chosen.empty() && session_.current() != nullptr) chosen.push_back(session_.current());
-    return chosen;
-}
+Captures TMainEditor::selectedCaptures() const { return left_->selected(); }
 
 void TMainEditor::run(const MainCommand& command) {
     if (runner_.running() > 0 || !available(command.needs, session_)) return;
@@ -260,21 +235,9 @@ void TMainEditor::prepareForSessionEnd(std::chrono::milliseconds budget) {
 
 // --- what becomes of the session ----------------------------------------------------------------------------------
 
-void TMainEditor::captureAdded(size_t place) {
-    wakeTimers();
-    list_->append(wxText(session_.at(place).info().name));
-    list_->setCurrent(place, true);
-}
+void TMainEditor::captureAdded(size_t /*place*/) { wakeTimers(); }
 
-void TMainEditor::captureRemoved(size_t place, const CaptureDocument& /*capture*/) { list_->erase(place); }
-
-void TMainEditor::captureMoved(size_t from, size_t to) {
-    list_->move(from, to);
-    list_->setCurrent(to, true);
-}
-
-void TMainEditor::captureChanged(const CaptureDocument& capture, const DocumentChange& change) {
-    if (change.info) list_->setName(session_.placeOf(capture), wxText(capture.info().name));
+void TMainEditor::captureChanged(const CaptureDocument& /*capture*/, const DocumentChange& /*change*/) {
     stateStale_ = true;
     wakeTimers();
 }
@@ -284,21 +247,14 @@ void TMainEditor::currentChanged() {
     stateStale_ = true;
 }
 
-void TMainEditor::currentStays() {
-    if (session_.current() != nullptr) list_->setCurrent(session_.placeOf(*session_.current()), true);
-    stateStale_ = true;
-}
-
 void TMainEditor::noRoomFor(const CaptureDocument& capture) {
     showError("There is not enough memory to show \"" + capture.info().name + "\".");
 }
 
-/// The timers sleep while the window is hidden and nothing is to be kept.
 void TMainEditor::wakeTimers() {
     if (!toolbar_->filled()) return;
     if (IsShown()) toolbar_->wake();
-    if (IsShown() && !tmrUpdateThumbnails_.IsRunning()) tmrUpdateThumbnails_.Start(thumbnailPeriod);
-    if (!tmrRecovery_.IsRunning()) tmrRecovery_.Start(recoveryPeriod);
+    quietWork_->wake();
 }
 
 void TMainEditor::refreshState() {
@@ -306,7 +262,7 @@ void TMainEditor::refreshState() {
     toolbar_->update([this](CommandNeeds needs) { return available(needs, session_); });
     tools_->follow(canvas());
     const CaptureDocument* current = session_.current();
-    labels_->enableAll(current != nullptr);
+    left_->labels().enableAll(current != nullptr);
     const std::string product = productName();
     std::string title = product;
     if (current != nullptr) {
@@ -317,7 +273,7 @@ void TMainEditor::refreshState() {
     updateStatus();
 }
 
-void TMainEditor::updateStatus() { status_.show(session_, list_->selected().size(), tools_->hint()); }
+void TMainEditor::updateStatus() { status_.show(session_, selectedCaptures().size(), tools_->hint()); }
 
 // --- the window and the user --------------------------------------------------------------------------------------
 
@@ -347,23 +303,8 @@ void TMainEditor::putAway() {
     if (context_.program.hidden) context_.program.hidden();
 }
 
-/// A dialog waits for an answer: in front of it the window would only look dead.
-void TMainEditor::bringDialogForward() {
-    for (wxWindow* top : wxTopLevelWindows) {
-        auto* dialog = dynamic_cast<wxDialog*>(top);
-        if (dialog != nullptr && dialog->IsShown() && dialog->IsModal() && dialog->IsEnabled())
-            takeForeground(dialog->GetHWND());
-    }
-    const std::vector<void*> ofSystem = ModalScope::windows();
-    if (!ofSystem.empty()) takeForeground(ofSystem.front());
-}
+void TMainEditor::storeState() { storePlace(*this, *toolbar_, *splitter_); }
 
-void TMainEditor::bringForward() {
-    if (!IsShown()) return;
-    const auto window = static_cast<HWND>(GetHWND());
-    if (IsIconized()) ShowWindow(window, SW_RESTORE);
-    if (IsWindowEnabled(window) == FALSE) return bringDialogForward();
-    takeForeground(window);
-}
+void TMainEditor::bringForward() { bringWindowForward(*this); }
 
 }  // namespace glimmer

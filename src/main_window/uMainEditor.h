@@ -1,7 +1,6 @@
 #pragma once
 
 #include <wx/frame.h>
-#include <wx/timer.h>
 
 #include <chrono>
 #include <filesystem>
@@ -16,13 +15,14 @@
 #include "main_window/recovered_offer.h"
 #include "main_window/status_line.h"
 
+class wxSplitterWindow;
+
 namespace glimmer {
 
 class CanvasStage;
-class CaptureList;
+class CapturePanel;
 class OptionsListener;
-class SelectionPanel;
-class ThumbnailMaker;
+class QuietWork;
 class TMainToolbar;
 class ToolButtons;
 
@@ -94,27 +94,20 @@ private:
     void putAway() override;
     void storeState() override;
 
-    // SessionListener
+    // SessionListener; the list hears for itself.
     void captureAdded(size_t place) override;
-    void captureRemoved(size_t place, const CaptureDocument& capture) override;
-    void captureMoved(size_t from, size_t to) override;
     void captureChanged(const CaptureDocument& capture, const DocumentChange& change) override;
     void currentChanged() override;
-    void currentStays() override;
+    void currentStays() override { stateStale_ = true; }
     void noRoomFor(const CaptureDocument& capture) override;
     void projectChanged() override { stateStale_ = true; }
 
     // Layout (uMainEditor_layout.cpp)
     void layOut();
-    wxWindow* makeLeftPanel(wxWindow* parent);
-    void scaleChanged();
-    void coloursChanged();
-    void nameForReaders();
     void complete();
     void applyOptions();
-    void showLeftPanel(bool show);
-    void restorePlace();
-    void restoreToolbar();
+    void scaleChanged();
+    void coloursChanged();
 
     // Commands, keys, state (uMainEditor.cpp)
     void bindEvents();
@@ -126,7 +119,6 @@ private:
     void commandsEnded();
     void finishClosing();
     void openDropped(const std::vector<std::string>& paths);
-    static void bringDialogForward();
     void wakeTimers();
     void refreshState();
     void updateStatus();
@@ -139,16 +131,13 @@ private:
     StatusLine status_;
     bool stateStale_ = true;
 
-    TMainToolbar* toolbar_ = nullptr;
-    wxWindow* leftPanel_ = nullptr;
-    CaptureList* list_ = nullptr;
-    SelectionPanel* labels_ = nullptr;
-    CanvasStage* stage_ = nullptr;
     wxColour face_;  ///< what most of the window is painted with
+    TMainToolbar* toolbar_ = nullptr;
+    wxSplitterWindow* splitter_ = nullptr;
+    CapturePanel* left_ = nullptr;
+    CanvasStage* stage_ = nullptr;
     std::unique_ptr<ToolButtons> tools_;
-    std::unique_ptr<ThumbnailMaker> thumbnails_;
-    wxTimer tmrUpdateThumbnails_;
-    wxTimer tmrRecovery_;
+    std::unique_ptr<QuietWork> quietWork_;
     std::unique_ptr<OptionsListener> optionsListener_;
 };
 

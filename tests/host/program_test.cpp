@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -74,7 +73,7 @@ protected:
         delivery.action = CaptureAction::Load;
         pProgram->HandleCapture(std::move(delivery));
     }
-    static size_t editors() { return pMainEditor != nullptr ? pMainEditor->session().size() : 0; }
+    static size_t editors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
     std::vector<std::string> takeTexts() {
         std::vector<std::string> texts;
         for (const Message& message : messages_.messages) texts.push_back(message.caption + ": " + message.text);
@@ -114,7 +113,7 @@ TEST_F(Program, WithoutRoomForAnEditorTheCaptureIsRefusedAndTheRestStays) {
     EXPECT_THAT(pProgram->encodedContent().image(), IsEmpty());
     EXPECT_EQ(pProgram->savedPath(), "");
     ASSERT_EQ(editors(), 1U);
-    EXPECT_EQ(pMainEditor->session().current()->background().pixel(39, 20), rgb(1, 2, 3));
+    EXPECT_EQ(pMainEditor->currentEditor()->background().pixel(39, 20), rgb(1, 2, 3));
     EXPECT_THAT(asked, testing::Each("enableResumeMenu enable"));
     EXPECT_EQ(asked.size(), 4U);
 }
@@ -149,15 +148,14 @@ TEST_F(Program, ACaptureIsNamedAndStampedByItsPage) {
     take(CaptureAction::Load, {40, 30}, "http://b/", "");
     take(CaptureAction::Load, {40, 30}, "", "No address");
     std::vector<std::string> seen;
-    for (const CaptureDocument* document : pMainEditor->session().all()) {
+    for (const CaptureDocument* document : pMainEditor->allEditors()) {
         seen.push_back(document->info().name);
         for (const TBBShape& stamp : document->annotations()) seen.back() += ", stamped " + stamp.text.text;
     }
     EXPECT_THAT(seen, ElementsAre("Page, stamped http://a/", "Untitled, stamped ", "No address"));
     take(CaptureAction::Load, {40, 30}, std::string(1U << 20U, 'a'), std::string(9000, 't'));
-    EXPECT_EQ(pMainEditor->session().all().back()->info().url.size(), 8192U)
-        << "a project of many must stay small enough";
-    EXPECT_EQ(pMainEditor->session().all().back()->info().title.size(), 8192U);
+    EXPECT_EQ(pMainEditor->allEditors().back()->info().url.size(), 8192U) << "a project of many must stay small enough";
+    EXPECT_EQ(pMainEditor->allEditors().back()->info().title.size(), 8192U);
 }
 
 TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
@@ -166,7 +164,7 @@ TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
     OptionsHolder().setOn("chkStartFromScreen", false);
     takeNothing();
     EXPECT_FALSE(pProgram->captureWasEmpty()) << "there is an editor";
-    const TBitmap white = pMainEditor->session().current()->background().clone().take();
+    const TBitmap white = pMainEditor->currentEditor()->background().clone().take();
     const Rect screen = wholeScreen();
     EXPECT_EQ(white.size(), (Size{screen.width(), screen.height()}));
     for (const Point at : {Point{0, 0}, Point{screen.width() - 1, screen.height() / 2}})
@@ -175,7 +173,7 @@ TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
     OptionsHolder().setOn("chkStartFromScreen", true);
     OptionsHolder().setNumber("spnSelectedCaptureSource", 1000);
     takeNothing();
-    EXPECT_EQ(pMainEditor->session().current()->size(), white.size());
+    EXPECT_EQ(pMainEditor->currentEditor()->size(), white.size());
 }
 
 // In a browser: before a page opens in it, the editor may step aside.
@@ -219,16 +217,6 @@ TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
     take(CaptureAction::Edit);
     EXPECT_FALSE(pMainEditor->IsShown());
     EXPECT_EQ(editors(), 5U);
-}
-
-TEST_F(Program, OptionsThatCannotBeShownLeaveNothingBehind) {
-    setNotifyHandler([](const std::string& name, const std::string& value) {
-        asked.push_back(name + " " + value);
-        if (value == "true") throw std::bad_alloc();
-    });
-    // The second time is like the first: nothing counts as open.
-    for (int time = 0; time < 2; ++time) EXPECT_THROW(pProgram->showOptions(), std::bad_alloc);
-    EXPECT_EQ(asked.size(), 2U);
 }
 
 // Put away by its own button, in a host: what comes in the background leaves it there.

@@ -5,6 +5,7 @@
 #include "editor/document/selection.h"
 #include "main_editor_fixture.h"
 #include "main_window/output_commands.h"
+#include "support/shy_memory.h"
 
 // One canvas serves all captures: nobody can tell, and what the user is in the middle of ends where it began.
 
@@ -12,41 +13,6 @@ namespace glimmer {
 namespace {
 
 using testing::ElementsAre;
-
-/// Pixels that can be parked, and then not be had again while `refused`.
-class Shy final : public PixelMemory {
-public:
-    explicit Shy(size_t count) : bytes_(count) {}
-    [[nodiscard]] uint8_t* data() const override { return parked_ ? nullptr : bytes_.data(); }
-    bool park() override { return parked_ = true; }
-    uint8_t* wake() override {
-        parked_ = parked_ && refused;
-        return data();
-    }
-    static inline bool refused = false;
-
-private:
-    mutable std::vector<uint8_t> bytes_;
-    bool parked_ = false;
-};
-
-/// From a timer, so inside the loop of a dialog of the system: the action, and then OK.
-class InSystemDialog : public wxTimer {
-public:
-    explicit InSystemDialog(std::function<void()> action) : action_(std::move(action)) { Start(20); }
-    void Notify() override {
-        HWND dialog = GetActiveWindow();
-        wchar_t name[16] = {};
-        GetClassNameW(dialog, name, 16);
-        if (std::wstring_view(name) != L"#32770" || IsWindowVisible(dialog) == FALSE) return;
-        Stop();
-        action_();
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    }
-
-private:
-    std::function<void()> action_;
-};
 
 class CanvasSwitch : public MainEditorTest {
 protected:
@@ -66,9 +32,9 @@ protected:
 };
 
 TEST_F(CanvasSwitch, EachCaptureKeepsItsZoomItsPlaceAndItsTool) {
-    editor_->addEditor(grey("long", {900, 6000}));
-    editor_->addEditor(grey("wide", {4000, 900}));
-    editor_->addEditor(grey("small", {40, 30}));
+    session().add(grey("long", {900, 6000}));
+    session().add(grey("wide", {4000, 900}));
+    session().add(grey("small", {40, 30}));
     const struct {
         const char* tool;
         int32_t zoom;
@@ -101,26 +67,10 @@ TEST_F(CanvasSwitch, EachCaptureKeepsItsZoomItsPlaceAndItsTool) {
 
 // A capture that arrives in the middle of something is listed at once and shown after it.
 TEST_F(CanvasSwitch, WhatTheUserIsInTheMiddleOfEndsOnItsOwnCapture) {
-    class Arriving : public MessageBoxes {
-    public:
-        explicit Arriving(std::function<void()> arrive) : arrive_(std::move(arrive)), before_(setMessageBoxes(this)) {}
-        ~Arriving() override { setMessageBoxes(before_); }
-        MessageAnswer show(const Message& message, bool* /*checked*/) override {
-            if (message.buttons == MessageButtons::YesNo) return MessageAnswer::No;  // "exit?" after the output
-            text = message.text;
-            arrive_();
-            return MessageAnswer::Ok;
-        }
-        std::string text;
-
-    private:
-        std::function<void()> arrive_;
-        MessageBoxes* before_;
-    };
     bool arrived = false;
     const auto arrive = [this, &arrived] {
         arrived = true;
-        CaptureDocument& second = editor_->session().add(grey("second"));
+        CaptureDocument& second = session().add(grey("second"));
         EXPECT_EQ(shown(), "first");
         EXPECT_THAT(selected(), ElementsAre(1));
         // What a host wants done with it is done with it.
@@ -132,16 +82,32 @@ TEST_F(CanvasSwitch, WhatTheUserIsInTheMiddleOfEndsOnItsOwnCapture) {
     const auto inColourDialog = [&] {
         editor_->canvas()->document().select(Selection::rectangle({10, 10, 20, 20}));
         editor_->canvas()->executeCommand(EditCommand::Fill);
-        InSystemDialog robot(arrive);
+        wxTimer robot;  // inside the loop of a dialog of the system
+        robot.Bind(wxEVT_TIMER, [&](wxTimerEvent&) {
+            HWND dialog = GetActiveWindow();
+            wchar_t name[16] = {};
+            GetClassNameW(dialog, name, 16);
+            if (std::wstring_view(name) != L"#32770" || IsWindowVisible(dialog) == FALSE) return;
+            robot.Stop();
+            arrive();
+            PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+        });
+        robot.Start(20);
         for (wxWindow* child : editor_->canvas()->GetChildren())
             if (child->GetName() == "ColorPicker") test::click(*test::findControl(*child, "btnMoreColors"));
         EXPECT_TRUE(test::pumpUntil([&] { return arrived; }));
     };
     const auto inMessage = [&] {
-        Arriving boxes(arrive);
+        std::string text;
+        const AnsweredMessages boxes([&](const Message& message) {
+            if (message.buttons == MessageButtons::YesNo) return MessageAnswer::No;  // "exit?" after the output
+            text = message.text;
+            arrive();
+            return MessageAnswer::Ok;
+        });
         editor_->canvas()->document().select(Selection::polygon({{10, 10}, {15, 10}, {20, 10}}));
         editor_->canvas()->executeCommand(EditCommand::Blur);
-        EXPECT_EQ(boxes.text, "The selection lies outside the picture.");
+        EXPECT_EQ(text, "The selection lies outside the picture.");
         EXPECT_EQ(shown(), "first");
         editor_->canvas()->document().select(Selection::rectangle({10, 10, 20, 20}));
         editor_->canvas()->executeCommand(EditCommand::Invert);
@@ -160,41 +126,34 @@ TEST_F(CanvasSwitch, WhatTheUserIsInTheMiddleOfEndsOnItsOwnCapture) {
     for (const auto& [what, run] : cases) {
         SCOPED_TRACE(what);
         arrived = false;
-        CaptureDocument& first = editor_->addEditor(grey("first"));
+        CaptureDocument& first = session().add(grey("first"));
         test::pump();
         run();
         EXPECT_TRUE(arrived);
         EXPECT_TRUE(test::pumpUntil([this] { return shown() == "second"; }));
-        EXPECT_EQ(editor_->currentEditor()->info().name, "second");
+        EXPECT_EQ(session().current()->info().name, "second");
         EXPECT_TRUE(first.touched());
-        EXPECT_FALSE(editor_->currentEditor()->touched());
-        editor_->discardAll();
+        EXPECT_FALSE(session().current()->touched());
+        session().discardAll();
     }
 }
 
-TEST_F(CanvasSwitch, ACaptureThatThereIsNoRoomForLeavesEverythingOnTheOneBefore) {
-    setPixelAllocator([](size_t count) -> std::unique_ptr<PixelMemory> { return std::make_unique<Shy>(count); });
-    add({"one", "two", "three"});
-    Shy::refused = true;
+TEST_F(CanvasSwitch, WantOfMemoryIsToldOnceAndPaintedWithoutAMessage) {
+    setPixelAllocator(test::ShyMemory::make);
+    add({"one", "two"});
+    test::ShyMemory::refused = true;
     goTo(0);
-    EXPECT_EQ(shown(), "three");
-    EXPECT_EQ(editor_->currentEditor()->info().name, "three");
-    EXPECT_THAT(selected(), ElementsAre(2));
+    EXPECT_EQ(shown(), "two");
+    EXPECT_THAT(selected(), ElementsAre(1));
     ASSERT_EQ(messages_.messages.size(), 1U);
     EXPECT_EQ(messages_.messages[0].text, "There is not enough memory to show \"one\".");
     editor_->canvas()->Refresh();
-    editor_->canvas()->Update();  // paints without a message, whatever it has no memory for
+    editor_->canvas()->Update();  // whatever it has no memory for
     test::pump();
     EXPECT_EQ(messages_.messages.size(), 1U);
-    // The one that was not shown goes like any other.
-    list().SetItemState(2, 0, wxLIST_STATE_SELECTED);
-    list().SetItemState(0, wxLIST_STATE_SELECTED, wxLIST_STATE_SELECTED);
-    OptionsHolder().setNumber("cmbDeleteCaptures", 1);
-    clickLabel("lblDeleteSelected");
-    EXPECT_THAT(names(), ElementsAre("two", "three"));
-    Shy::refused = false;
+    test::ShyMemory::refused = false;
     goTo(0);
-    EXPECT_EQ(shown(), "two");
+    EXPECT_EQ(shown(), "one");
 }
 
 }  // namespace

@@ -3,13 +3,30 @@
 #include <wx/hyperlink.h>
 #include <wx/listctrl.h>
 
+#include <functional>
+#include <utility>
+
 #include "common/section_memory.h"
 #include "common/tool_button.h"
 #include "editor/window/uEditor.h"
 #include "main_window/uMainEditor.h"
 #include "output/saver_fixture.h"
+#include "support/not_copied.h"
 
 namespace glimmer {
+
+/// Answers message boxes by a function of its own while it lives.
+class AnsweredMessages : public MessageBoxes, test::NotCopied {
+public:
+    using Answer = std::function<MessageAnswer(const Message&)>;
+    explicit AnsweredMessages(Answer answer) : answer_(std::move(answer)), before_(setMessageBoxes(this)) {}
+    ~AnsweredMessages() override { setMessageBoxes(before_); }
+    MessageAnswer show(const Message& message, bool* /*checked*/) override { return answer_(message); }
+
+private:
+    Answer answer_;
+    MessageBoxes* before_;
+};
 
 /// A main editor window on the screen, with settings and folders of its own; nobody is asked and nothing is started.
 class MainEditorTest : public SaverTest {
@@ -22,7 +39,7 @@ protected:
         ASSERT_TRUE(test::bringForward(*editor_));
     }
     void open() {
-        editor_ = new TMainEditor(silent_, recovery_.path());  // destroyed by its Close
+        editor_ = new TMainEditor(saver_, recovery_.path());  // destroyed by its Close
         pMainEditor = editor_;
     }
     void TearDown() override {
@@ -37,13 +54,14 @@ protected:
     }
     /// New captures of these names, in this order.
     void add(const std::vector<std::string>& names) const {
-        for (const std::string& name : names) editor_->addEditor(grey(name));
+        for (const std::string& name : names) session().add(grey(name));
         test::pump();  // the buttons become usable
     }
+    [[nodiscard]] CaptureSession& session() const { return editor_->session(); }
     [[nodiscard]] wxListCtrl& list() const { return *test::find<wxListCtrl>(*editor_, "lvAnnotations"); }
     [[nodiscard]] std::vector<std::string> names() const {
         std::vector<std::string> all;
-        for (const CaptureDocument* document : editor_->allEditors()) all.push_back(document->info().name);
+        for (const CaptureDocument* document : session().all()) all.push_back(document->info().name);
         return all;
     }
     [[nodiscard]] ToolButton& button(const char* name) const { return *test::find<ToolButton>(*editor_, name); }
@@ -51,6 +69,18 @@ protected:
         wxWindow* label = test::findControl(*editor_, name);
         wxHyperlinkEvent event(label, wxID_ANY, "");
         label->ProcessWindowEvent(event);
+    }
+    [[nodiscard]] int imageOf(long place) const {
+        wxListItem item;
+        item.SetId(place);
+        item.SetMask(wxLIST_MASK_IMAGE);
+        list().GetItem(item);
+        return item.GetImage();
+    }
+    /// Of the middle of a thumbnail.
+    [[nodiscard]] int redOfThumbnail(long place) const {
+        const wxImage image = list().GetImageList(wxIMAGE_LIST_NORMAL)->GetBitmap(imageOf(place)).ConvertToImage();
+        return image.GetRed(image.GetWidth() / 2, image.GetHeight() / 2);
     }
     /// The middle of an item, in the list's window.
     [[nodiscard]] wxPoint itemPoint(long item) const {

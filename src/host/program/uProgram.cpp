@@ -27,7 +27,7 @@
 #include "main_window/output_commands.h"
 #include "main_window/uMainEditor.h"
 #include "output/places/output_folders.h"
-#include "output/spoken_saver.h"
+#include "output/uSaver.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -195,7 +195,7 @@ CaptureDocument* TProgram::createEditor(Delivery delivery) {
         newDocument(std::move(taken.picture), delivery.url, delivery.title, std::time(nullptr),
                     std::move(taken.pointer), stamped, saver_->textPainter());
     if (!document) return refuseEditor(noRoomForEditorText());
-    return &mainEditor().session().add(document.take());
+    return &mainEditor().addEditor(document.take());
 }
 
 void TProgram::warnInFront(const std::string& text) {
@@ -224,7 +224,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
         case CaptureAction::Save:
         case CaptureAction::SaveAutomatically: {
             const SaveMode mode = action == CaptureAction::Save ? SaveMode::Interactive : SaveMode::Automatic;
-            if (const auto path = SpokenSaver(*saver_).savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
+            if (const auto path = saver_->savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
             break;
         }
         case CaptureAction::Copy:
@@ -258,7 +258,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
 
 const EncodedContent& TProgram::encodedContent() {
     if (pMainEditor == nullptr) return encoded_;
-    if (const Status encoded = encoded_.encodeAgain(*saver_, pMainEditor->session().all()); !encoded)
+    if (const Status encoded = encoded_.encodeAgain(*saver_, pMainEditor->allEditors()); !encoded)
         showError(encoded.message());
     return encoded_;
 }
@@ -293,7 +293,7 @@ void TProgram::offerIntegration(IntegrationMoment moment) {
 
 void TProgram::integrateIntoIE() { openPage(std::string(vendorSite) + "/internet-explorer.htm"); }
 
-bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && pMainEditor->session().size() > 0; }
+bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && pMainEditor->editorCount() > 0; }
 
 void TProgram::resumeEditing() {
     if (!resumeAvailable()) return;
@@ -320,10 +320,10 @@ void TProgram::showOptions() {
 }
 
 bool TProgram::openFile() {
-    const size_t before = mainEditor().session().size();
+    const size_t before = mainEditor().editorCount();
     pMainEditor->btnLoadProjectClick();
     // The dialog may have outlasted the window.
-    if (pMainEditor == nullptr || pMainEditor->session().size() <= before) return false;
+    if (pMainEditor == nullptr || pMainEditor->editorCount() <= before) return false;
     tellResumeState();
     restoreApplication();
     return true;

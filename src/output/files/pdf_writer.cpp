@@ -1,5 +1,7 @@
 #include "output/files/pdf_writer.h"
 
+#include <zlib.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
@@ -9,7 +11,6 @@
 #include "common/debug_channel.h"
 #include "common/progress.h"
 #include "common/vendor.h"
-#include "common/zlib_streams.h"
 #include "imaging/picture_file.h"
 
 namespace glimmer {
@@ -59,8 +60,9 @@ Result<std::vector<uint8_t>> compressedRows(const TBitmap& bitmap, const Progres
     std::vector<uint8_t> row(rowBytes);
     std::vector<uint8_t> buffer(rowBytes);
     std::vector<uint8_t> result;
-    DeflateStream stream(compressionLevel);
-    if (!stream.ok()) return noMemory;
+    z_stream stream{};
+    if (deflateInit(&stream, compressionLevel) != Z_OK) return noMemory;
+    const std::unique_ptr<z_stream, int (*)(z_streamp)> ender(&stream, &deflateEnd);
     for (int32_t y = 0; y < bitmap.height(); ++y) {
         if (!proceed(progress, y, bitmap.height())) return cancelled();
         const uint8_t* from = bitmap.row(y);

@@ -33,7 +33,7 @@ TEST(DelayedLibraries, AnswerAtTheirFirstCall) {
 }
 
 TEST(DelayedLibraries, ComeFromTheSystemsFolderWhateverTheProgramsHolds) {
-    const test::PlantedLibraries plants(test::testProgram("main_editor_test"),
+    const test::PlantedLibraries plants(test::testProgram("windows_files_test"),
                                         {L"winmm.dll", L"comdlg32.dll", L"winspool.drv", L"oleacc.dll"});
     test::ChildProcess program(plants.program(), {"--gtest_filter=DelayedLibraries.AnswerAtTheirFirstCall"});
     EXPECT_EQ(program.wait(60000), 0);
