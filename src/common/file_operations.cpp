@@ -109,7 +109,8 @@ void setFileOperations(const FileOperations* operations) { installed = operation
 const FileOperations& fileOperations() { return *installed; }
 
 std::string explained(const fs::path& target, FileTrouble trouble) {
-    const std::string sentence = installed->explain(target, trouble);
+    const std::string sentence =
+        trouble == FileTrouble::Full ? "The disk is full." : installed->explain(target, trouble);
     return sentence.empty() ? sentence : "\r\n" + sentence;
 }
 

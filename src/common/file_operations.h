@@ -15,7 +15,8 @@ enum class FileTrouble : uint8_t {
     Refused,    ///< the rights to write there are missing, or are taken away (by a protection against ransomware)
     Protected,  ///< the file is write-protected
     HalfWay,    ///< the former file is at formerPath() and nothing has its name: the new one must not be removed
-    Other,      ///< the folder is gone, the disk is full or broken
+    Full,       ///< the disk has no room
+    Other,      ///< the folder is gone, the disk is broken
 };
 
 /// Opens a file that is there; null when it cannot.

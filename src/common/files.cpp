@@ -1,6 +1,7 @@
 #include "common/files.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <system_error>
@@ -62,6 +63,13 @@ Result<std::vector<uint8_t>> readFile(const fs::path& path, uint64_t limit) {
     return data;
 }
 
+namespace {
+
+/// Why a write just failed.
+FileTrouble writingTrouble() { return errno == ENOSPC ? FileTrouble::Full : FileTrouble::Other; }
+
+}  // namespace
+
 TemporaryOutput::TemporaryOutput(fs::path target, WriteOptions options)
     : target_(std::move(target)), options_(options) {
     // A file that is protected stays, although the folder would let another one take its place.
@@ -104,18 +112,20 @@ Status TemporaryOutput::refuse(FileTrouble trouble) {
 
 Status TemporaryOutput::write(std::span<const uint8_t> data) {
     if (file_ == nullptr) return cannotWrite(target_);
+    errno = 0;
     if (data.empty() || writeBytes(data.data(), 1, data.size(), file_) == data.size()) return {};
-    return refuse(FileTrouble::Other);
+    return refuse(writingTrouble());
 }
 
 Status TemporaryOutput::complete() {
     if (complete_) return {};
     if (file_ == nullptr) return cannotWrite(target_);
+    errno = 0;
     const bool written = options_.flush ? fileOperations().flush(file_) : std::fflush(file_) == 0;
     const bool closed = written && std::fclose(file_) == 0;
     if (written) file_ = nullptr;
     complete_ = true;  // closed or not, there is a file
-    return closed ? Status() : refuse(FileTrouble::Other);
+    return closed ? Status() : refuse(writingTrouble());
 }
 
 Status TemporaryOutput::commit() {

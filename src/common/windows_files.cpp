@@ -57,6 +57,9 @@ FileTrouble troubleOf(DWORD error) {
     switch (error) {
         case ERROR_SUCCESS:
             return FileTrouble::None;
+        case ERROR_DISK_FULL:
+        case ERROR_HANDLE_DISK_FULL:
+            return FileTrouble::Full;
         case ERROR_FILE_EXISTS:
         case ERROR_ALREADY_EXISTS:
             return FileTrouble::Exists;

@@ -157,7 +157,9 @@ size_t roomLeft = 0;
 size_t writeUntilFull(const void* data, size_t size, size_t count, std::FILE* file) {
     const size_t fitting = std::min(roomLeft / size, count);
     roomLeft -= fitting * size;
-    return std::fwrite(data, size, fitting, file);
+    const size_t written = std::fwrite(data, size, fitting, file);
+    if (written < count) errno = ENOSPC;
+    return written;
 }
 
 // Every kind of file, with room for its beginning: the old file stays as it was, nothing is left beside it.
@@ -165,29 +167,30 @@ TEST_F(SaverFailure, AFullDisk) {
     const fs::path path = folder() / "a.png";
     const std::vector<uint8_t> old{4, 5, 6};
     ASSERT_TRUE(writeFile(path, old).ok());
+    const std::string full = "\r\nThe disk is full.";
     const WrittenBy fullDisk(writeUntilFull);
     for (const PictureFormat format :
          {PictureFormat::Png, PictureFormat::Gif, PictureFormat::Bmp, PictureFormat::Pdf}) {
         roomLeft = 1000;
         dialogs_.format = format;
-        expectRefused(path, cannotCreate(path));
+        expectRefused(path, cannotCreate(path) + full);
     }
     fs::path project = folder() / "a.gmp";
     roomLeft = 1000;
     messages_.messages.clear();
     EXPECT_FALSE(saver_.saveProject(all(), project, false));
-    expectMessage(cannotCreate(project) + ".");
+    expectMessage(cannotCreate(project) + "." + full);
 
     roomLeft = 1000;
     dialogs_.path = folder() / "page.html";
     messages_.messages.clear();
     EXPECT_FALSE(saver_.exportPage(all()));
-    expectMessage(cannotCreate(folder() / "page_files" / "page_img1.png"));
+    expectMessage(cannotCreate(folder() / "page_files" / "page_img1.png") + full);
 
     roomLeft = 1000;
     messages_.messages.clear();
     EXPECT_FALSE(saver_.publish(all()));
-    expectMessage(cannotCreate(work() / "publish" / "unsaved.png"));
+    expectMessage(cannotCreate(work() / "publish" / "unsaved.png") + full);
 
     EXPECT_EQ(*readFile(path, 10), old);
     EXPECT_EQ(entriesOf(folder()), 1U);
