@@ -8,6 +8,7 @@
 #include "editor/annotations/shapes_list.h"
 #include "editor/commands/set_info.h"
 #include "editor/painting/cairo_text_painter.h"
+#include "imaging/block_at.h"
 
 namespace glimmer {
 namespace {
@@ -20,13 +21,12 @@ constexpr Modifiers ctrl{false, true, false};
 class Window final : public CanvasHost {
 public:
     TextPainter& textPainter() override { return text; }
-    void overlayChanged() override { ++overlays; }
+    void controllerChanged(const ControllerChange& change) override { changes.push_back(change); }
     void beginTextEdit(AnnotationId id) override { editing = id; }
     void finishTextEdit() override {
         if (editing != noAnnotation) controller->endTextEdit(std::exchange(editing, noAnnotation));
     }
     void inkChanged(const Rect&) override {}
-    void stateChanged() override {}
     void reveal(const Rect& area) override { revealed = area; }
     void pickColour(Colour, std::function<void(Colour)> then) override { picked = std::move(then); }
     void failed(const std::string& message) override { failures.push_back(message); }
@@ -34,7 +34,7 @@ public:
     CairoTextPainter text;
     CanvasController* controller = nullptr;
     AnnotationId editing = noAnnotation;
-    int overlays = 0;
+    std::vector<ControllerChange> changes;
     Rect revealed;
     std::function<void(Colour)> picked;
     std::vector<std::string> failures;
@@ -76,6 +76,28 @@ struct Canvas {
     std::unique_ptr<CaptureDocument> document;
     std::unique_ptr<CanvasController> controller;
 };
+
+// The window hears once of what an input changed, and of the capture's changes by its observers only.
+TEST(Canvas, tellsTheWindowOnceAndOfItsOwnOnly) {
+    Canvas c;
+    const auto told = [&](const std::function<void()>& input) {
+        c.window.changes.clear();
+        input();
+        EXPECT_LE(c.window.changes.size(), 1U);
+        return c.window.changes.empty() ? ControllerChange() : c.window.changes.front();
+    };
+    const AnnotationId id = c.draw({100, 150, 200, 200});
+    EXPECT_TRUE(told([&] { c.controller->setTool(EditTool::Line); }).tool);
+    EXPECT_FALSE(told([&] { c.controller->setTool(EditTool::Line); }).any());
+    EXPECT_FALSE(told([&] { c.controller->key(Key::Right, none); }).any()) << "the capture's own";
+    EXPECT_TRUE(told([&] { c.controller->press({120, 150}, none); }).hover);
+    EXPECT_TRUE(told([&] { c.controller->key(Key::Escape, none); }).hover);
+    EXPECT_TRUE(told([&] { c.controller->showPart(Part::Number, true); }).settings);
+    EXPECT_TRUE(told([&] { c.controller->beginDrawing(id); }).mode);
+    EXPECT_TRUE(told([&] { c.controller->setPen({true, 0, 3}); }).settings);
+    const ControllerChange ended = told([&] { c.controller->setTool(EditTool::Pointer); });
+    EXPECT_TRUE(ended.mode && ended.tool);
+}
 
 TEST(Canvas, aDragOnEmptyCanvasSelectsAnAreaWhicheverWayItGoes) {
     for (const auto& [from, to] : {std::pair<Point, Point>{{50, 40}, {149, 99}},
@@ -201,6 +223,17 @@ TEST(Canvas, aLabelWithoutTextIsNotKept) {
     EXPECT_FALSE(c.shape(id).text.isVisible());
     EXPECT_FALSE(c.shape(id).line.isVisible());
     EXPECT_EQ(c.steps(), 1U);
+
+    // Emptied after a drag: two things, and the drag can be had back.
+    const AnnotationId label = c.draw({50, 50, 90, 90}, EditTool::Text);
+    const Rect before = c.shape(label).text.rectangle;
+    c.drag({60, 60}, {70, 70});
+    c.controller->execute(EditCommand::EditText);
+    c.controller->textEdited(label, "");
+    c.window.finishTextEdit();
+    EXPECT_EQ(c.document->annotations().find(label), nullptr);
+    for (int i = 0; i < 2; ++i) c.controller->execute(EditCommand::Undo);
+    EXPECT_EQ(c.shape(label).text.rectangle, before.moved(10, 10));
 }
 
 TEST(Canvas, anArrowNeedsNoTextAndTheFirstNumberIsOne) {
@@ -441,11 +474,11 @@ TEST(Canvas, freeDrawingBecomesAnAnnotationAndCanBeTakenUpAgain) {
     Canvas c;
     c.controller->changeKind(ShapeKind::Drawing);
     ASSERT_EQ(c.controller->mode(), CanvasMode::FreeDrawing);
-    c.controller->inkWidth = 5;
+    c.controller->setPen({false, c.controller->pen().colour, 5});
     c.drag({50, 50}, {150, 50});
     c.drag({50, 80}, {150, 80});
     EXPECT_TRUE(c.controller->key(letter('Z'), ctrl)) << "takes the last stroke back";
-    c.controller->eraser = true;
+    c.controller->setPen({true, c.controller->pen().colour, 5});
     c.drag({100, 50}, {100, 50});
     EXPECT_EQ(c.steps(), 1U) << "kept stroke by stroke, one step in all";
     EXPECT_EQ(c.document->annotations().size(), 1U);
@@ -461,7 +494,7 @@ TEST(Canvas, freeDrawingBecomesAnAnnotationAndCanBeTakenUpAgain) {
     EXPECT_EQ(made.shape.drawing->alpha(100 - origin.x, 50 - origin.y), 0) << "erased";
     EXPECT_EQ(made.shape.drawing->pixel(100 - origin.x, 50 - origin.y), 0U) << "nothing behind the transparency";
     c.window.finishTextEdit();
-    c.controller->eraser = false;
+    c.controller->setPen({});
     c.controller->beginDrawing(made.id());
     EXPECT_EQ(c.controller->inkedId(), made.id());
     c.drag({50, 120}, {150, 120});

@@ -170,13 +170,13 @@ TEST(History, everyStepBringsBackExactlyTheStateBeforeAndAfterIt) {
         SCOPED_TRACE(seed);
         Random random(seed);
         const auto capture = document(160, 120);
-        const Gesture dragging = capture->newGesture();
+        Gesture dragging = capture->beginGesture();
         std::vector<State> states;
         states.push_back(stateOf(*capture));
         for (int step = 0; step < 120; ++step) {
             const int32_t choice = between(random, 0, 9);
             if (choice < 6) {
-                const Gesture gesture = between(random, 0, 1) == 0 ? dragging : 0;
+                Gesture gesture = between(random, 0, 1) == 0 ? dragging : Gesture();
                 ASSERT_TRUE(capture->run(randomCommand(*capture, random), gesture));
                 // A step of its own, or a longer last one.
                 states.resize(capture->history().depth());
@@ -200,22 +200,23 @@ TEST(History, everyStepBringsBackExactlyTheStateBeforeAndAfterIt) {
 
 TEST(History, changesOfOneGestureAreOneStepAndOthersAreNot) {
     const auto capture = document(100, 100);
-    const Gesture drawing = capture->newGesture();
+    Gesture drawing = capture->beginGesture();
     ASSERT_TRUE(
         capture->run(std::make_unique<AddAnnotation>(TBBShape(predefinedStyles()[0], {10, 10, 11, 11})), drawing));
     const AnnotationId id = capture->annotations()[0].id();
-    const auto move = [&](Gesture gesture) {
+    const auto move = [&](Gesture& gesture) {
         TBBShape shape = *capture->annotations().find(id);
         shape.moveBy(1, 0);
         ASSERT_TRUE(capture->run(std::make_unique<ChangeAnnotation>(shape), gesture));
     };
     for (int i = 0; i < 5; ++i) move(drawing);
     EXPECT_EQ(capture->history().depth(), 1U) << "drawing with the mouse is one step";
-    const Gesture drag = capture->newGesture();
+    Gesture drag = capture->beginGesture();
     for (int i = 0; i < 5; ++i) move(drag);
     EXPECT_EQ(capture->history().depth(), 2U);
-    move(0);
-    move(0);
+    Gesture none;
+    move(none);
+    move(none);
     EXPECT_EQ(capture->history().depth(), 4U) << "without a gesture nothing merges";
     ASSERT_TRUE(capture->undo());
     ASSERT_TRUE(capture->undo());
@@ -230,7 +231,7 @@ TEST(History, changesOfOneGestureAreOneStepAndOthersAreNot) {
 TEST(Document, isModifiedUntilSavedAndAgainAfterEachChangeOrUndo) {
     const auto capture = document(50, 50);
     EXPECT_TRUE(capture->modified()) << "a new capture is nowhere on the disk";
-    const Gesture typing = capture->newGesture();
+    Gesture typing = capture->beginGesture();
     const auto type = [&](const char* text) {
         ASSERT_TRUE(capture->run(std::make_unique<SetInfo>(SetInfo::Field::Notes, text), typing));
     };

@@ -266,12 +266,11 @@ TEST(List, KeepsOrderAndIds) {
         return ids;
     };
     EXPECT_EQ(list.topAt({150, 150})->id(), c);
-    EXPECT_TRUE(list.bringToFront(a));
+    EXPECT_TRUE(list.moveTo(a, 2));
     EXPECT_EQ(order(), (std::vector{b, c, a}));
-    EXPECT_FALSE(list.bringToFront(a));
-    EXPECT_TRUE(list.sendToBack(c));
+    EXPECT_TRUE(list.moveTo(c, 0));
     EXPECT_EQ(order(), (std::vector{c, b, a}));
-    EXPECT_FALSE(list.sendToBack(999));
+    EXPECT_FALSE(list.moveTo(999, 0));
 
     const TShapesList before = list;
     const TBBShape removed = *list.find(b);
@@ -285,14 +284,13 @@ TEST(List, KeepsOrderAndIds) {
     EXPECT_NE(list.insert(0, removed), b) << "the id is taken";
 }
 
-TEST(List, NumbersAndReorders) {
+TEST(List, NumbersInTheOrderThatItHas) {
     TShapesList list;
     EXPECT_EQ(list.nextNumber(), 1);
-    std::vector<uint32_t> ids;
     for (const int32_t number : {7, 3, 7, 20}) {
         TBBShape shape = annotation();
         shape.number.number = number;
-        ids.push_back(list.add(shape));
+        list.add(shape);
     }
     EXPECT_EQ(list.nextNumber(), 21);
     const auto numbers = [&] {
@@ -302,10 +300,6 @@ TEST(List, NumbersAndReorders) {
     };
     list.renumber();
     EXPECT_EQ(numbers(), (std::vector{2, 1, 3, 4}));
-    EXPECT_TRUE(list.reorderNumber(ids[3], 0, 5));
-    EXPECT_EQ(numbers(), (std::vector{7, 6, 8, 5}));
-    EXPECT_FALSE(list.reorderNumber(ids[3], 4));
-    EXPECT_EQ(list.byNumber().front()->id(), ids[3]);
 }
 
 }  // namespace

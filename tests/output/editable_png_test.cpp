@@ -71,7 +71,7 @@ public:
         for (int32_t left = upTo(most + 1); left > 0; --left) shapes.add(TBBShape(annotation()));
         if (shapes.size() > 2) {
             shapes.remove(shapes[0].id());  // ids need not be 1, 2, 3 ...
-            shapes.sendToBack(shapes[shapes.size() - 1].id());
+            shapes.moveTo(shapes[shapes.size() - 1].id(), 0);
         }
         return shapes;
     }

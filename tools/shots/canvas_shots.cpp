@@ -200,10 +200,10 @@ void annotations(const std::string& prefix) {
     scene.shootMenu("menu", *menu, {330, 90}, -1);
     scene.shootMenu("menu-number", *menu, {330, 90}, 0);
     scene.shootMenu("menu-text", *menu, {330, 90}, 2);
-    scene.form().lblStyleClick();
+    test::click(*scene.form().FindWindow("tbtnStyle"));
     scene.shootWide("style-picker");
     scene.close("StylePicker");
-    scene.form().lblFontNameClick();
+    test::click(*scene.form().FindWindow("tbtnFontName"));
     scene.shootWide("font-picker");
     scene.close("FontPicker");
     scene.shootModal("renumber", [&] { scene.form().mnuNumberSetClick(); });
@@ -225,10 +225,10 @@ void annotations(const std::string& prefix) {
 void drawing(const std::string& prefix) {
     const Scene scene(prefix);
     scene.controller().changeKind(ShapeKind::Drawing);
-    scene.controller().inkColour = rgb(220, 30, 40);
+    scene.controller().setPen({false, rgb(220, 30, 40), scene.controller().pen().width});
     for (int i = 0; i < 3; ++i) scene.drag({140 + 60 * i, 200}, {240 + 60 * i, 330});
     scene.shoot("free-drawing");
-    scene.form().endPenDrawing();
+    scene.controller().endDrawing();
     test::typeText("Drawn by hand");
     scene.form().finishEditing();
     scene.shoot("drawing-selected");

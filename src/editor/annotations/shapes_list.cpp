@@ -55,10 +55,6 @@ bool TShapesList::moveTo(uint32_t id, size_t index) {
     return true;
 }
 
-bool TShapesList::bringToFront(uint32_t id) { return !empty() && moveTo(id, size() - 1); }
-
-bool TShapesList::sendToBack(uint32_t id) { return moveTo(id, 0); }
-
 const TBBShape* TShapesList::topAt(Point point, const HitReach& reach) const {
     for (size_t i = shapes_.size(); i-- > 0;)
         if (shapes_[i].partAt(point, reach)) return &shapes_[i];
@@ -97,18 +93,6 @@ TShapesDeque TShapesList::byNumber() {
 void TShapesList::renumber(int32_t first) {
     int32_t number = first;
     for (TBBShape* shape : byNumber()) shape->number.number = clampStepNumber(number++);
-}
-
-bool TShapesList::reorderNumber(uint32_t id, size_t place, int32_t first) {
-    TShapesDeque order = byNumber();
-    const auto at = std::find_if(order.begin(), order.end(), [id](const TBBShape* s) { return s->id() == id; });
-    if (at == order.end() || place >= order.size()) return false;
-    TBBShape* moved = *at;
-    order.erase(at);
-    order.insert(order.begin() + static_cast<std::ptrdiff_t>(place), moved);
-    int32_t number = first;
-    for (TBBShape* shape : order) shape->number.number = clampStepNumber(number++);
-    return true;
 }
 
 }  // namespace glimmer

@@ -34,10 +34,7 @@ public:
     [[nodiscard]] const TBBShape* find(uint32_t id) const;
     [[nodiscard]] std::optional<size_t> indexOf(uint32_t id) const;
 
-    /// False when it was there already or does not exist.
-    bool bringToFront(uint32_t id);
-    bool sendToBack(uint32_t id);
-    /// Moves the annotation to that place in the painting order.
+    /// Moves the annotation to that place in the painting order; false when it is there already or does not exist.
     bool moveTo(uint32_t id, size_t index);
 
     /// The topmost annotation with a visible part under the point.
@@ -53,8 +50,6 @@ public:
     [[nodiscard]] TShapesDeque byNumber();
     /// Numbers all annotations first, first + 1, ... in the order they have now by number.
     void renumber(int32_t first = 1);
-    /// Gives the annotation the place `place` (from 0) in the order by number and numbers all anew from `first`.
-    bool reorderNumber(uint32_t id, size_t place, int32_t first = 1);
 
 private:
     [[nodiscard]] uint32_t freeId();

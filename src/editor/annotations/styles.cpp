@@ -73,6 +73,16 @@ const TShapeStyle* predefinedStyle(const std::string& name) {
     return nullptr;
 }
 
+void TShapeStyle::keepPlacesOf(const TShapeStyle& former, bool withVisibility) {
+    text.position = former.text.position;
+    number.position = former.number.position;
+    if (withVisibility) return;
+    shape.visible = former.shape.visible;
+    text.visible = former.text.visible;
+    line.visible = former.line.visible;
+    number.visible = former.number.visible;
+}
+
 void clampSettings(TShapeStyle& style) {
     style.name = firstUnits(style.name, maxNameUnits);
     clampSettings(style.shape);

@@ -16,6 +16,10 @@ struct TShapeStyle {
     TLineSettings line;
     TNumberSettings number;
     bool operator==(const TShapeStyle&) const = default;
+
+    /// Takes back from `former` what a style does not decide over: where label and badge are and, unless it is to bring
+    /// that along, which parts are visible.
+    void keepPlacesOf(const TShapeStyle& former, bool withVisibility);
 };
 
 /// The five styles that come with the program, in the order in which they are built and listed.

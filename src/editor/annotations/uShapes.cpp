@@ -43,23 +43,17 @@ void clampDescriptor(TShapeDescriptor& descriptor) {
     if (descriptor.style.shape.kind != ShapeKind::Drawing) descriptor.drawing.reset();
 }
 
-TBBShape::TBBShape(const TShapeStyle& settings, const Rect& rect) : styleName(settings.name) {
-    shape.settings = settings.shape;
-    text.settings = settings.text;
-    line.settings = settings.line;
-    number.settings = settings.number;
+TBBShape::TBBShape(const TShapeStyle& settings, const Rect& rect) {
+    setSettings(settings);
     setShapeRect(rect);
 }
 
-TBBShape::TBBShape(const TShapeDescriptor& descriptor) : styleName(descriptor.style.name), id_(descriptor.id) {
-    shape.settings = descriptor.style.shape;
+TBBShape::TBBShape(const TShapeDescriptor& descriptor) : id_(descriptor.id) {
+    setSettings(descriptor.style);
     shape.rectangle = descriptor.shapeRect;
     shape.drawing = descriptor.drawing;
-    text.settings = descriptor.style.text;
     text.rectangle = descriptor.textRect;
     text.text = descriptor.text;
-    line.settings = descriptor.style.line;
-    number.settings = descriptor.style.number;
     number.number = descriptor.number;
 }
 
@@ -246,27 +240,25 @@ void TBBShape::settle() {
 
 void TBBShape::applyStyle(const TShapeStyle& style, bool withVisibility) {
     const TShapeStyle before = settings();
-    shape.settings = style.shape;
-    text.settings = style.text;
-    line.settings = style.line;
-    number.settings = style.number;
-    styleName = style.name;
-    text.settings.position = before.text.position;
-    number.settings.position = before.number.position;
+    TShapeStyle after = style;
+    after.keepPlacesOf(before, withVisibility);
     // Ink stays ink and a shape stays a shape: a style cannot make or lose a picture.
     if (before.shape.kind == ShapeKind::Drawing || style.shape.kind == ShapeKind::Drawing)
-        shape.settings.kind = before.shape.kind;
-    if (!withVisibility) {
-        shape.settings.visible = before.shape.visible;
-        text.settings.visible = before.text.visible;
-        line.settings.visible = before.line.visible;
-        number.settings.visible = before.number.visible;
-    }
+        after.shape.kind = before.shape.kind;
+    setSettings(after);
     layOut();
 }
 
 TShapeStyle TBBShape::settings() const {
     return {styleName, shape.settings, text.settings, line.settings, number.settings};
+}
+
+void TBBShape::setSettings(const TShapeStyle& settings) {
+    styleName = settings.name;
+    shape.settings = settings.shape;
+    text.settings = settings.text;
+    line.settings = settings.line;
+    number.settings = settings.number;
 }
 
 TBBShape pictureAnnotation(TShapeStyle style, TBitmap picture, Point at) {

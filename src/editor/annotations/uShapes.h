@@ -27,8 +27,6 @@ struct TShapeDescriptor {
     /// Drawings are compared by their pixels.
     bool operator==(const TShapeDescriptor& other) const;
 };
-/// Descriptors on their way from one list to another.
-using TShapeDescriptors = std::deque<TShapeDescriptor>;
 
 /// Brings everything into its range, rectangles normalised. A drawing without a picture gets an empty one.
 void clampDescriptor(TShapeDescriptor& descriptor);
@@ -130,6 +128,8 @@ public:
     void applyStyle(const TShapeStyle& style, bool withVisibility);
     /// The settings as they are now.
     [[nodiscard]] TShapeStyle settings() const;
+    /// Takes all settings and the name as they are; places and sizes stay.
+    void setSettings(const TShapeStyle& settings);
 
 private:
     uint32_t id_ = 0;

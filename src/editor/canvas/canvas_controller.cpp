@@ -1,198 +1,101 @@
+// The canvas's state, its settings and modes, and what lies over the picture.
+
 #include "editor/canvas/canvas_controller.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "common/assertion.h"
-#include "editor/commands/add_annotation.h"
-#include "editor/commands/change_annotation.h"
-#include "editor/commands/delete_annotation.h"
+#include "editor/canvas/capture_commands.h"
 
 namespace glimmer {
 
 CanvasController::CanvasController(CaptureDocument& document, CanvasView& view, CanvasHost& host)
-    : document_(document), view_(view), host_(host), settings_(*predefinedStyle("Default")) {}
+    : context_{document, view, host},
+      settings_(context_),
+      label_(context_),
+      ink_(context_, settings_, label_),
+      keyMoves_(context_) {
+    told_.settings = settings_.own();
+}
 
 CanvasController::~CanvasController() = default;
 
-bool CanvasController::run(std::unique_ptr<UndoCommand> command, Gesture gesture) {
-    const Status done = document_.run(std::move(command), gesture);
-    if (!done) host_.failed(done.message());
-    return done.ok();
-}
-
-bool CanvasController::change(TBBShape shape, Gesture gesture) {
-    const TBBShape* current = document_.annotations().find(shape.id());
-    GLIMMER_ASSERT(current != nullptr, "pShape != NULL", "uEditor");
-    // A drag that has not moved anything leaves no step.
-    if (*current == shape) return true;
-    if (gesture != 0 && gesture == gesture_) gestureUsed_ = true;
-    return run(std::make_unique<ChangeAnnotation>(std::move(shape)), gesture);
+/// Compares with what the window knows, so that no change can be forgotten and none is told twice.
+void CanvasController::tell() {
+    if (inputs_ > 0) return;
+    Told now{
+        tool_,     mode_,      settings_.own(), ink_.pen, dragSteps_, polygon_.corners().size(), polygon_.pointer(),
+        activeId_, activePart_};
+    ControllerChange change;
+    change.tool = now.tool != told_.tool;
+    change.mode = now.mode != told_.mode;
+    change.settings = now.settings != told_.settings || now.pen != told_.pen;
+    change.hover = now.dragSteps != told_.dragSteps || now.corners != told_.corners || now.pointer != told_.pointer ||
+                   now.activeId != told_.activeId || now.activePart != told_.activePart;
+    if (!change.any()) return;
+    told_ = std::move(now);
+    context_.host.controllerChanged(change);
 }
 
 void CanvasController::setTool(EditTool tool) {
-    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
-    host_.finishTextEdit();
-    if (drag_ != Drag::None) finishDrag();
-    polygon_.clear();
-    tool_ = tool;
-    host_.overlayChanged();
-    host_.stateChanged();
+    telling([&] {
+        if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+        context_.host.finishTextEdit();
+        endDrag();
+        polygon_.clear();
+        tool_ = tool;
+    });
 }
 
 // --- settings
 
-TShapeStyle CanvasController::shownSettings() const {
-    const TBBShape* shape = document_.selectedAnnotation();
-    return shape == nullptr ? settings_ : shape->settings();
+void CanvasController::setToolSettings(TShapeStyle settings) {
+    telling([&] { settings_.setOwn(std::move(settings)); });
 }
 
-void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& setting, Gesture gesture) {
-    setting(settings_);
-    clampSettings(settings_);
-    if (const TBBShape* selected = document_.selectedAnnotation()) {
-        TBBShape shape = *selected;
-        TShapeStyle style = shape.settings();
-        setting(style);
-        clampSettings(style);
-        // Ink stays ink: only free drawing makes a picture.
-        if (style.shape.kind == ShapeKind::Drawing && shape.shape.drawing == nullptr)
-            style.shape.kind = shape.shape.settings.kind;
-        shape.shape.settings = style.shape;
-        shape.text.settings = style.text;
-        shape.line.settings = style.line;
-        shape.number.settings = style.number;
-        shape.styleName = style.name;
-        fitChanged(*selected, shape);
-        if (shape.number.isVisible() && !selected->number.isVisible()) takeFreeNumber(shape);
-        change(std::move(shape), gesture);
-        host_.overlayChanged();
-    }
-    host_.stateChanged();
+void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& change) {
+    Gesture alone;
+    changeSettings(change, alone);
 }
 
-/// A number that appears: its own, unless that is another one's already or would leave a gap; then the next one.
-void CanvasController::takeFreeNumber(TBBShape& shape) const {
-    int32_t last = 0;
-    bool taken = false;
-    for (const TBBShape& other : document_.annotations()) {
-        if (other.id() == shape.id() || !other.number.isVisible()) continue;
-        last = std::max(last, other.number.number);
-        taken |= other.number.number == shape.number.number;
-    }
-    if (taken || shape.number.number > last + 1) shape.number.number = clampStepNumber(last + 1);
+void CanvasController::changeSettings(const std::function<void(TShapeStyle&)>& change, Gesture& gesture) {
+    telling([&] { settings_.change(change, gesture); });
 }
 
 void CanvasController::showPart(Part part, bool shown) {
-    changeSettings([&](TShapeStyle& style) {
-        bool* const visible[] = {&style.shape.visible, &style.text.visible, &style.line.visible, &style.number.visible};
-        *visible[static_cast<size_t>(part)] = shown;
-    });
+    telling([&] { settings_.showPart(part, shown); });
 }
 
 void CanvasController::applyStyle(const TShapeStyle& style, bool withVisibility) {
-    const TShapeStyle former = settings_;
-    settings_ = style;
-    settings_.text.position = former.text.position;
-    settings_.number.position = former.number.position;
-    if (!withVisibility) {
-        settings_.shape.visible = former.shape.visible;
-        settings_.text.visible = former.text.visible;
-        settings_.line.visible = former.line.visible;
-        settings_.number.visible = former.number.visible;
-    }
-    if (const TBBShape* selected = document_.selectedAnnotation()) {
-        TBBShape shape = *selected;
-        shape.applyStyle(style, withVisibility);
-        fitChanged(*selected, shape);
-        change(std::move(shape));
-        host_.overlayChanged();
-    }
-    host_.stateChanged();
+    telling([&] { settings_.apply(style, withVisibility); });
 }
 
 void CanvasController::changeKind(ShapeKind kind) {
-    if (kind == ShapeKind::Drawing) {
-        if (mode_ != CanvasMode::FreeDrawing) beginDrawing(document_.selectedId());
-        return;
-    }
-    changeSettings([kind](TShapeStyle& style) { style.shape.kind = kind; });
+    if (kind != ShapeKind::Drawing)
+        changeSettings([kind](TShapeStyle& style) { style.shape.kind = kind; });
+    else if (mode_ != CanvasMode::FreeDrawing)
+        beginDrawing(context_.document.selectedId());
 }
 
-/// Fits the label to a changed text or font. One that is just as wide as its text was stays so; one that the user gave
-/// a width keeps it and wraps.
-void CanvasController::fitChanged(const TBBShape& before, TBBShape& after) {
-    const auto collapse = [](TBBShape& shape) {
-        Rect& label = shape.text.rectangle;
-        label = {label.left, label.top, label.left, label.top};
-    };
-    TBBShape natural = before;
-    collapse(natural);
-    fitLabel(natural, host_.textPainter());
-    if (natural.text.rectangle.width() == before.text.rectangle.width()) collapse(after);
-    fitLabel(after, host_.textPainter());
+// --- text
+
+void CanvasController::textEdited(AnnotationId id, const std::string& text) {
+    telling([&] { label_.edited(id, text); });
 }
 
-// --- new annotations
-
-TBBShape CanvasController::newShape(const Rect& rect) const {
-    TShapeStyle style = settings_;
-    if (style.shape.kind == ShapeKind::Drawing) style.shape.kind = ShapeKind::FilledRectangle;
-    switch (tool_) {
-        case EditTool::TextLine:
-            style.shape.visible = false;
-            style.text.visible = style.line.visible = true;
-            break;
-        case EditTool::Text:
-            style.shape.visible = style.line.visible = false;
-            style.text.visible = true;
-            break;
-        case EditTool::RectHighlight:
-            style.shape.visible = true;
-            style.text.visible = style.line.visible = false;
-            style.shape.kind = ShapeKind::FilledRectangle;
-            break;
-        case EditTool::Line:
-            style.line.visible = true;
-            style.shape.visible = style.text.visible = false;
-            break;
-        default:
-            break;
-    }
-    TBBShape shape(style, rect);
-    shape.text.settings.position = style.text.position;
-    shape.number.settings.position = style.number.position;
-    shape.number.number = document_.annotations().nextNumber();
-    if (shape.number.isVisible()) takeFreeNumber(shape);
-    fitLabel(shape, host_.textPainter());
-    return shape;
+void CanvasController::endTextEdit(AnnotationId id) {
+    telling([&] { label_.end(id); });
 }
 
-bool CanvasController::addShape(TBBShape shape, Gesture gesture) {
-    if (gesture == gesture_) gestureUsed_ = true;
-    if (!run(std::make_unique<AddAnnotation>(std::move(shape)), gesture)) return false;
-    document_.selectAnnotation(document_.annotations()[document_.annotations().size() - 1].id());
-    return true;
-}
+// --- annotations from elsewhere
 
 bool CanvasController::insertAnnotations(std::vector<TBBShape> shapes, Point shift) {
-    const Gesture together = document_.newGesture();
-    bool added = false;
-    for (TBBShape& shape : shapes) {
-        shape.setId(noAnnotation);
-        shape.moveBy(shift.x, shift.y);
-        added |= addShape(std::move(shape), together);
-    }
-    document_.select({});
-    if (const TBBShape* last = document_.selectedAnnotation()) host_.reveal(last->bounds());
-    host_.stateChanged();
-    host_.overlayChanged();
-    return added;
+    return telling([&] { return glimmer::insertAnnotations(context_, std::move(shapes), shift); });
 }
 
 bool CanvasController::dropAnnotations(std::vector<TBBShape> shapes, Point at) {
     if (mode_ != CanvasMode::Annotation) return false;
-    host_.finishTextEdit();
+    context_.host.finishTextEdit();
     Rect all;
     for (const TBBShape& shape : shapes) all = all.united(shape.bounds());
     return insertAnnotations(std::move(shapes),
@@ -204,263 +107,130 @@ bool CanvasController::insertPicture(TBitmap picture) {
     if (picture.format() != PixelFormat::Bgra32) {
         Result<TBitmap> converted = picture.converted(PixelFormat::Bgra32);
         if (!converted) {
-            host_.failed(converted.message());
+            context_.host.failed(converted.message());
             return false;
         }
         picture = converted.take();
     }
-    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
-    host_.finishTextEdit();
-    const Rect seen = view_.visible();
-    const Size size = picture.size();
-    const Point at{std::max(0, middle(seen.left, seen.right) - size.width / 2),
-                   std::max(0, middle(seen.top, seen.bottom) - size.height / 2)};
-    TBBShape shape = pictureAnnotation(settings_, std::move(picture), at);
-    shape.number.number = document_.annotations().nextNumber();
-    return insertAnnotations({std::move(shape)}, {});
+    return telling([&] {
+        if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+        context_.host.finishTextEdit();
+        const Rect seen = context_.view.visible();
+        const Size size = picture.size();
+        const Point at{std::max(0, middle(seen.left, seen.right) - size.width / 2),
+                       std::max(0, middle(seen.top, seen.bottom) - size.height / 2)};
+        TBBShape shape = pictureAnnotation(settings_.own(), std::move(picture), at);
+        shape.number.number = context_.document.annotations().nextNumber();
+        return insertAnnotations({std::move(shape)}, {});
+    });
 }
 
-// --- text
-
-void CanvasController::textEdited(AnnotationId id, const std::string& text) {
-    const TBBShape* current = document_.annotations().find(id);
-    if (current == nullptr) return;
-    if (edited_ != id) {
-        edited_ = id;
-        // Typing into a label that has just been drawn belongs to its drawing.
-        editGesture_ = gestureUsed_ ? gesture_ : document_.newGesture();
-    }
-    TBBShape shape = *current;
-    shape.text.text = text;
-    fitChanged(*current, shape);
-    if (shape == *current) return;
-    change(std::move(shape), editGesture_);
-    host_.overlayChanged();
-}
-
-void CanvasController::endTextEdit(AnnotationId id) {
-    edited_ = noAnnotation;
-    const TBBShape* current = document_.annotations().find(id);
-    if (current != nullptr && current->text.text.empty() && current->text.isVisible()) {
-        // An empty label is a blank box that says nothing: only the other parts stay.
-        const TBBShape before = *current;
-        TBBShape shape = before;
-        shape.text.setVisible(false);
-        shape.line.setVisible(shape.line.isVisible() && !shape.shape.isVisible());
-        if (shape.anyVisible())
-            change(std::move(shape), editGesture_ != 0 ? editGesture_ : gesture_);
-        else
-            dropEmptyLabel();
-    }
-    editGesture_ = 0;
-    gestureUsed_ = false;
-    document_.endGesture();
-    host_.stateChanged();
-    host_.overlayChanged();
-}
-
-/// The selected annotation would have been a label and has no text: it is as if it had never been made, unless it was.
-void CanvasController::dropEmptyLabel() {
-    if (gestureUsed_ && document_.history().newestIs(gesture_)) {
-        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
-    } else {
-        execute(EditCommand::DeleteAnnotation);
-    }
+bool CanvasController::setNumbers(const std::vector<std::pair<AnnotationId, int32_t>>& numbers) {
+    return glimmer::setNumbers(context_, numbers);
 }
 
 // --- free drawing
 
 void CanvasController::beginDrawing(AnnotationId id) {
-    host_.finishTextEdit();
-    if (drag_ != Drag::None) finishDrag();
-    auto ink = std::make_unique<InkLayer>(document_.size());
-    const TBBShape* shape = document_.annotations().find(id);
-    if (shape != nullptr && shape->shape.drawing != nullptr) {
-        if (Status loaded = ink->load(*shape->shape.drawing, shape->shape.rectangle); !loaded) {
-            host_.failed(loaded.message());
-            return;
-        }
-    }
-    document_.select({});
-    ink_ = std::move(ink);
-    inkedId_ = shape == nullptr ? noAnnotation : id;
-    beforeInk_.reset();
-    if (shape != nullptr) beforeInk_ = *shape;
-    document_.selectAnnotation(inkedId_);
-    inkGesture_ = document_.newGesture();
-    inkStored_ = false;
-    mode_ = CanvasMode::FreeDrawing;
-    host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
-    host_.stateChanged();
-    host_.overlayChanged();
-}
-
-/// Brings the capture's annotation to what is drawn: after each stroke, so that no long drawing is lost with the
-/// program. An empty drawing takes its annotation away again, or leaves the one it is drawn in as it was.
-void CanvasController::storeInk() {
-    if (!ink_->changed()) {
-        takeBackInk();
-        host_.stateChanged();
-        return;
-    }
-    Result<InkLayer::Finished> drawn = ink_->finished();
-    if (!drawn) {
-        host_.failed(drawn.message());
-        return;
-    }
-    const TBBShape* existing = document_.annotations().find(inkedId_);
-    if (drawn->picture.empty()) {
-        takeBackInk();
-    } else if (existing != nullptr) {
-        TBBShape shape = *existing;
-        shape.shape.settings.kind = ShapeKind::Drawing;
-        shape.shape.settings.visible = true;
-        shape.setShapeRect(drawn->rect);
-        shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
-        const uint64_t before = document_.revision();
-        change(std::move(shape), inkGesture_);
-        inkStored_ |= document_.revision() != before;
-    } else {
-        TBBShape shape = newShape(drawn->rect);
-        shape.shape.settings.kind = ShapeKind::Drawing;
-        shape.shape.settings.visible = true;
-        // The label comes with "Apply".
-        shape.text.setVisible(false);
-        shape.line.setVisible(false);
-        shape.shape.drawing = std::make_shared<const TBitmap>(std::move(drawn->picture));
-        inkStored_ = addShape(std::move(shape), inkGesture_);
-        if (inkStored_) inkedId_ = document_.selectedId();
-    }
-    host_.stateChanged();
-}
-
-/// The annotation is again as it was before the drawing began. Something else, a new name for the capture, may have
-/// been done since the last stroke; that stays.
-void CanvasController::takeBackInk() {
-    if (!std::exchange(inkStored_, false)) return;
-    if (document_.history().newestIs(inkGesture_)) {
-        if (Status undone = document_.undo(); !undone) host_.failed(undone.message());
-    } else if (beforeInk_) {
-        change(*beforeInk_);
-    } else {
-        run(std::make_unique<DeleteAnnotation>(inkedId_));
-    }
-    if (!beforeInk_) inkedId_ = noAnnotation;
-}
-
-/// All ink of a drawing was cleared or erased: what else the annotation shows stays.
-void CanvasController::settleErased(AnnotationId id) {
-    TBBShape shape = *document_.annotations().find(id);
-    if (shape.shape.settings.kind != ShapeKind::Drawing) return;
-    shape.shape.setVisible(false);
-    if (!shape.anyVisible()) {
-        execute(EditCommand::DeleteAnnotation);
-        return;
-    }
-    TShapeDescriptor erased = shape.describe();
-    erased.style.shape.visible = true;
-    erased.drawing.reset();
-    clampDescriptor(erased);  // gives it an empty picture
-    change(TBBShape(erased));
+    telling([&] {
+        context_.host.finishTextEdit();
+        endDrag();
+        if (ink_.begin(id)) mode_ = CanvasMode::FreeDrawing;
+    });
 }
 
 void CanvasController::endDrawing() {
-    GLIMMER_ASSERT(ink_ != nullptr, "pPicture != NULL", "uEditor");
-    if (drag_ == Drag::Ink) ink_->end();
-    drag_ = Drag::None;
-    storeInk();
-    const AnnotationId id = std::exchange(inkedId_, noAnnotation);
-    const bool erased = ink_->changed() && ink_->blank();
-    mode_ = CanvasMode::Annotation;
-    const std::unique_ptr<InkLayer> over = std::move(ink_);
-    document_.selectAnnotation(id);
-    if (const TBBShape* drawn = document_.annotations().find(id)) {
-        if (erased) {
-            settleErased(id);
-        } else if (!beforeInk_) {
-            gesture_ = inkGesture_;
-            TBBShape shape = *drawn;
-            shape.text.setVisible(settings_.text.visible);
-            shape.line.setVisible(settings_.line.visible);
-            change(std::move(shape), inkGesture_);
-            gestureUsed_ = true;
-            if (settings_.text.visible) host_.beginTextEdit(id);
-        }
-    }
-    if (tool_ == EditTool::TextPen) tool_ = EditTool::Pointer;
-    host_.inkChanged(Rect{0, 0, document_.size().width, document_.size().height});
-    host_.stateChanged();
-    host_.overlayChanged();
+    telling([&] {
+        drag_.reset();
+        mode_ = CanvasMode::Annotation;
+        ink_.end();
+        if (tool_ == EditTool::TextPen) tool_ = EditTool::Pointer;
+    });
 }
 
 void CanvasController::clearDrawing() {
-    if (ink_ == nullptr) return;
-    host_.inkChanged(ink_->clear());
-    storeInk();
+    telling([&] { ink_.clear(); });
+}
+
+void CanvasController::setPen(const InkPen& pen) {
+    telling([&] { ink_.pen = pen; });
 }
 
 // --- capture mode
 
 void CanvasController::beginCapture(std::function<void(Rect)> finished) {
-    if (mode_ == CanvasMode::FreeDrawing) endDrawing();
-    host_.finishTextEdit();
-    document_.selectAnnotation(noAnnotation);
-    document_.select({});
-    captured_ = std::move(finished);
-    mode_ = CanvasMode::Capture;
-    host_.stateChanged();
-    host_.overlayChanged();
+    telling([&] {
+        if (mode_ == CanvasMode::FreeDrawing) endDrawing();
+        context_.host.finishTextEdit();
+        context_.document.selectAnnotation(noAnnotation);
+        context_.document.select({});
+        captured_ = std::move(finished);
+        mode_ = CanvasMode::Capture;
+    });
 }
 
 void CanvasController::endCapture(bool take) {
     if (mode_ != CanvasMode::Capture) return;
-    if (drag_ != Drag::None) finishDrag();
-    const Rect area = take ? document_.selection().bounds(document_.size()) : Rect{};
-    document_.select({});
-    mode_ = CanvasMode::Annotation;
-    host_.stateChanged();
-    host_.overlayChanged();
+    const Rect area = telling([&] {
+        endDrag();
+        const Rect chosen = take ? selectedArea() : Rect{};
+        context_.document.select({});
+        mode_ = CanvasMode::Annotation;
+        return chosen;
+    });
     if (const auto finished = std::exchange(captured_, nullptr)) finished(area);
 }
 
 // --- overlay
 
+namespace {
+
+void addHandles(CanvasOverlay& overlay, const Rect& rect) {
+    for (int32_t i = 0; i < handleCount; ++i) overlay.handles.push_back(handlePoint(rect, i));
+}
+
+void addFrame(CanvasOverlay& overlay, const Rect& rect) {
+    overlay.polyline = {{rect.left, rect.top},
+                        {rect.right, rect.top},
+                        {rect.right, rect.bottom},
+                        {rect.left, rect.bottom},
+                        {rect.left, rect.top}};
+}
+
+/// Where only a line is to be seen its ends are what can be pulled; a badge alone gets a frame, and so does the place
+/// of what is all hidden.
+void addMarksOf(CanvasOverlay& overlay, const TBBShape& shape) {
+    if (!shape.anyVisible()) {
+        addFrame(overlay, shape.shape.rectangle);
+        return;
+    }
+    if (shape.hasHandles())
+        addHandles(overlay, shape.handleRect());
+    else if (!shape.line.isVisible())
+        addFrame(overlay, shape.number.badge(shape).inflated(2));
+    for (const TBBShape::FreeEnd& end : shape.freeLineEnds()) overlay.handles.push_back(end.at);
+}
+
+}  // namespace
+
 CanvasOverlay CanvasController::overlay() const {
     CanvasOverlay overlay;
     if (mode_ == CanvasMode::FreeDrawing) return overlay;
-    const Selection& selection = document_.selection();
-    overlay.selection = selection.pixels(document_.size());
+    const Selection& selection = context_.document.selection();
+    overlay.selection = selection.pixels(context_.document.size());
     overlay.dimOutside = mode_ == CanvasMode::Capture;
-    overlay.polyline = polygon_;
-    if (!polygon_.empty()) {
-        overlay.polyline.push_back(hover_);
-        overlay.handles.push_back(polygon_.front());
+    if (polygon_.underWay()) {
+        overlay.polyline = polygon_.corners();
+        overlay.polyline.push_back(polygon_.pointer());
+        overlay.handles.push_back(polygon_.corners().front());
     }
-    const auto addHandles = [&](const Rect& rect) {
-        for (int32_t i = 0; i < handleCount; ++i) overlay.handles.push_back(handlePoint(rect, i));
-    };
-    const bool framed = selection.kind == Selection::Kind::Rectangle || selection.kind == Selection::Kind::Ellipse;
-    if (framed && drag_ != Drag::Area && polygon_.empty()) addHandles(selection.rect);
-    const std::optional<TBBShape> shape = dragged_ ? dragged_ : selectedShape();
-    const auto addFrame = [&](const Rect& rect) {
-        overlay.polyline = {{rect.left, rect.top},
-                            {rect.right, rect.top},
-                            {rect.right, rect.bottom},
-                            {rect.left, rect.bottom},
-                            {rect.left, rect.top}};
-    };
-    if (shape && !shape->anyVisible()) {
-        addFrame(shape->shape.rectangle);
-    } else if (shape) {
-        // Where only a line is to be seen its ends are what can be pulled; a badge alone gets a frame, and so does the
-        // place of what is all hidden.
-        if (shape->hasHandles()) {
-            addHandles(shape->handleRect());
-        } else if (!shape->line.isVisible()) {
-            addFrame(shape->number.badge(*shape).inflated(2));
-        }
-        for (const TBBShape::FreeEnd& end : shape->freeLineEnds()) overlay.handles.push_back(end.at);
-        if (showGuides_ && gestureUsed_) overlay.guides = shape->guides();
+    const bool drawn = drag_ == nullptr || !drag_->drawsArea();
+    if (hasHandles(selection) && drawn && !polygon_.underWay()) addHandles(overlay, selection.rect);
+    if (const TBBShape* dragged = drag_ == nullptr ? nullptr : drag_->annotation()) {
+        addMarksOf(overlay, *dragged);
+        if (drag_->guided()) overlay.guides = dragged->guides();
+    } else if (const std::optional<TBBShape> selected = selectedShape()) {
+        addMarksOf(overlay, *selected);
     }
     return overlay;
 }

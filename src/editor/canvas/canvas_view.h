@@ -13,6 +13,9 @@ namespace glimmer {
 /// a larger one is scrolled; the scroll position is kept in device pixels and always within the scroll range.
 class CanvasView {
 public:
+    /// What an arrow key or a line of the wheel scrolls by, in device pixels.
+    static constexpr int32_t scrollIncrement = 20;
+
     /// What is to be seen at once.
     enum class Fit : uint8_t { Width, Page };
     /// A way to go over the page with one key.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "editor/annotations/shape_geometry.h"
 #include "imaging/scaling.h"
 
 namespace glimmer {
@@ -17,16 +18,6 @@ constexpr size_t maxPoints = 100000;
 
 /// How much of a pixel's area a round pen covers, from the distance of the pixel's centre to the pen's way.
 double coverage(double distance, double radius) { return std::clamp(radius + 0.5 - distance, 0.0, 1.0); }
-
-double distanceToSegment(double px, double py, Point a, Point b) {
-    const double ax = a.x + 0.5;
-    const double ay = a.y + 0.5;
-    const double dx = b.x - a.x;
-    const double dy = b.y - a.y;
-    const double length = dx * dx + dy * dy;
-    const double t = length == 0 ? 0 : std::clamp(((px - ax) * dx + (py - ay) * dy) / length, 0.0, 1.0);
-    return std::hypot(px - ax - t * dx, py - ay - t * dy);
-}
 
 void inkPixel(uint8_t* p, Colour colour, double cover) {
     const double below = p[3] / 255.0;
@@ -91,7 +82,7 @@ Rect InkLayer::draw(const Stroke& stroke, size_t first) {
         for (int32_t y = part.top; y < part.bottom; ++y) {
             uint8_t* p = bitmap_.row(y - at_.y) + static_cast<size_t>(part.left - at_.x) * 4;
             for (int32_t x = part.left; x < part.right; ++x, p += 4) {
-                const double cover = coverage(distanceToSegment(x + 0.5, y + 0.5, a, b), radius);
+                const double cover = coverage(std::sqrt(squaredDistance({x, y}, a, b)), radius);
                 if (cover <= 0) continue;
                 if (stroke.eraser)
                     erasePixel(p, cover);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace glimmer {
 
@@ -45,7 +46,8 @@ void WorkingPicture::invalidateAll() {
     dirty_ = Region::rectangle(whole(document_.size()));
 }
 
-Status WorkingPicture::refresh(const Rect& area) {
+Status WorkingPicture::refresh(const Rect& area, const Ink& ink) {
+    if (std::exchange(inked_, ink.id) != ink.id) invalidateAll();
     if (bitmap_.size() != document_.size()) {
         bitmap_ = TBitmap();
         Result<TBitmap> fresh = TBitmap::create(document_.size().width, document_.size().height, PixelFormat::Bgra32);
@@ -57,30 +59,30 @@ Status WorkingPicture::refresh(const Rect& area) {
     const Region stale = dirty_.intersected(wanted);
     if (stale.empty()) return {};
     if (stale.rects().size() > maxPieces)
-        paint(stale.bounds());
+        paint(stale.bounds(), ink);
     else
-        for (const Rect& piece : stale.rects()) paint(piece);
+        for (const Rect& piece : stale.rects()) paint(piece, ink);
     dirty_ = dirty_.subtracted(wanted);
     return {};
 }
 
-void WorkingPicture::paint(const Rect& area) {
+void WorkingPicture::paint(const Rect& area, const Ink& ink) {
     const TBitmap& background = document_.background();
     for (int32_t y = area.top; y < area.bottom; ++y) {
         const size_t offset = static_cast<size_t>(area.left) * 4;
         copyOpaque(background.row(y) + offset, bitmap_.row(y) + offset, area.left, area.right, y);
     }
-    if (inked == noAnnotation) {
+    if (ink.id == noAnnotation) {
         paintAnnotations(bitmap_, area, document_.annotations(), text_, options);
     } else {
         TShapesList shown = document_.annotations();
-        if (TBBShape* shape = shown.find(inked)) shape->shape.setVisible(false);
+        if (TBBShape* shape = shown.find(ink.id)) shape->shape.setVisible(false);
         paintAnnotations(bitmap_, area, shown, text_, options);
     }
-    if (ink == nullptr) return;
-    const Rect part = ink->bounds().moved(inkAt.x, inkAt.y).intersected(area);
+    if (ink.bitmap == nullptr) return;
+    const Rect part = ink.bitmap->bounds().moved(ink.at.x, ink.at.y).intersected(area);
     for (int32_t y = part.top; y < part.bottom; ++y) {
-        const uint8_t* from = ink->row(y - inkAt.y) + static_cast<size_t>(part.left - inkAt.x) * 4;
+        const uint8_t* from = ink.bitmap->row(y - ink.at.y) + static_cast<size_t>(part.left - ink.at.x) * 4;
         uint8_t* to = bitmap_.row(y) + static_cast<size_t>(part.left) * 4;
         for (int32_t x = part.left; x < part.right; ++x, from += 4, to += 4)
             if (from[3] != 0)

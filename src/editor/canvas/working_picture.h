@@ -22,24 +22,26 @@ public:
     void invalidateAll();
     /// Display options, and the annotation whose label is not painted; the caller invalidates.
     PaintOptions options;
-    /// An annotation whose shape is not painted while its ink is edited, or noAnnotation.
-    AnnotationId inked = noAnnotation;
-    /// Ink that is painted above everything, straight alpha, its top-left corner at inkAt; or nothing.
-    const TBitmap* ink = nullptr;
-    Point inkAt;
+    /// What is being drawn.
+    struct Ink {
+        const TBitmap* bitmap = nullptr;  ///< painted above everything, straight alpha; or nothing
+        Point at;                         ///< its top-left corner
+        AnnotationId id = noAnnotation;   ///< whose shape is not painted meanwhile, or noAnnotation
+    };
 
-    /// Paints what is out of date inside `area` and answers the copy; its pixels inside `area` are good. Fails for
-    /// want of memory.
-    Status refresh(const Rect& area);
+    /// Paints what is out of date inside `area` into the copy; its pixels inside `area` are good. Fails for want of
+    /// memory. The caller invalidates what the ink changes, but for the annotation it belongs to.
+    Status refresh(const Rect& area, const Ink& ink = {});
     [[nodiscard]] const TBitmap& bitmap() const { return bitmap_; }
 
 private:
-    void paint(const Rect& area);
+    void paint(const Rect& area, const Ink& ink);
 
     const CaptureDocument& document_;
     TextPainter& text_;
     TBitmap bitmap_;
     Region dirty_;
+    AnnotationId inked_ = noAnnotation;
 };
 
 }  // namespace glimmer

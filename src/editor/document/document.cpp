@@ -27,8 +27,12 @@ CaptureDocument::CaptureDocument(TBitmap picture, CaptureInfo info, TShapesList 
 
 CaptureDocument::~CaptureDocument() = default;
 
-Status CaptureDocument::run(std::unique_ptr<UndoCommand> command, Gesture gesture) {
-    return changed(history_.run(std::move(command), gesture));
+Status CaptureDocument::run(std::unique_ptr<UndoCommand> command) { return changed(history_.run(std::move(command))); }
+
+Status CaptureDocument::run(std::unique_ptr<UndoCommand> command, Gesture& gesture) {
+    Status done = history_.run(std::move(command), gesture.number());
+    if (done) gesture.use();
+    return changed(std::move(done));
 }
 
 Status CaptureDocument::undo() { return history_.canUndo() ? changed(history_.undo()) : Status(); }

@@ -14,6 +14,7 @@
 #include "editor/annotations/shapes_list.h"
 #include "editor/annotations/uShapes.h"
 #include "editor/document/content.h"
+#include "editor/document/gesture.h"
 #include "editor/document/selection.h"
 #include "editor/document/undo.h"
 
@@ -49,13 +50,19 @@ public:
     bool park() { return content_.parkPicture(); }
     [[nodiscard]] bool parked() const { return content_.pictureParked(); }
 
-    /// Makes a change and puts it on the history (see TUndoRedoStack::run). The commands are in editor/commands/.
-    Status run(std::unique_ptr<UndoCommand> command, Gesture gesture = 0);
+    /// Makes a change and puts it on the history (see TUndoRedoStack::run), as a step of its own or as a part of an
+    /// interaction. The commands are in editor/commands/.
+    Status run(std::unique_ptr<UndoCommand> command);
+    Status run(std::unique_ptr<UndoCommand> command, Gesture& gesture);
     Status undo();
     Status redo();
     [[nodiscard]] const TUndoRedoStack& history() const { return history_; }
-    /// A number for run() that belongs to no earlier change.
-    Gesture newGesture() { return ++lastGesture_; }
+    /// An interaction that no change so far belongs to.
+    [[nodiscard]] Gesture beginGesture() { return Gesture(++lastGesture_); }
+    /// Whether what would be undone next was done by this interaction.
+    [[nodiscard]] bool newestIs(const Gesture& gesture) const {
+        return gesture.used() && history_.newestIs(gesture.number());
+    }
     /// What is changed from now on is a step of its own.
     void endGesture() { history_.endGesture(); }
     /// Uses free time to deflate what the history keeps; a few milliseconds a call, false when all is done.
@@ -95,7 +102,7 @@ private:
     std::optional<uint64_t> savedState_;
     std::vector<std::pair<int, Observer>> observers_;
     int lastObserver_ = 0;
-    Gesture lastGesture_ = 0;
+    GestureNumber lastGesture_ = 0;
     uint64_t revision_ = 0;
 };
 

@@ -5,7 +5,7 @@
 
 namespace glimmer {
 
-Status TUndoRedoStack::run(std::unique_ptr<UndoCommand> command, Gesture gesture) {
+Status TUndoRedoStack::run(std::unique_ptr<UndoCommand> command, GestureNumber gesture) {
     compactAll();
     if (Status applied = command->apply(content_); !applied) return applied;
     steps_.resize(done_);

@@ -42,12 +42,12 @@ public:
 
 /// Which changes belong together: those made with the same gesture number other than 0 (one drag, one slider pull,
 /// one stretch of typing) become one step.
-using Gesture = uint32_t;
+using GestureNumber = uint32_t;
 
 /// One step of the history.
 struct _TUndoRedoStruct {  // NOLINT(bugprone-reserved-identifier): the record's name throughout the program
     std::unique_ptr<UndoCommand> command;
-    Gesture gesture = 0;
+    GestureNumber gesture = 0;
     uint64_t serial = 0;  ///< counts the states of the capture, so that the saved one is known again
 };
 
@@ -58,7 +58,7 @@ public:
 
     /// Applies the command and puts it on the history; what could have been redone is forgotten. On failure
     /// nothing has changed.
-    Status run(std::unique_ptr<UndoCommand> command, Gesture gesture = 0);
+    Status run(std::unique_ptr<UndoCommand> command, GestureNumber gesture = 0);
     /// One step back or forth; nothing happens at the end of the history.
     Status undo();
     Status redo();
@@ -70,7 +70,9 @@ public:
     /// Steps that can be undone.
     [[nodiscard]] size_t depth() const { return done_; }
     /// Whether the step that would be undone next belongs to this gesture.
-    [[nodiscard]] bool newestIs(Gesture gesture) const { return done_ > 0 && steps_[done_ - 1].gesture == gesture; }
+    [[nodiscard]] bool newestIs(GestureNumber gesture) const {
+        return done_ > 0 && steps_[done_ - 1].gesture == gesture;
+    }
     /// The next command starts a step of its own, whatever its gesture.
     void endGesture() { merging_ = false; }
 

@@ -60,6 +60,18 @@ void fitLabel(TBBShape& shape, TextPainter& painter) {
     shape.setLabelSize(TTextObject::labelSize({width, needed.height}));
 }
 
+void fitChangedLabel(const TBBShape& before, TBBShape& after, TextPainter& painter) {
+    const auto collapse = [](TBBShape& shape) {
+        Rect& label = shape.text.rectangle;
+        label = {label.left, label.top, label.left, label.top};
+    };
+    TBBShape natural = before;
+    collapse(natural);
+    fitLabel(natural, painter);
+    if (natural.text.rectangle.width() == before.text.rectangle.width()) collapse(after);
+    fitLabel(after, painter);
+}
+
 void fitLabelUnwrapped(TBBShape& shape, TextPainter& painter) {
     TTextObject& label = shape.text;
     const Size natural = painter.measure(label.settings, label.text, 0);

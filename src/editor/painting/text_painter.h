@@ -63,6 +63,9 @@ constexpr int32_t initialLabelTextWidth = 240;
 /// Gives a label the height that its text needs at its width; a label without a width first gets that of its text,
 /// initialLabelTextWidth at most. Lays the annotation out again.
 void fitLabel(TBBShape& shape, TextPainter& painter);
+/// Fits the label of `after` to a text or font that was changed since `before`. A label that was just as wide as its
+/// text stays so; one that was given a width keeps it and wraps.
+void fitChangedLabel(const TBBShape& before, TBBShape& after, TextPainter& painter);
 /// The same for a label that may be as wide as its text is: address and title stamps.
 void fitLabelUnwrapped(TBBShape& shape, TextPainter& painter);
 

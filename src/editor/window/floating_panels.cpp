@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "editor/window/placing.h"
+
 namespace glimmer {
 
 FloatingPanels::FloatingPanels(wxWindow* form, wxWindow* panels)
@@ -32,10 +34,9 @@ void FloatingPanels::place(AnnotationId selected, const wxRect& owner, bool foll
         const wxRect screen = wxDisplay(static_cast<unsigned>(std::max(0, display))).GetClientArea();
         const wxSize size = GetSize();
         const int gap = FromDIP(12);
-        int x = owner.GetRight() + gap;
-        if (x + size.x > screen.GetRight()) x = owner.x - gap - size.x;
-        SetPosition({std::clamp(x, screen.x, std::max(screen.x, screen.GetRight() - size.x)),
-                     std::clamp(owner.y, screen.y, std::max(screen.y, screen.GetBottom() - size.y))});
+        const int x = placedBeside(owner.x, owner.GetRight(), size.x, screen.GetRight(), gap);
+        SetPosition({placedWithin(x, size.x, screen.x, screen.GetRight()),
+                     placedWithin(owner.y, size.y, screen.y, screen.GetBottom())});
         placed_ = true;
     }
     placedFor_ = selected;

@@ -9,7 +9,7 @@
 
 #include "common/system_library.h"
 #include "editor/labels/label_control.h"
-#include "editor/window/uEditor.h"
+#include "editor/window/editing_form.h"
 
 namespace glimmer {
 
@@ -60,6 +60,10 @@ private:
     bool composing_ = false;
 };
 
+LabelEditor::LabelEditor(EditingForm& form, wxWindow* canvas) : form_(form), canvas_(canvas) {
+    tmrEditingAnnotation_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { takeText(); });
+}
+
 bool LabelEditor::owns(const wxWindow* window) const { return edit_ != nullptr && window == edit_; }
 
 bool LabelEditor::composing() const { return edit_ != nullptr && edit_->composing(); }
@@ -87,9 +91,12 @@ void LabelEditor::begin(AnnotationId id) {
     edit_->Show();
     edit_->SetFocus();
     edit_->SelectAll();
+    constexpr int interval = 500;  // milliseconds
+    tmrEditingAnnotation_.Start(interval);
 }
 
 void LabelEditor::end() {
+    tmrEditingAnnotation_.Stop();
     edit_->endComposition();
     takeText();
     id_ = noAnnotation;

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+#include "editor/window/placing.h"
+
 namespace glimmer {
 
 PickerWindow::PickerWindow(wxWindow* parent, const wxString& title, const char* name)
@@ -28,11 +30,9 @@ void PickerWindow::openAt(const wxRect& owner) {
     const int index = wxDisplay::GetFromPoint(owner.GetTopLeft());
     const wxRect screen = wxDisplay(static_cast<unsigned>(std::max(0, index))).GetClientArea();
     const wxSize size = GetSize();
-    wxPoint at = owner.GetBottomLeft() + wxPoint(0, FromDIP(2));
-    if (at.y + size.y > screen.GetBottom()) at.y = owner.y - size.y - FromDIP(2);
-    at.x = std::clamp(at.x, screen.x, std::max(screen.x, screen.GetRight() - size.x));
-    at.y = std::clamp(at.y, screen.y, std::max(screen.y, screen.GetBottom() - size.y));
-    SetPosition(at);
+    const int y = placedBeside(owner.y, owner.GetBottom(), size.y, screen.GetBottom(), FromDIP(2));
+    SetPosition({placedWithin(owner.x, size.x, screen.x, screen.GetRight()),
+                 placedWithin(y, size.y, screen.y, screen.GetBottom())});
     Show();
     SetFocus();
 }

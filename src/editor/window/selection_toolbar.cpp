@@ -9,7 +9,8 @@
 #include "common/assertion.h"
 #include "common/contrast.h"
 #include "common/tool_button.h"
-#include "editor/window/uEditor.h"
+#include "editor/window/editing_form.h"
+#include "editor/window/placing.h"
 #include "settings/options.h"
 
 namespace glimmer {
@@ -54,7 +55,7 @@ constexpr Row rows[] = {
 
 }  // namespace
 
-SelectionToolbar::SelectionToolbar(TEditForm& form, wxWindow* canvas) : form_(form) {
+SelectionToolbar::SelectionToolbar(EditingForm& form, wxWindow* canvas) : form_(form) {
     Hide();
     Create(canvas, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SIMPLE | wxTAB_TRAVERSAL, "pnlSelectionIcons");
 }
@@ -89,7 +90,7 @@ void SelectionToolbar::makeButtons() {
         auto* button = new ToolButton(tbShapes, row.name, look, row.tag);
         button->Bind(wxEVT_BUTTON, [this, button, command = row.command](wxCommandEvent&) {
             if (button->tag() != 0)
-                onBmpOperation(*button);
+                onBmpOperation(button->tag());
             else
                 form_.executeCommand(command);
         });
@@ -110,36 +111,11 @@ void SelectionToolbar::makeButtons() {
     });
 }
 
-/// One handler for all operations; the button's tag selects.
-void SelectionToolbar::onBmpOperation(const ToolButton& button) {
-    switch (button.tag()) {
-        case 1:
-            form_.executeCommand(EditCommand::Fill);
-            break;
-        case 2:
-            form_.executeCommand(EditCommand::Crop);
-            break;
-        case 3:
-            form_.executeCommand(EditCommand::Annotate);
-            break;
-        case 4:
-            form_.executeCommand(EditCommand::Blur);
-            break;
-        case 5:
-            form_.executeCommand(EditCommand::Grayscale);
-            break;
-        case 6:
-            form_.executeCommand(EditCommand::Invert);
-            break;
-        case 7:
-            form_.executeCommand(EditCommand::Glow);
-            break;
-        case 8:
-            form_.executeCommand(EditCommand::Interlace);
-            break;
-        default:
-            GLIMMER_ASSERT(false, "1 == 2", "uEditor");
-    }
+/// One handler for all operations; the button's tag selects, and is the command's number.
+void SelectionToolbar::onBmpOperation(int tag) {
+    const bool known = tag >= static_cast<int>(EditCommand::Fill) && tag <= static_cast<int>(EditCommand::Interlace);
+    GLIMMER_ASSERT(known, "1 == 2", "uEditor");
+    form_.executeCommand(static_cast<EditCommand>(tag));
 }
 
 void SelectionToolbar::imgDragHandleMouseDown(wxMouseEvent& event) {
@@ -168,11 +144,9 @@ void SelectionToolbar::place() {
         const wxSize size = GetSize();
         const int gap = FromDIP(8);
         // Right of the selection, else left of it, else inside its right edge.
-        int x = area.right + gap;
-        if (x + size.x > room.x) x = area.left - gap - size.x;
+        int x = placedBeside(area.left, area.right, size.x, room.x, gap);
         if (x < 0) x = std::min(area.right, room.x) - gap - size.x;
-        const int y = std::clamp(area.top, gap, std::max(gap, room.y - size.y - gap));
-        SetPosition({std::clamp(x, 0, std::max(0, room.x - size.x)), y});
+        SetPosition({placedWithin(x, size.x, 0, room.x), placedWithin(area.top, size.y, gap, room.y - gap)});
     }
     Show();
 }

@@ -2,7 +2,8 @@
 
 #include <functional>
 
-#include "editor/window/uEditor.h"
+#include "editor/window/editing_form.h"
+#include "editor/window/shape_captions.h"
 
 namespace glimmer {
 
@@ -11,7 +12,7 @@ namespace {
 /// Fills menus whose items act by a function each.
 class Builder {
 public:
-    explicit Builder(TEditForm& form) : form_(form) {}
+    explicit Builder(EditingForm& form) : form_(form) {}
 
     wxMenuItem* item(wxMenu& menu, const wxString& text, std::function<void()> act, bool enabled = true) {
         wxMenuItem* made = menu.Append(wxID_ANY, text);
@@ -22,14 +23,14 @@ public:
     }
 
     void command(wxMenu& menu, const wxString& text, EditCommand what) {
-        TEditForm& form = form_;
+        EditingForm& form = form_;
         item(
             menu, text, [&form, what] { form.executeCommand(what); }, form.canExecute(what));
     }
 
     /// A marked or unmarked choice that changes a setting.
     void choice(wxMenu& menu, const wxString& text, bool marked, std::function<void(TShapeStyle&)> change) {
-        TEditForm& form = form_;
+        EditingForm& form = form_;
         wxMenuItem* made = menu.AppendCheckItem(wxID_ANY, text);
         made->Check(marked);
         menu.Bind(
@@ -39,29 +40,29 @@ public:
     }
 
 private:
-    TEditForm& form_;
+    EditingForm& form_;
 };
 
 wxMenu* lineEndMenu(Builder& builder, bool front, LineEnd now) {
     auto* menu = new wxMenu;
-    constexpr const char* ends[] = {"None", "Arrow", "Bullet"};
-    for (int tag = 1; tag <= 3; ++tag) {
-        const auto end = static_cast<LineEnd>(tag);
-        builder.choice(*menu, ends[tag - 1], now == end,
+    int tag = 0;
+    for (const LineEndCaption& each : lineEnds) {
+        const auto end = static_cast<LineEnd>(++tag);
+        builder.choice(*menu, each.caption, now == end,
                        [front, end](TShapeStyle& style) { (front ? style.line.front : style.line.back) = end; });
     }
     return menu;
 }
 
-wxMenu* shapeMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
+wxMenu* shapeMenu(EditingForm& form, Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
     builder.choice(*menu, "Show", now.shape.visible,
                    [shown = now.shape.visible](TShapeStyle& style) { style.shape.visible = !shown; });
-    constexpr const char* kinds[] = {"Filled rectangle", "Rectangle", "Filled ellipse", "Ellipse", "Drawing"};
     auto* kind = new wxMenu;
-    for (int tag = 1; tag <= 5; ++tag) {
-        const auto value = static_cast<ShapeKind>(tag);
-        wxMenuItem* made = kind->AppendCheckItem(wxID_ANY, kinds[tag - 1]);
+    int tag = 0;
+    for (const ShapeKindCaption& each : shapeKinds) {
+        const auto value = static_cast<ShapeKind>(++tag);
+        wxMenuItem* made = kind->AppendCheckItem(wxID_ANY, each.caption);
         made->Check(now.shape.kind == value);
         kind->Bind(
             wxEVT_MENU, [&form, value](wxCommandEvent&) { form.controller().changeKind(value); }, made->GetId());
@@ -107,7 +108,7 @@ wxMenu* lineMenu(Builder& builder, const TShapeStyle& now) {
     return menu;
 }
 
-wxMenu* numberMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
+wxMenu* numberMenu(EditingForm& form, Builder& builder, const TShapeStyle& now) {
     auto* menu = new wxMenu;
     builder.choice(*menu, "Show", now.number.visible,
                    [shown = now.number.visible](TShapeStyle& style) { style.number.visible = !shown; });
@@ -133,7 +134,7 @@ wxMenu* numberMenu(TEditForm& form, Builder& builder, const TShapeStyle& now) {
 
 }  // namespace
 
-std::unique_ptr<wxMenu> makeShapeMenu(TEditForm& form) {
+std::unique_ptr<wxMenu> makeShapeMenu(EditingForm& form) {
     auto menu = std::make_unique<wxMenu>();
     Builder builder(form);
     builder.command(*menu, "Add annotation\tIns", EditCommand::AddAnnotation);

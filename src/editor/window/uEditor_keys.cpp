@@ -52,6 +52,18 @@ std::optional<Key> keyOf(int code) {
     return std::nullopt;
 }
 
+/// Whether a key may be the canvas's while that control has the focus. Plain keys belong to the control.
+bool passes(Key key, Modifiers held, const wxWindow* focus) {
+    const bool text = dynamic_cast<const wxTextEntry*>(focus) != nullptr;
+    if (text && !held.alt && key != Key::Escape) return false;
+    if (held.ctrl || held.alt || key == Key::Insert || key == Key::Escape) return true;
+    // The digits and Del are of no use to a box, a button or a slider that was just clicked; a list looks for what
+    // begins with a digit.
+    const bool looksFor = text || dynamic_cast<const wxItemContainerImmutable*>(focus) != nullptr;
+    const bool digit = key >= letter('1') && key <= letter('4');
+    return !looksFor && !held.shift && (digit || key == Key::Delete);
+}
+
 }  // namespace
 
 void TEditForm::takeFocus(bool fromBehind) {
@@ -80,116 +92,105 @@ bool TEditForm::scrollByKey(int code, Modifiers held) {
         if (code != way.key && code != way.onPad) continue;
         const std::optional<Jump> jump = held.ctrl ? way.withCtrl : way.plain;
         if (!jump) return false;
-        constexpr int32_t kept = 40;  // two steps of the arrow keys
+        constexpr int32_t kept = 2 * CanvasView::scrollIncrement;
         scrollTo(view_.jumped(*jump, kept));
         return true;
     }
     return false;
 }
 
-bool TEditForm::FormKeyDown(wxKeyEvent& event) {
-    const wxWindow* focus = FindFocus();
-    if (labelEditor_->owns(focus)) {
-        // An input method has them all: Esc gives up what it composes, and not the label.
-        if (labelEditor_->composing()) return false;
-        // The label's own editor has the keys, but for the one that ends it.
-        if (event.GetKeyCode() == WXK_ESCAPE || (event.GetKeyCode() == WXK_RETURN && event.ControlDown())) {
-            finishTextEdit();
-            pbScreen_->SetFocus();
+/// The label's own editor has the keys, but for the ones that end it.
+bool TEditForm::keyInLabel(const wxKeyEvent& event) {
+    // An input method has them all: Esc gives up what it composes, and not the label.
+    if (labelEditor_->composing()) return false;
+    const bool ends = event.GetKeyCode() == WXK_ESCAPE || (event.GetKeyCode() == WXK_RETURN && event.ControlDown());
+    if (!ends) return false;
+    finishTextEdit();
+    pbScreen_->SetFocus();
+    return true;
+}
+
+bool TEditForm::zoomByKey(int code, Modifiers held) {
+    if (!held.ctrl || held.alt) return false;
+    switch (code) {
+        case '+':
+        case '=':
+        case WXK_NUMPAD_ADD:
+            zoomIn();
             return true;
-        }
-        return false;
-    }
-    const Modifiers held{event.ShiftDown(), event.ControlDown(), event.AltDown()};
-    const int code = event.GetKeyCode();
-    if (held.ctrl && !held.alt) {
-        switch (code) {
-            case '+':
-            case '=':
-            case WXK_NUMPAD_ADD:
-                zoomIn();
-                return true;
-            case '-':
-            case WXK_NUMPAD_SUBTRACT:
-                zoomOut();
-                return true;
-            case '0':
-            case WXK_NUMPAD0:
-                zoomTo(100);
-                return true;
-            case '1':
-            case WXK_NUMPAD1:
-                zoomToFit(CanvasView::Fit::Page);
-                return true;
-            case '2':
-            case WXK_NUMPAD2:
-                zoomToFit(CanvasView::Fit::Width);
-                return true;
-            default:
-                break;
-        }
-    }
-    if (code == WXK_F6) {
-        // From the canvas on to the panels, back from them; the other ways lead out of here.
-        const bool fromPanels = panels_->IsDescendant(const_cast<wxWindow*>(focus));
-        if (fromPanels != held.shift) return false;
-        takeFocus(!fromPanels);
-        return true;
-    }
-    if (code == WXK_WINDOWS_MENU || (code == WXK_F10 && held.shift)) {
-        const TBBShape* shape = document_->selectedAnnotation();
-        const Rect place = shape == nullptr ? Rect{} : view_.toView(shape->handleRect().normalized());
-        popUpShapeMenu(shape == nullptr ? viewCentre() : Point{place.right, place.bottom});
-        return true;
-    }
-    const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
-    if (onCanvas && scrollByKey(code, held)) return true;
-    const std::optional<Key> key = keyOf(code);
-    if (!key) return false;
-    // Elsewhere than on the canvas, plain keys belong to the control that has the focus.
-    const bool command = held.ctrl || held.alt || *key == Key::Insert || *key == Key::Escape;
-    // The digits and Del are of no use to a box, a button or a slider that was just clicked; a list looks for what
-    // begins with a digit.
-    const bool digit = *key >= letter('1') && *key <= letter('4');
-    const bool typing = dynamic_cast<const wxTextEntry*>(focus) != nullptr ||
-                        dynamic_cast<const wxItemContainerImmutable*>(focus) != nullptr;
-    const bool free = !typing && !held.shift && (digit || *key == Key::Delete);
-    if (!onCanvas && !command && !free) return false;
-    if (!onCanvas && dynamic_cast<const wxTextEntry*>(focus) != nullptr && !held.alt && *key != Key::Escape)
-        return false;
-    if (held.ctrl && !held.alt && !held.shift) {
-        if (*key == letter('C')) return executeCommand(EditCommand::Copy);
-        if (*key == letter('X')) return executeCommand(EditCommand::Cut);
-        if (*key == letter('V')) return executeCommand(EditCommand::Paste);
-    }
-    if (*key == Key::Backspace && held == Modifiers{false, false, true}) {
-        if (!document_->annotations().empty()) mnuNumberSetClick();
-        return true;
-    }
-    if (controller_->key(*key, held)) return true;
-    if (!onCanvas) return false;
-    if (*key == Key::Tab && !command) {  // there is no annotation to go to
-        return scrollBox_->Navigate(held.shift ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
-    }
-    Point to = view_.scroll();
-    switch (*key) {
-        case Key::Left:
-            to.x -= 20;
-            break;
-        case Key::Right:
-            to.x += 20;
-            break;
-        case Key::Up:
-            to.y -= 20;
-            break;
-        case Key::Down:
-            to.y += 20;
-            break;
+        case '-':
+        case WXK_NUMPAD_SUBTRACT:
+            zoomOut();
+            return true;
+        case '0':
+        case WXK_NUMPAD0:
+            zoomTo(100);
+            return true;
+        case '1':
+        case WXK_NUMPAD1:
+            zoomToFit(CanvasView::Fit::Page);
+            return true;
+        case '2':
+        case WXK_NUMPAD2:
+            zoomToFit(CanvasView::Fit::Width);
+            return true;
         default:
             return false;
     }
-    scrollTo(to);
+}
+
+/// From the canvas on to the panels, back from them; the other ways lead out of here.
+bool TEditForm::focusByKey(int code, Modifiers held) {
+    if (code != WXK_F6) return false;
+    const bool fromPanels = panels_->IsDescendant(FindFocus());
+    if (fromPanels != held.shift) return false;
+    takeFocus(!fromPanels);
     return true;
+}
+
+bool TEditForm::menuByKey(int code, Modifiers held) {
+    if (code != WXK_WINDOWS_MENU && (code != WXK_F10 || !held.shift)) return false;
+    const TBBShape* shape = document_->selectedAnnotation();
+    const Rect place = shape == nullptr ? Rect{} : view_.toView(shape->handleRect().normalized());
+    popUpShapeMenu(shape == nullptr ? viewCentre() : Point{place.right, place.bottom});
+    return true;
+}
+
+/// Copy, cut, paste, and the list of numbers: what is the window's to do.
+bool TEditForm::clipboardByKey(Key key, Modifiers held) {
+    if (key == Key::Backspace && held == Modifiers{false, false, true}) {
+        if (!document_->annotations().empty()) mnuNumberSetClick();
+        return true;
+    }
+    if (held != Modifiers{false, true, false}) return false;
+    if (key == letter('C')) return executeCommand(EditCommand::Copy);
+    if (key == letter('X')) return executeCommand(EditCommand::Cut);
+    return key == letter('V') && executeCommand(EditCommand::Paste);
+}
+
+/// What the controller has no use for: Tab, with no annotation to go to, leaves the canvas; arrows scroll.
+bool TEditForm::leaveOrScrollByKey(Key key, Modifiers held) {
+    if (key == Key::Tab && !held.ctrl && !held.alt)
+        return scrollBox_->Navigate(held.shift ? wxNavigationKeyEvent::IsBackward : wxNavigationKeyEvent::IsForward);
+    const std::optional<Point> way = KeyMoves::way(key, {});
+    if (!way) return false;
+    const Point from = view_.scroll();
+    scrollTo({from.x + way->x * CanvasView::scrollIncrement, from.y + way->y * CanvasView::scrollIncrement});
+    return true;
+}
+
+bool TEditForm::FormKeyDown(wxKeyEvent& event) {
+    const wxWindow* focus = FindFocus();
+    if (labelEditor_->owns(focus)) return keyInLabel(event);
+    const Modifiers held{event.ShiftDown(), event.ControlDown(), event.AltDown()};
+    const int code = event.GetKeyCode();
+    if (zoomByKey(code, held) || focusByKey(code, held) || menuByKey(code, held)) return true;
+    const bool onCanvas = focus == nullptr || focus == pbScreen_ || focus == scrollBox_ || focus == this;
+    if (onCanvas && scrollByKey(code, held)) return true;
+    const std::optional<Key> key = keyOf(code);
+    if (!key || (!onCanvas && !passes(*key, held, focus))) return false;
+    if (clipboardByKey(*key, held) || controller_->key(*key, held)) return true;
+    return onCanvas && leaveOrScrollByKey(*key, held);
 }
 
 }  // namespace glimmer

@@ -20,8 +20,8 @@ namespace {
 
 constexpr int scrollingInterval = 50;     // milliseconds
 constexpr int canvasCursorInterval = 10;  // milliseconds
-constexpr int scrollIncrement = 20;       // device pixels
-constexpr int mostLines = 1000;           // that a notch scrolls by; Windows offers 100
+constexpr int scrollIncrement = CanvasView::scrollIncrement;
+constexpr int mostLines = 1000;  // that a notch scrolls by; Windows offers 100
 
 Modifiers heldKeys(const wxKeyboardState& state) { return {state.ShiftDown(), state.ControlDown(), state.AltDown()}; }
 
@@ -76,7 +76,6 @@ bool TEditForm::carryAway(Point at) {
     finishEditing();
     const TBBShape copy = *shape;
     document_->selectAnnotation(copy.id());
-    stateChanged();
     const Waiting here(*this);
     dragAnnotation(pbScreen_, copy);
     return true;
@@ -84,15 +83,15 @@ bool TEditForm::carryAway(Point at) {
 
 std::optional<Point> TEditForm::pointerPosition() const {
     const bool over =
-        pointerInside_ && Rect{0, 0, document_->size().width, document_->size().height}.contains(pointer_);
-    return over ? std::optional(pointer_) : std::nullopt;
+        pointer_.inside && Rect{0, 0, document_->size().width, document_->size().height}.contains(pointer_.at);
+    return over ? std::optional(pointer_.at) : std::nullopt;
 }
 
 void TEditForm::pbScreenMouseMove(wxMouseEvent& event) {
-    pointer_ = picturePoint(event);
-    pointerInside_ = pointerDirty_ = true;
-    controller_->move(pointer_, heldKeys(event));
-    showCursor(pointer_);
+    pointer_.at = picturePoint(event);
+    pointer_.inside = pointer_.moved = true;
+    controller_->move(pointer_.at, heldKeys(event));
+    showCursor(pointer_.at);
     if (!tmrCanvasCursor_.IsRunning() && controller_->dragging()) tmrCanvasCursor_.Start(canvasCursorInterval);
 }
 
@@ -128,9 +127,9 @@ void TEditForm::tmrScrollingTimer() {
     };
     const Point by{way(at.x, window.width), way(at.y, window.height)};
     if (by.x != 0 || by.y != 0) scrollTo({view_.scroll().x + by.x, view_.scroll().y + by.y});
-    pointer_ = view_.toPicture(Point{at.x, at.y});
-    pointerDirty_ = true;
-    controller_->move(pointer_, heldKeys(wxGetMouseState()));
+    pointer_.at = view_.toPicture(Point{at.x, at.y});
+    pointer_.moved = true;
+    controller_->move(pointer_.at, heldKeys(wxGetMouseState()));
 }
 
 /// Keeps the cursor right during a drag, when a key or the picture under it changes without the mouse moving.
@@ -139,7 +138,7 @@ void TEditForm::tmrCanvasCursorTimer() {
         tmrCanvasCursor_.Stop();
         return;
     }
-    showCursor(pointer_);
+    showCursor(pointer_.at);
 }
 
 void TEditForm::showCursor(Point at) {
@@ -167,9 +166,23 @@ void TEditForm::showCursor(Point at) {
         return wxCURSOR_ARROW;
     };
     const CanvasCursor cursor = controller_->cursorAt(at);
-    if (cursor == shownCursor_) return;
-    shownCursor_ = cursor;
+    if (cursor == pointer_.cursor) return;
+    pointer_.cursor = cursor;
     pbScreen_->SetCursor(wxCursor(stock(cursor)));
+}
+
+/// The place under the pointer stays there.
+void TEditForm::zoomByWheel(const wxMouseEvent& event, int32_t steps) {
+    const wxPoint screen = static_cast<wxWindow*>(event.GetEventObject())->ClientToScreen(event.GetPosition());
+    const wxPoint at = pbScreen_->ScreenToClient(screen);
+    CanvasView next = view_;
+    for (int32_t i = std::abs(steps); i > 0; --i) {
+        if (steps > 0)
+            next.zoomIn({});
+        else
+            next.zoomOut({});
+    }
+    setZoom(next.zoom(), {at.x, at.y});
 }
 
 void TEditForm::scrollBoxMouseWheel(wxMouseEvent& event) {
@@ -177,16 +190,7 @@ void TEditForm::scrollBoxMouseWheel(wxMouseEvent& event) {
     const int32_t rotation = event.GetWheelRotation();
     if (event.ControlDown()) {
         const int32_t steps = wheel_.turn(WheelTurns::Use::Zoom, rotation, 1, now);
-        const wxPoint screen = static_cast<wxWindow*>(event.GetEventObject())->ClientToScreen(event.GetPosition());
-        const wxPoint at = pbScreen_->ScreenToClient(screen);
-        CanvasView next = view_;
-        for (int32_t i = std::abs(steps); i > 0; --i) {
-            if (steps > 0)
-                next.zoomIn({});
-            else
-                next.zoomOut({});
-        }
-        setZoom(next.zoom(), {at.x, at.y});
+        zoomByWheel(event, steps);
         return;
     }
     const bool tilted = event.GetWheelAxis() == wxMOUSE_WHEEL_HORIZONTAL;
