@@ -5,7 +5,7 @@
 #include <cstdlib>
 
 #include "common/files.h"
-#include "editor/recovery/recovery.h"
+#include "editor/recovery/recovery_writer.h"
 #include "recovery_victim.h"
 
 int main(int count, char** arguments) {

@@ -46,7 +46,7 @@ void WorkingPicture::invalidateAll() {
     dirty_ = Region::rectangle(whole(document_.size()));
 }
 
-Status WorkingPicture::refresh(const Rect& area, const Ink& ink) {
+Status WorkingPicture::refresh(const Rect& area, const LiveInk& ink) {
     if (std::exchange(inked_, ink.id) != ink.id) invalidateAll();
     if (bitmap_.size() != document_.size()) {
         bitmap_ = TBitmap();
@@ -66,7 +66,7 @@ Status WorkingPicture::refresh(const Rect& area, const Ink& ink) {
     return {};
 }
 
-void WorkingPicture::paint(const Rect& area, const Ink& ink) {
+void WorkingPicture::paint(const Rect& area, const LiveInk& ink) {
     const TBitmap& background = document_.background();
     for (int32_t y = area.top; y < area.bottom; ++y) {
         const size_t offset = static_cast<size_t>(area.left) * 4;

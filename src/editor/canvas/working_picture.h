@@ -7,6 +7,13 @@
 
 namespace glimmer {
 
+/// Ink that is being drawn.
+struct LiveInk {
+    const TBitmap* bitmap = nullptr;  ///< painted above everything, straight alpha; or nothing
+    Point at;                         ///< its top-left corner
+    AnnotationId id = noAnnotation;   ///< whose shape is not painted meanwhile, or noAnnotation
+};
+
 /// The working copy of a capture's picture: the background with the annotations painted on it, transparent places on
 /// a chequered ground, opaque throughout. What is out of date is noted, and painted again when it is asked for.
 class WorkingPicture {
@@ -22,20 +29,13 @@ public:
     void invalidateAll();
     /// Display options, and the annotation whose label is not painted; the caller invalidates.
     PaintOptions options;
-    /// What is being drawn.
-    struct Ink {
-        const TBitmap* bitmap = nullptr;  ///< painted above everything, straight alpha; or nothing
-        Point at;                         ///< its top-left corner
-        AnnotationId id = noAnnotation;   ///< whose shape is not painted meanwhile, or noAnnotation
-    };
-
     /// Paints what is out of date inside `area` into the copy; its pixels inside `area` are good. Fails for want of
     /// memory. The caller invalidates what the ink changes, but for the annotation it belongs to.
-    Status refresh(const Rect& area, const Ink& ink = {});
+    Status refresh(const Rect& area, const LiveInk& ink = {});
     [[nodiscard]] const TBitmap& bitmap() const { return bitmap_; }
 
 private:
-    void paint(const Rect& area, const Ink& ink);
+    void paint(const Rect& area, const LiveInk& ink);
 
     const CaptureDocument& document_;
     TextPainter& text_;

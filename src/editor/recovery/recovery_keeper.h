@@ -6,12 +6,13 @@
 #include <optional>
 #include <vector>
 
-#include "editor/recovery/recovery.h"
+#include "editor/recovery/recovery_store.h"
+#include "editor/recovery/recovery_writer.h"
 
 namespace glimmer {
 
-/// Keeps all open captures of one run in the recovery folder (recovery.h), a piece of work at a time. The captures
-/// outlive the object or are taken out before they go.
+/// Keeps all open captures of one run in the recovery folder (recovery_store.h), a piece of work at a time. The
+/// captures outlive the object or are taken out before they go.
 class RecoveryKeeper {
 public:
     /// A capture that was kept rests this long before its next changes are written, so that a drag or fast typing is

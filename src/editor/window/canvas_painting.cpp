@@ -4,6 +4,7 @@
 #include <wx/msw/wrapwin.h>
 #include <wx/region.h>
 #include <wx/settings.h>
+#include <wx/window.h>
 
 #include <new>
 #include <utility>
@@ -80,7 +81,7 @@ void CanvasPainting::paint(const CanvasController& controller) {
     wxPaintDC dc(&window_);
     const wxSize size = window_.GetClientSize();
     if (size.x < 1 || size.y < 1 || !surface_.ensure({size.x, size.y})) return;
-    WorkingPicture::Ink ink{nullptr, {}, controller.inkedId()};
+    LiveInk ink{nullptr, {}, controller.inkedId()};
     if (const InkLayer* layer = controller.ink()) {
         ink.bitmap = &layer->bitmap();
         ink.at = layer->at();
