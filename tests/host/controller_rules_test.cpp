@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "capture/memory_guard.h"
+#include "capture/new_document.h"
 #include "capture/stamps.h"
 #include "editor/annotations/shapes_list.h"
 #include "editor/painting/cairo_text_painter.h"
+#include "support/pictures.h"
 
 namespace glimmer {
 namespace {
@@ -47,6 +49,27 @@ TEST(Stamps, StandBelowOneAnotherAndNeedAnAddress) {
             top += stamps[i].text.rectangle.height() + 5;
         }
     }
+}
+
+TEST(NewDocument, IsNamedCutAndMarkedAsItsPageAndPointerSay) {
+    CairoTextPainter painter;
+    const auto make = [&painter](const std::string& url, const std::string& title, std::optional<Point> pointer) {
+        std::optional<MouseCursor> cursor;
+        if (pointer) cursor = MouseCursor{test::plain(8, 8, rgb(0, 0, 0)), *pointer};
+        return newDocument(test::plain(40, 30, rgb(1, 2, 3)), url, title, 7, std::move(cursor), {true, false, "Arial"},
+                           painter)
+            .take();
+    };
+    const auto page = make("http://a/", "", Point{36, 26});
+    EXPECT_EQ(page->info().name, "Untitled");
+    EXPECT_EQ(page->info().captured, 7);
+    ASSERT_EQ(page->annotations().size(), 2U) << "the address, and the pointer that is partly in the picture";
+    EXPECT_EQ(page->annotations()[1].shape.rectangle.left, 36);
+    EXPECT_EQ(make("", "Page", Point{-8, 40})->annotations().size(), 0U) << "a pointer beside it";
+    // A project of many must stay small enough.
+    const auto longest = make(std::string(1U << 20U, 'a'), std::string(9000, 't'), {});
+    EXPECT_EQ(longest->info().url.size(), 8192U);
+    EXPECT_EQ(longest->info().title.size(), 8192U);
 }
 
 }  // namespace
