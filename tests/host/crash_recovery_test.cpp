@@ -8,7 +8,7 @@
 #include <string>
 
 #include "common/files.h"
-#include "editor/recovery/recovery_store.h"
+#include "editor/recovery/recovery_manifest.h"
 #include "support/child_process.h"
 #include "support/windows/host_windows.h"
 #include "support/windows/hosted_library.h"
