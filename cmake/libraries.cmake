@@ -50,6 +50,12 @@ if(WIN32)
         ClosePrinter@4 DocumentPropertiesW@24 GetPrinterW@20 OpenPrinterW@12)
     glimmer_delayed_library(delayed_oleacc OLEACC.DLL CreateStdAccessibleObject@16 LresultFromObject@12)
     glimmer_delayed_library(delayed_winmm WINMM.DLL PlaySoundW@12)
+    glimmer_delayed_library(delayed_wininet WININET.DLL
+        FtpOpenFileW@20 HttpAddRequestHeadersW@16 HttpEndRequestW@16 HttpOpenRequestW@32 HttpQueryInfoW@20
+        HttpSendRequestExW@20 HttpSendRequestW@20 InternetAttemptConnect@4 InternetCloseHandle@4 InternetConnectW@32
+        InternetGetLastResponseInfoW@12 InternetOpenW@20 InternetQueryDataAvailable@16
+        InternetQueryOptionW@16 InternetReadFile@16
+        InternetSetCookieW@12 InternetSetOptionW@16 InternetSetStatusCallbackW@8 InternetWriteFile@16)
     # src/common/delayed_libraries.cpp says where they are loaded from; the linker's own empty answer comes after it.
     set(delayed_hook -Wl,-u,__pfnDliNotifyHook2)
     if(CMAKE_SIZEOF_VOID_P EQUAL 4)
@@ -69,5 +75,5 @@ if(WIN32)
         endif()
     endforeach()
     target_link_libraries(glimmer_dep_wx INTERFACE ${delayed_hook} ${wx_archives} ${delayed_comdlg32} ${delayed_winspool}
-        ${delayed_oleacc} ${delayed_winmm} ${wx_libs} PNG::PNG JPEG::JPEG ZLIB::ZLIB comctl32 uxtheme oleacc)
+        ${delayed_oleacc} ${delayed_winmm} ${delayed_wininet} ${wx_libs} PNG::PNG JPEG::JPEG ZLIB::ZLIB comctl32 uxtheme oleacc)
 endif()

@@ -16,7 +16,7 @@ FLOORS = (
     "editor/canvas", "editor/labels", "editor/window",
     "capture/scroll", "capture", "capture/overlay",
     "output/places", "output/picture", "output/files", "output/ways", "output/print", "output",
-    "upload/answers", "upload/http", "upload",
+    "upload/answers", "upload/http", "upload/proxy", "upload",
     "main_window",
     "host/program", "host/commands", "host/entry",
 )

@@ -34,6 +34,26 @@ run_window_benchmarks() {
         'ksnip -e FILE' 'ksnip -e %s' 'gpicview FILE' 'gpicview %s'
 }
 
+# The network client beside curl, both to the same server on this machine, which reads a multipart upload of 50 MB.
+run_network_benchmark() {
+    install_packages "${packages[@]}" curl
+    build_preset "$windows_preset" network_bench >&2
+    wine_environment
+    start_wine
+    local folder port
+    folder=$(mktemp -d)
+    head -c 50000000 /dev/urandom >"$folder/picture.png"
+    /usr/bin/python3 "$root/tests/upload/servers/network_servers.py" "$folder"
+    port=$(sed -n 's/^http //p' "$folder/ports")
+    printf '\n## Network, under Wine\n'
+    "${wine_loader[@]}" "$build/$windows_preset/bench/network_bench.exe" "$folder" "$folder/picture.png"
+    for _ in 1 2 3 4 5; do
+        curl -s -o /dev/null -0 -H Expect: -F "file=@$folder/picture.png" -w '%{time_total}\n' "http://127.0.0.1:$port/quiet"
+    done | sort -n | sed -n '1s/^/curl /p'
+    touch "$folder/stop"
+    rm -rf "$folder"
+}
+
 # fuzz SECONDS [NAME]: every fuzzer for that long, from its corpus; an input that crashes goes to fuzz/regressions/NAME.
 run_fuzzers() {
     local seconds=${1-60} only=${2-} program name failed=0

@@ -49,7 +49,12 @@ ModalDialogs& modalDialogs() {
     return dialogs;
 }
 
+int waits = 0;
+
 }  // namespace
+
+WaitScope::WaitScope() { ++waits; }
+WaitScope::~WaitScope() { --waits; }
 
 void watchModalDialogs() {
     static const bool watching = [] {
@@ -72,7 +77,9 @@ bool insideSystemLoop() {
     return (state.flags & GUI_INMOVESIZE) != 0 && isOurWindow(state.hwndMoveSize);
 }
 
-bool insideModal() { return ModalScope::any() || modalDialogs().any() || (wxTheApp != nullptr && insideSystemLoop()); }
+bool insideModal() {
+    return waits > 0 || ModalScope::any() || modalDialogs().any() || (wxTheApp != nullptr && insideSystemLoop());
+}
 
 void passQuitOn(int code) { modalDialogs().quitReceived(code); }
 

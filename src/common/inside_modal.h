@@ -5,6 +5,17 @@ namespace glimmer {
 /// From now on insideModal() knows the toolkit's own modal dialogs. Does nothing when called again.
 void watchModalDialogs();
 
+/// While one lives, code waits on the stack as below an open dialog, without a loop of the toolkit.
+class WaitScope {
+public:
+    WaitScope();
+    ~WaitScope();
+    WaitScope(const WaitScope&) = delete;
+    WaitScope& operator=(const WaitScope&) = delete;
+    WaitScope(WaitScope&&) = delete;
+    WaitScope& operator=(WaitScope&&) = delete;
+};
+
 /// Whether a dialog, a message or a menu of ours is open, a window of ours is being moved, or something is carried with
 /// the mouse. Code of ours then waits on the stack for it to end, although messages, a host's calls and captures come
 /// through: nothing that it stands on may be replaced or destroyed.

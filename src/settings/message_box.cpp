@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/debug_channel.h"
+#include "common/worker_thread.h"
 #include "settings/options.h"
 
 namespace glimmer {
@@ -44,6 +45,7 @@ MessageAnswer closingAnswer(MessageButtons buttons) {
 }
 
 MessageAnswer showMessage(const Message& message, bool* checked) {
+    GLIMMER_ASSERT_NO_WORKER("message_box");
     debugDetail("message \"" + message.text + '"');
     return current == nullptr ? closingAnswer(message.buttons) : current->show(message, checked);
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "common/worker_thread.h"
 #include "settings/settings.h"
 #include "settings/settings_path.h"
 
@@ -88,6 +89,7 @@ void Options::setText(std::string_view control, std::string value) {
 }
 
 Options& OptionsHolder() {
+    GLIMMER_ASSERT_NO_WORKER("uFormOptions");
     static Options options;
     static std::optional<std::string> source;
     if (source != settingsPath()) {

@@ -4,6 +4,7 @@
 
 #include "common/files.h"
 #include "common/text.h"
+#include "common/worker_thread.h"
 #include "settings/settings_path.h"
 
 namespace glimmer {
@@ -35,6 +36,7 @@ void setSettingsPath(std::string path) {
 }
 
 TCachedMemIniFile& settings() {
+    GLIMMER_ASSERT_NO_WORKER("settings");
     std::unique_ptr<TCachedMemIniFile>& store = sharedStore();
     if (!store) store = std::make_unique<TCachedMemIniFile>(pathFromUtf8(settingsPath()));
     return *store;

@@ -18,7 +18,7 @@ exports=$(sed -n '/Ordinal\/Name Pointer/,/^$/p' <<<"$headers" | sed -nE 's/^\s*
 [ "$exports" = "initLibrary runZKApplication" ] || complain "exports: $exports"
 
 # Those that cmake/libraries.cmake lets wait for their first use are not among what is loaded at the start.
-for name in comdlg32 oleacc winmm winspool.drv; do
+for name in comdlg32 oleacc wininet winmm winspool.drv; do
     ! grep -qi "DLL Name: ${name%.drv}[.]" <<<"$headers" || complain "loads $name at its start"
 done
 

@@ -21,6 +21,7 @@
 #include "settings/message_box.h"
 #include "settings/settings_path.h"
 #include "settings/system_text.h"
+#include "upload/http/http11_switches.h"
 
 namespace glimmer {
 
@@ -69,6 +70,7 @@ void connectSystem() {
     setPixelAllocator(sectionPixelMemory);
     connectFiles();
     useSystemCodePage();
+    restoreHttp11Switches();
 }
 
 std::string chooseSettingsPath(HostKind kind) {

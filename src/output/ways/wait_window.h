@@ -1,20 +1,21 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
-#include <wx/frame.h>
-
-#include "imaging/png_codec.h"
-
-class wxGauge;
-class wxStaticText;
+#include "common/inside_modal.h"
+#include "common/progress.h"
 
 namespace glimmer {
 
 /// The "Please wait" window of one operation: its text, how far it has come, and a Cancel button. Other windows of
-/// the program are disabled while it lives. It only appears when the operation takes longer than a moment.
+/// the program are disabled while it is shown. It only appears when the operation takes longer than a moment, and
+/// counts as an open dialog: a wish to close down cancels it and waits for the code below it.
+///
+/// An operation on this thread calls progress() again and again. One on another thread has waitFor() called, which
+/// lives by itself as a modal dialog does: the host's windows and timers go on.
 class WaitWindow {
 public:
     explicit WaitWindow(const std::string& text);
@@ -35,13 +36,21 @@ public:
         return [this](double done) { return progress(done); };
     }
 
-private:
-    void open();
-    void show(double all);
-    void pump();
+    /// Comes back when `look` answers true. It is asked some thirty times a second and may call setText() and
+    /// setDone(); after cancelled() it has to come to its end soon. False when this thread's message loops are to end
+    /// and `look` is not asked any more.
+    bool waitFor(const std::function<bool()>& look);
+    /// For `look`: the part that is done, 0 to 1.
+    void setDone(double done);
 
-    struct Windows;
-    std::unique_ptr<Windows> windows_;  ///< none until it appears
+private:
+    class Dialog;
+
+    void open();
+    void cancel();
+
+    std::unique_ptr<Dialog> dialog_;  ///< none until it is needed
+    WaitScope scope_;
     std::string text_;
     std::chrono::steady_clock::time_point started_ = std::chrono::steady_clock::now();
     std::chrono::steady_clock::time_point pumped_ = started_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -66,10 +67,11 @@ public:
     virtual bool setCookie(const std::string& url, const std::string& name, const std::string& value) = 0;
     /// The whole request at once; the body may be null.
     virtual bool send(Handle request, const RequestBytes& body) = 0;
-    /// The request in pieces: its head with the length of the body, any number of pieces of that, the end.
+    /// The request in pieces: its head with the length of the body, its bytes, the end. Not for an
+    /// encrypted request through a proxy.
     virtual bool beginSend(Handle request, uint64_t bodySize) = 0;
-    /// Writes to a request or to a file of an FTP server, all of the piece.
-    virtual bool write(Handle target, const RequestBytes& bytes, size_t offset, size_t size) = 0;
+    /// Writes to a request or to a file of an FTP server. `written` is told now and then how many bytes are under way.
+    virtual bool write(Handle target, const RequestBytes& bytes, const std::function<void(size_t)>& written) = 0;
     virtual bool endSend(Handle request) = 0;
 
     virtual std::optional<uint32_t> queryNumber(Handle request, AnswerField field) = 0;

@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "common/assertion.h"
 #include "upload/http/log_mask.h"
 #include "upload/http/redirect.h"
 #include "upload/http/request_fields.h"
@@ -15,6 +16,10 @@ W3Client::W3Client(std::unique_ptr<Internet> internet, ClientListener listener)
     : internet_(std::move(internet)), listener_(std::move(listener)) {}
 
 W3Client::~W3Client() { Close(); }
+
+void W3Client::checkThread() const {
+    GLIMMER_ASSERT(std::this_thread::get_id() == thread_, "this_thread==thread_", "W3Client");
+}
 
 void W3Client::log(const std::string& line) const {
     if (listener_.log) listener_.log(maskedForLog(line));
@@ -48,6 +53,7 @@ void W3Client::refuseFile(const std::string& text, int line) {
 }
 
 bool W3Client::guarded(const std::function<void()>& action) {
+    checkThread();
     failure_ = {};
     const char* reason = "";
     try {
@@ -122,6 +128,7 @@ void W3Client::ClearHeadersAndCookies() {
 }
 
 bool W3Client::Request(const std::string& uri, RequestKind kind) {
+    checkThread();
     log("Uri: " + uri);
     const bool done = guarded([&] {
         const Result<Url> url = parseUrl(uri);

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "upload/http/client_failure.h"
@@ -103,6 +104,7 @@ private:
     [[noreturn]] void refuse(const std::string& step, const std::string& reason, int line, uint32_t code = 0);
     [[noreturn]] void refuseFile(const std::string& text, int line);
     [[noreturn]] void failFtp(const std::string& path, int line);
+    void checkThread() const;
     void log(const std::string& line) const;
     [[nodiscard]] bool cancelled() const { return listener_.cancelled && listener_.cancelled(); }
 
@@ -115,10 +117,11 @@ private:
     void addHeader(const std::string& line);
     void addExtraHeaders();
     void setCookies();
-    bool writePieces(Internet::Handle target, const RequestBytes& bytes, uint64_t before, uint64_t total);
+    bool writeBytes(Internet::Handle target, const RequestBytes& bytes, uint64_t before, uint64_t total);
     void sendInPieces(const RequestBytes& body);
     /// Answers the "Location".
     std::string readAnswer();
+    bool proxyRefused();
     void readBody();
     std::string queryOptional(AnswerField field, const char* step);
     void putFile(const std::string& localPath, const std::string& remotePath);
@@ -144,6 +147,7 @@ private:
     std::string agent_ = usualAgent;
     bool elsewhere_ = false;  ///< sent on to another server: what is for the first one stays with us
     ClientFailure failure_;
+    std::thread::id thread_ = std::this_thread::get_id();
     std::unique_ptr<Internet> internet_;
     ClientListener listener_;
 };

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "common/files.h"
+#include "common/text.h"
 #include "upload/http/request_fields.h"
 #include "upload/http/w3_client.h"
 #include "upload/http/w3_client_steps.h"
@@ -14,9 +15,7 @@ namespace glimmer {
 
 namespace {
 
-/// What is handed to the system at once. Small enough that a slow line takes a piece in well before the time-out, and
-/// that the progress moves.
-constexpr size_t pieceSize = size_t{64} << 10U;
+constexpr size_t pieceSize = size_t{1} << 20U;  // of a file that goes to an FTP server
 constexpr int mostAttempts = 3;  // of a server or a proxy that wants the request again, with another authorization
 
 uint64_t numberIn(const std::string& text) {
@@ -116,23 +115,24 @@ void W3Client::MultipartRequest(const std::string& path, MultipartKind kind) {
     log("Post multipart data.");
     addHeader("Content-Length: " + std::to_string(body->size()));
     log("Sending request...");
-    sendInPieces(std::make_shared<const std::vector<uint8_t>>(body.take()));
+    const auto bytes = std::make_shared<const std::vector<uint8_t>>(body.take());
+    // Not every system makes an encrypted connection through a proxy for a request in pieces.
+    const bool whole = useProxy_ && server_.protocol == Protocol::Https;
+    if (!whole) return sendInPieces(bytes);
+    if (listener_.sending) listener_.sending(0, bytes->size());
+    if (!internet_->send(request_, bytes)) fail(requestFailedInPieces, __LINE__);
 }
 
-bool W3Client::writePieces(Internet::Handle target, const RequestBytes& bytes, uint64_t before, uint64_t total) {
-    for (size_t sent = 0; sent < bytes->size();) {
-        const size_t piece = std::min(pieceSize, bytes->size() - sent);
-        if (!internet_->write(target, bytes, sent, piece)) return false;
-        sent += piece;
+bool W3Client::writeBytes(Internet::Handle target, const RequestBytes& bytes, uint64_t before, uint64_t total) {
+    return internet_->write(target, bytes, [this, before, total](size_t sent) {
         if (listener_.sending) listener_.sending(before + sent, total);
-    }
-    return true;
+    });
 }
 
 void W3Client::sendInPieces(const RequestBytes& body) {
     for (int attempt = 1;; ++attempt) {
         if (!internet_->beginSend(request_, body->size())) fail(requestFailedInPieces, __LINE__);
-        if (!writePieces(request_, body, 0, body->size())) {
+        if (!writeBytes(request_, body, 0, body->size())) {
             // A server that refuses what it has seen so far answers and reads no further.
             ClientFailure broken = systemFailure(requestFailedInPieces);
             const bool over = broken.cancelled || broken.code == Internet::timedOut;
@@ -154,17 +154,27 @@ std::string W3Client::queryOptional(AnswerField field, const char* step) {
     return {};
 }
 
+/// Some proxies refuse a password as a server would, with 401; what came from a server has a mark of the proxy.
+bool W3Client::proxyRefused() {
+    if (status_ == proxyRefuses) return true;
+    if (status_ != 401 || !useProxy_ || proxyUser_.empty()) return false;
+    const std::string raw = lowerAscii(internet_->queryText(request_, AnswerField::RawHeaders).value_or(""));
+    return raw.find("\nvia:") == std::string::npos;
+}
+
 std::string W3Client::readAnswer() {
     response_.clear();
     const std::optional<uint32_t> status = internet_->queryNumber(request_, AnswerField::StatusCode);
     if (!status) fail("query staus code failed...", __LINE__);
     status_ = *status;
-    if (status_ == proxyRefuses)
+    if (status_ == 0) refuse("response failed...", "The server closed the connection without an answer.", __LINE__);
+    if (proxyRefused())
         refuse("connection failed...",
                useProxy_ && !proxyUser_.empty()
-                   ? "The proxy server refuses the user name or the password. They are in the proxy settings."
+                   ? "The proxy server, or a server behind it, refuses the user name or the password. Those for the "
+                     "proxy are in the proxy settings."
                    : "The proxy server asks for a user name and a password. Enter them in the proxy settings.",
-               __LINE__, status_);
+               __LINE__, proxyRefuses);
     const std::optional<uint32_t> length = internet_->queryLength(request_, AnswerField::RawHeaders);
     if (!length) fail("query raw header length failed...", __LINE__);
     if (*length > mostHeaderBytes)
@@ -222,7 +232,7 @@ void W3Client::putFile(const std::string& localPath, const std::string& remotePa
         if (static_cast<size_t>(file.gcount()) != piece.size()) refuseFile(unreadableFile(localPath).message, __LINE__);
         const uint64_t before = sent;
         sent += piece.size();
-        if (!writePieces(request_, std::make_shared<const std::vector<uint8_t>>(std::move(piece)), before, size))
+        if (!writeBytes(request_, std::make_shared<const std::vector<uint8_t>>(std::move(piece)), before, size))
             failFtp(localPath, __LINE__);
     }
     // The server says only now whether it has kept the file.
