@@ -54,7 +54,7 @@ void settle(wxWindow& window) {
 
 /// As the user does it, who has chosen not to be asked.
 void removeLast(TMainEditor& editor, CaptureList& list) {
-    list.select([&editor](size_t place) { return place + 1 == editor.editorCount(); });
+    list.select([&editor](size_t place) { return place + 1 == editor.session().size(); });
     OptionsHolder().setNumber("cmbDeleteCaptures", 1);
     wxWindow* label = editor.FindWindow("lblDeleteSelected");
     wxHyperlinkEvent event(label, wxID_ANY, "");
@@ -82,7 +82,7 @@ void measureWindow() {
     pMainEditor = editor;
     editor->showRoutine();
     for (int i = 0; i < pages; ++i) {
-        editor->addEditor(newCapture(i));
+        editor->session().add(newCapture(i));
         settle(*editor);
     }
     auto* list = dynamic_cast<CaptureList*>(editor->FindWindow("lvAnnotations"));
@@ -93,7 +93,7 @@ void measureWindow() {
          [&] {
              clickOn(*list, at);
              settle(*editor);
-             if (editor->currentEditor()->info().name != "page " + std::to_string(at))
+             if (editor->session().current()->info().name != "page " + std::to_string(at))
                  throw std::runtime_error("the click showed no other capture");
          },
          [&] {
@@ -112,11 +112,11 @@ void measureWindow() {
          }},
         {"add a capture to forty",
          [&] {
-             editor->addEditor(std::move(next));
+             editor->session().add(std::move(next));
              settle(*editor);
          },
          [&] {
-             while (editor->editorCount() > pages) removeLast(*editor, *list);
+             while (editor->session().size() > pages) removeLast(*editor, *list);
              next = newCapture(pages);
              settle(*editor);
          }},
@@ -152,9 +152,8 @@ void measureThumbnails() {
         CaptureInfo info;
         info.name = "page " + std::to_string(i);
         TBitmap page = pagePicture("table-1280x10000.png", longPage, PixelFormat::Bgra32);
-        editor
-            ->addEditor(
-                CaptureDocument::create(std::move(page), info, i == 20 ? pageAnnotations() : TShapesList{}).take())
+        editor->session()
+            .add(CaptureDocument::create(std::move(page), info, i == 20 ? pageAnnotations() : TShapesList{}).take())
             .markSaved();
     }
     // All timers of the window; that of the thumbnails is the one that works. It is done when it rests for a second,
@@ -198,7 +197,7 @@ void measureKeeping() {
     auto made = CaptureDocument::create(std::move(page), {}, pageAnnotations()).take();
     CaptureDocument& capture = *made;
     capture.markSaved();
-    editor->addEditor(std::move(made));
+    editor->session().add(std::move(made));
     // Its thumbnail, too, which lays out two hundred labels.
     for (const Clock::time_point opened = Clock::now(); since(opened) < 1000;) settle(*editor);
     static_cast<void>(capture.run(std::make_unique<SetInfo>(SetInfo::Field::Notes, "changed")));

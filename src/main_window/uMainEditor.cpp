@@ -16,12 +16,10 @@
 #include "main_window/capture_panel.h"
 #include "main_window/leaving.h"
 #include "main_window/main_toolbar.h"
-#include "main_window/program_commands.h"
 #include "main_window/project_commands.h"
 #include "main_window/quiet_work.h"
 #include "main_window/selection_panel.h"
 #include "main_window/tool_buttons.h"
-#include "main_window/tool_commands.h"
 #include "main_window/window_place.h"
 #include "output/places/output_folders.h"
 #include "settings/message_box.h"
@@ -207,10 +205,6 @@ void TMainEditor::finishClosing() {
 }
 
 void TMainEditor::btnLoadProjectClick() { openFromDialog(context_); }
-void TMainEditor::tbtnUndoClick() { undoStep(context_); }
-void TMainEditor::tbtnTweetClick() { openTweetPage(context_); }
-void TMainEditor::tbtnVoteClick() { openVotePage(context_); }
-void TMainEditor::btnFirefoxClick() { hideEditor(context_); }
 
 bool TMainEditor::openFile(const std::string& path) { return openFiles(context_, {path}); }
 

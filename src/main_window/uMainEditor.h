@@ -4,8 +4,8 @@
 
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -33,8 +33,6 @@ class ToolButtons;
 /// place). What the commands do is in the command files.
 class TMainEditor : public wxFrame, private MainWindow, private SessionListener {
 public:
-    using Documents = Captures;
-
     /// The saver outlives the window. `recovery`: where open captures are kept against a crash.
     TMainEditor(TSaver& saver, const std::filesystem::path& recovery);
     ~TMainEditor() override;
@@ -75,18 +73,6 @@ public:
 
     using Commands = ProgramCommands;
     void setCommands(Commands commands) { context_.program = std::move(commands); }
-
-    // For callers that have not yet gone over to session().
-    CaptureDocument& addEditor(std::unique_ptr<CaptureDocument> capture) { return session_.add(std::move(capture)); }
-    [[nodiscard]] size_t editorCount() const { return session_.size(); }
-    [[nodiscard]] CaptureDocument* currentEditor() const { return session_.current(); }
-    [[nodiscard]] Captures allEditors() const { return session_.all(); }
-    [[nodiscard]] Captures selectedEditors() const { return selectedCaptures(); }
-    void discardAll() { session_.discardAll(); }
-    void tbtnUndoClick();
-    void tbtnTweetClick();
-    void tbtnVoteClick();
-    void btnFirefoxClick();
 
 private:
     // MainWindow

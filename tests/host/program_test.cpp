@@ -73,7 +73,12 @@ protected:
         delivery.action = CaptureAction::Load;
         pProgram->HandleCapture(std::move(delivery));
     }
-    static size_t editors() { return pMainEditor != nullptr ? pMainEditor->editorCount() : 0; }
+    /// As the button of that name.
+    static void press(std::string_view button) {
+        for (const MainCommand& command : mainCommands())
+            if (button == command.control) pMainEditor->run(command);
+    }
+    static size_t editors() { return pMainEditor != nullptr ? pMainEditor->session().size() : 0; }
     std::vector<std::string> takeTexts() {
         std::vector<std::string> texts;
         for (const Message& message : messages_.messages) texts.push_back(message.caption + ": " + message.text);
@@ -113,7 +118,7 @@ TEST_F(Program, WithoutRoomForAnEditorTheCaptureIsRefusedAndTheRestStays) {
     EXPECT_THAT(pProgram->encodedContent().image(), IsEmpty());
     EXPECT_EQ(pProgram->savedPath(), "");
     ASSERT_EQ(editors(), 1U);
-    EXPECT_EQ(pMainEditor->currentEditor()->background().pixel(39, 20), rgb(1, 2, 3));
+    EXPECT_EQ(pMainEditor->session().current()->background().pixel(39, 20), rgb(1, 2, 3));
     EXPECT_THAT(asked, testing::Each("enableResumeMenu enable"));
     EXPECT_EQ(asked.size(), 4U);
 }
@@ -147,7 +152,7 @@ TEST_F(Program, ACaptureIsNamedAndStampedByItsPage) {
     OptionsHolder().setOn("chkAddTitle", true);
     take(CaptureAction::Load, {40, 30}, "http://b/", "Other");
     std::vector<std::string> seen;
-    for (const CaptureDocument* document : pMainEditor->allEditors()) {
+    for (const CaptureDocument* document : pMainEditor->session().all()) {
         seen.push_back(document->info().name);
         for (const TBBShape& stamp : document->annotations()) seen.back() += ", stamped " + stamp.text.text;
     }
@@ -160,7 +165,7 @@ TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
     OptionsHolder().setOn("chkStartFromScreen", false);
     takeNothing();
     EXPECT_FALSE(pProgram->captureWasEmpty()) << "there is an editor";
-    const TBitmap white = pMainEditor->currentEditor()->background().clone().take();
+    const TBitmap white = pMainEditor->session().current()->background().clone().take();
     const Rect screen = wholeScreen();
     EXPECT_EQ(white.size(), (Size{screen.width(), screen.height()}));
     for (const Point at : {Point{0, 0}, Point{screen.width() - 1, screen.height() / 2}})
@@ -169,7 +174,7 @@ TEST_F(Program, WithoutAPictureThereIsAWhitePageOrTheScreen) {
     OptionsHolder().setOn("chkStartFromScreen", true);
     OptionsHolder().setNumber("spnSelectedCaptureSource", 1000);
     takeNothing();
-    EXPECT_EQ(pMainEditor->currentEditor()->size(), white.size());
+    EXPECT_EQ(pMainEditor->session().current()->size(), white.size());
 }
 
 // In a browser: before a page opens in it, the editor may step aside.
@@ -181,7 +186,7 @@ TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
     const auto open = [this](test::RecordedMessages::Answer answer) {
         asked.clear();
         messages_.answers = {answer};
-        pMainEditor->tbtnTweetClick();
+        press("tbtnTweet");
         return asked;
     };
     const std::string page = "openURL https://www.glimmerpad.example/tweet.htm";
@@ -218,7 +223,7 @@ TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
 // Put away by its own button, in a host: what comes in the background leaves it there.
 TEST_F(Program, TheEditorThatWasPutAwayComesBackForACaptureToEdit) {
     take(CaptureAction::Edit);
-    pMainEditor->btnFirefoxClick();
+    press("btnFirefox");
     EXPECT_TRUE(pProgram->hidden());
     take(CaptureAction::Load);
     EXPECT_FALSE(pMainEditor->IsShown());
@@ -234,7 +239,7 @@ TEST_F(Program, OnItsOwnItOpensPagesItselfAndStaysInTheBackground) {
     EXPECT_FALSE(pMainEditor->IsShown());
     take(CaptureAction::Edit);
     EXPECT_TRUE(pMainEditor->IsShown());
-    pMainEditor->tbtnVoteClick();
+    press("tbtnVote");
     EXPECT_TRUE(pMainEditor->IsShown());
     EXPECT_THAT(starts_.started,
                 ElementsAre(std::pair<std::string, std::string>("https://www.glimmerpad.example/vote-fx.htm", "")));

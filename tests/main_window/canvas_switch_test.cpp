@@ -99,7 +99,7 @@ TEST_F(CanvasSwitch, WhatTheUserIsInTheMiddleOfEndsOnItsOwnCapture) {
     };
     const auto inMessage = [&] {
         std::string text;
-        const AnsweredMessages boxes([&](const Message& message) {
+        const test::AnsweredMessages boxes([&](const Message& message) {
             if (message.buttons == MessageButtons::YesNo) return MessageAnswer::No;  // "exit?" after the output
             text = message.text;
             arrive();

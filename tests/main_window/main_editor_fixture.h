@@ -3,30 +3,13 @@
 #include <wx/hyperlink.h>
 #include <wx/listctrl.h>
 
-#include <functional>
-#include <utility>
-
 #include "common/section_memory.h"
 #include "common/tool_button.h"
 #include "editor/window/uEditor.h"
 #include "main_window/uMainEditor.h"
 #include "output/saver_fixture.h"
-#include "support/not_copied.h"
 
 namespace glimmer {
-
-/// Answers message boxes by a function of its own while it lives.
-class AnsweredMessages : public MessageBoxes, test::NotCopied {
-public:
-    using Answer = std::function<MessageAnswer(const Message&)>;
-    explicit AnsweredMessages(Answer answer) : answer_(std::move(answer)), before_(setMessageBoxes(this)) {}
-    ~AnsweredMessages() override { setMessageBoxes(before_); }
-    MessageAnswer show(const Message& message, bool* /*checked*/) override { return answer_(message); }
-
-private:
-    Answer answer_;
-    MessageBoxes* before_;
-};
 
 /// A main editor window on the screen, with settings and folders of its own; nobody is asked and nothing is started.
 class MainEditorTest : public SaverTest {

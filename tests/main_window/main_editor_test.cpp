@@ -363,9 +363,7 @@ TEST_F(MainEditor, NarrowWindowsFoldTheToolbarIntoTheChevron) {
 
 // The canvas's own copy and paste, by way of the system's clipboard.
 TEST_F(MainEditor, CopiesAndPastesPixelsAndAnnotationsOfTheCanvas) {
-    TBitmap picture = test::noise(200, 150, PixelFormat::Bgra32, 5);
-    for (int32_t y = 0; y < picture.height(); ++y)
-        for (int32_t x = 0; x < picture.width(); ++x) picture.row(y)[static_cast<size_t>(x) * 4 + 3] = 255;
+    const TBitmap picture = test::page(200, 150, PixelFormat::Bgra32, 200);
     CaptureDocument& document = session().add(capture(picture.clone().take(), "noise"));
     const Rect area{20, 30, 90, 70};
     document.select(Selection::rectangle(area));
@@ -543,15 +541,23 @@ TEST_F(MainEditor, TheToolbarIsThereForTheFirstCommandAndThenAtRest) {
 TEST_F(MainEditor, LeavingAsksOnceNamesWhatIsUnsavedAndSavesItAsAProject) {
     add({"one", "two"});
     session().at(1).markSaved();
-    dialogs_.path = folder() / "session.gmp";
-    messages_.answers = {{MessageAnswer::Cancel}, {MessageAnswer::Yes}};
+    messages_.answers = {{MessageAnswer::Cancel}};
     EXPECT_FALSE(editor_->closeSession());
     ASSERT_EQ(messages_.messages.size(), 1U);
     EXPECT_THAT(messages_.messages[0].text, HasSubstr("one"));
     EXPECT_THAT(messages_.messages[0].text, Not(HasSubstr("two")));
     EXPECT_EQ(messages_.messages[0].yes, "&Save all");
     EXPECT_EQ(messages_.messages[0].no, "&Discard");
+    for (const fs::path path : {"", "Z:\\proc\\session.gmp"}) {  // given up, and failed
+        dialogs_.path = path;
+        messages_.answers = {{MessageAnswer::Yes}};
+        EXPECT_FALSE(editor_->closeSession());
+        EXPECT_TRUE(session().at(0).modified());
+        EXPECT_TRUE(editor_->IsShown());
+    }
     EXPECT_EQ(session().size(), 2U);
+    dialogs_.path = folder() / "session.gmp";
+    messages_.answers = {{MessageAnswer::Yes}};
     test::click(button("btnExit"));
     EXPECT_TRUE(session().empty());
     EXPECT_FALSE(editor_->IsShown());
@@ -576,7 +582,7 @@ TEST_F(MainEditor, LeavingAsksOnceNamesWhatIsUnsavedAndSavesItAsAProject) {
 TEST_F(MainEditor, WhatArrivesDuringTheQuestionIsAskedForToo) {
     session().add(grey("old")).markSaved();
     std::vector<std::string> texts;
-    const AnsweredMessages boxes([&](const Message& message) {
+    const test::AnsweredMessages boxes([&](const Message& message) {
         texts.push_back(message.text);
         if (texts.size() == 1) session().add(grey("arrived"));
         return message.buttons == MessageButtons::YesNoCancel ? MessageAnswer::No : MessageAnswer::Yes;
@@ -586,18 +592,6 @@ TEST_F(MainEditor, WhatArrivesDuringTheQuestionIsAskedForToo) {
     EXPECT_THAT(texts[0], Not(HasSubstr("arrived")));
     EXPECT_THAT(texts[1], HasSubstr("arrived"));
     EXPECT_TRUE(session().empty());
-}
-
-TEST_F(MainEditor, GivingUpTheSaveOrFailingAtItKeepsTheWindow) {
-    add({"one"});
-    messages_.answers = {{MessageAnswer::Yes}};  // and no file name then
-    EXPECT_FALSE(editor_->closeSession());
-    EXPECT_EQ(session().size(), 1U);
-    dialogs_.path = "Z:\\proc\\session.gmp";
-    messages_.answers = {{MessageAnswer::Yes}};
-    EXPECT_FALSE(editor_->closeSession());
-    EXPECT_TRUE(session().current()->modified());
-    EXPECT_TRUE(editor_->IsShown());
 }
 
 TEST_F(MainEditor, LeavingWithEverythingSavedKeepsToTheAnswer) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "settings/message_box.h"
@@ -32,6 +34,19 @@ public:
     }
 
 private:
+    MessageBoxes* before_;
+};
+
+/// Answers message boxes by a function of its own while it lives.
+class AnsweredMessages : public MessageBoxes, NotCopied {
+public:
+    using Answer = std::function<MessageAnswer(const Message&)>;
+    explicit AnsweredMessages(Answer answer) : answer_(std::move(answer)), before_(setMessageBoxes(this)) {}
+    ~AnsweredMessages() override { setMessageBoxes(before_); }
+    MessageAnswer show(const Message& message, bool* /*checked*/) override { return answer_(message); }
+
+private:
+    Answer answer_;
     MessageBoxes* before_;
 };
 

@@ -37,7 +37,7 @@ void annotate(CaptureDocument& document, const char* style, const Rect& rect, co
 void open(TMainEditor& editor, size_t index) {
     const size_t sample = index % std::size(samples);
     editor.openFile(std::string("samples/") + samples[sample]);
-    CaptureDocument& document = *editor.currentEditor();
+    CaptureDocument& document = *editor.session().current();
     if (index % 2 == 0) {
         annotate(document, "Red Frame", {60, 132, 690, 234}, "The heading is too long", 1);
         annotate(document, "Cold Glass", {60, 330, 465, 362}, "Please add the date", 2);
@@ -49,19 +49,19 @@ void open(TMainEditor& editor, size_t index) {
 /// What README and guide show (docs/pictures/main-window.png).
 void guidePicture(TMainEditor& editor) {
     for (const char* sample : {samples[2], samples[1]}) editor.openFile(std::string("samples/") + sample);
-    annotate(*editor.currentEditor(), "Green Frame (big text)", {100, 160, 460, 300}, "New price", 0);
+    annotate(*editor.session().current(), "Green Frame (big text)", {100, 160, 460, 300}, "New price", 0);
     editor.openFile(std::string("samples/") + samples[0]);
-    CaptureDocument& document = *editor.currentEditor();
+    CaptureDocument& document = *editor.session().current();
     annotate(document, "Red Frame", {56, 128, 700, 236}, "The heading is too long", 1);
     annotate(document, "Green Frame (big text)", {350, 456, 462, 516}, "One bird less", 2);
-    for (CaptureDocument* capture : editor.allEditors()) capture->markSaved();
+    for (CaptureDocument* capture : editor.session().all()) capture->markSaved();
     document.selectAnnotation(document.annotations()[0].id());
 }
 
 /// Until every thumbnail has been made: what was changed rests first, then each takes a round of a timer.
 void settle(TMainEditor& editor) {
     using std::chrono::milliseconds;
-    const auto end = std::chrono::steady_clock::now() + milliseconds(900) + milliseconds(100) * editor.editorCount();
+    const auto end = std::chrono::steady_clock::now() + milliseconds(900) + milliseconds(100) * editor.session().size();
     while (std::chrono::steady_clock::now() < end) {
         test::pump();
         MsgWaitForMultipleObjects(0, nullptr, FALSE, 30, QS_ALLINPUT);
@@ -86,7 +86,7 @@ void mainWindow(const std::string& prefix) {
     shot("empty");
     guidePicture(*editor);
     shot("guide");
-    editor->discardAll();
+    editor->session().discardAll();
     open(*editor, 0);
     shot("1");
     for (size_t i = 1; i < 6; ++i) open(*editor, i);

@@ -44,7 +44,7 @@ void recovery(const std::string& prefix) {
     for (const bool inBar : {false, true}) {
         auto* window = new TMainEditor(saver, folder.path());
         pMainEditor = window;
-        window->addEditor(sample("article-1280x1024.png", "Article")).markSaved();
+        window->session().add(sample("article-1280x1024.png", "Article")).markSaved();
         window->showRoutine();
         if (inBar) {
             window->offerRecovered(true);

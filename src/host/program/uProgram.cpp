@@ -195,7 +195,7 @@ CaptureDocument* TProgram::createEditor(Delivery delivery) {
         newDocument(std::move(taken.picture), delivery.url, delivery.title, std::time(nullptr),
                     std::move(taken.pointer), stamped, saver_->textPainter());
     if (!document) return refuseEditor(noRoomForEditorText());
-    return &mainEditor().addEditor(document.take());
+    return &mainEditor().session().add(document.take());
 }
 
 void TProgram::warnInFront(const std::string& text) {
@@ -258,7 +258,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
 
 const EncodedContent& TProgram::encodedContent() {
     if (pMainEditor == nullptr) return encoded_;
-    if (const Status encoded = encoded_.encodeAgain(*saver_, pMainEditor->allEditors()); !encoded)
+    if (const Status encoded = encoded_.encodeAgain(*saver_, pMainEditor->session().all()); !encoded)
         showError(encoded.message());
     return encoded_;
 }
@@ -293,7 +293,7 @@ void TProgram::offerIntegration(IntegrationMoment moment) {
 
 void TProgram::integrateIntoIE() { openPage(std::string(vendorSite) + "/internet-explorer.htm"); }
 
-bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && pMainEditor->editorCount() > 0; }
+bool TProgram::resumeAvailable() const { return pMainEditor != nullptr && !pMainEditor->session().empty(); }
 
 void TProgram::resumeEditing() {
     if (!resumeAvailable()) return;
@@ -320,10 +320,10 @@ void TProgram::showOptions() {
 }
 
 bool TProgram::openFile() {
-    const size_t before = mainEditor().editorCount();
+    const size_t before = mainEditor().session().size();
     pMainEditor->btnLoadProjectClick();
     // The dialog may have outlasted the window.
-    if (pMainEditor == nullptr || pMainEditor->editorCount() <= before) return false;
+    if (pMainEditor == nullptr || pMainEditor->session().size() <= before) return false;
     tellResumeState();
     restoreApplication();
     return true;
