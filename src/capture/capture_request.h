@@ -28,7 +28,7 @@ struct CaptureRequest {
     CaptureKind kind = CaptureKind::Region;
     int32_t delay = 0;   ///< seconds before the screen is taken
     int32_t action = 0;  ///< capture code of what follows
-    std::string file;    ///< where the picture is written first; empty: nowhere
+    std::string file{};  ///< where the picture is written first; empty: nowhere
 
     bool operator==(const CaptureRequest&) const = default;
 };

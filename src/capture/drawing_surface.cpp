@@ -85,6 +85,13 @@ Result<DrawingSurface> DrawingSurface::create(int32_t width, int32_t height) {
 void* DrawingSurface::deviceContext() const { return section_->context(); }
 Size DrawingSurface::size() const { return section_->size(); }
 
+std::span<uint32_t> DrawingSurface::pixels() const {
+    GdiFlush();
+    const Size size = section_->size();
+    return {reinterpret_cast<uint32_t*>(section_->data()),
+            static_cast<size_t>(size.width) * static_cast<size_t>(size.height)};
+}
+
 TBitmap DrawingSurface::takeBitmap() && {
     section_->releaseContext();
     const Size size = section_->size();

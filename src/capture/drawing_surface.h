@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <span>
 
 #include "common/bitmap.h"
 
@@ -20,6 +22,8 @@ public:
     /// The device context (HDC); valid as long as this object.
     [[nodiscard]] void* deviceContext() const;
     [[nodiscard]] Size size() const;
+    /// The pixels, 0x00RRGGBB, row after row from the top; what was drawn before is in them.
+    [[nodiscard]] std::span<uint32_t> pixels() const;
 
     /// The picture drawn so far, opaque, on the same memory. The device context ends.
     TBitmap takeBitmap() &&;

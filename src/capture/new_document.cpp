@@ -15,12 +15,14 @@ constexpr size_t longestPageText = 8192;
 
 Result<std::unique_ptr<CaptureDocument>> newDocument(TBitmap picture, const std::string& url, const std::string& title,
                                                      int64_t time, std::optional<MouseCursor> pointer,
-                                                     const StampOptions& stamped, TextPainter& painter) {
+                                                     const StampOptions& stamped, TextPainter& painter,
+                                                     std::string notes) {
     CaptureInfo info;
     info.url = firstUnits(url, longestPageText);
     info.title = firstUnits(title, longestPageText);
     info.name = info.title.empty() ? "Untitled" : info.title;
     info.captured = time;
+    info.notes = std::move(notes);
     TShapesList annotations = captureStamps(info.url, info.title, stamped, painter);
     if (pointer) {
         TBBShape shape = pictureAnnotation({}, std::move(pointer->picture), pointer->at);

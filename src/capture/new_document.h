@@ -18,6 +18,7 @@ namespace glimmer {
 /// much stays with it that a project of many captures remains small enough.
 Result<std::unique_ptr<CaptureDocument>> newDocument(TBitmap picture, const std::string& url, const std::string& title,
                                                      int64_t time, std::optional<MouseCursor> pointer,
-                                                     const StampOptions& stamped, TextPainter& painter);
+                                                     const StampOptions& stamped, TextPainter& painter,
+                                                     std::string notes = {});
 
 }  // namespace glimmer

@@ -166,6 +166,13 @@ void flash(const Rect& area) {
 
 }  // namespace
 
+void awaitGone(void* window) {
+    compositor().setTransitions(window, false);
+    ShowWindow(static_cast<HWND>(window), SW_HIDE);
+    compositor().awaitScreen();
+    letTheScreenSettle();
+}
+
 void expectFading() {
     constexpr ULONGLONG fadeMilliseconds = 400;
     fadedAt = GetTickCount64() + fadeMilliseconds;

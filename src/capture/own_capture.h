@@ -13,6 +13,9 @@ namespace glimmer {
 /// still fading (see expectFading). Everything is back when this returns or throws.
 Result<TBitmap> takeWithoutOwnWindows(const std::function<Result<TBitmap>()>& take);
 
+/// Hides a window (HWND) of this thread and returns when pictures of the screen are without it.
+void awaitGone(void* window);
+
 /// Something of the program leaves the screen now, and the system may fade it out: a menu whose command is being
 /// carried out, a window that was hidden or minimized. The next picture waits until it is gone.
 void expectFading();

@@ -166,6 +166,14 @@ Rect visibleFrame(void* window) {
     return frame;
 }
 
+Rect clientFrame(void* window) {
+    const auto handle = static_cast<HWND>(window);
+    RECT area{};
+    if (GetClientRect(handle, &area) == FALSE) return {};
+    MapWindowPoints(handle, nullptr, reinterpret_cast<POINT*>(&area), 2);
+    return fromSystem(area);
+}
+
 Result<TBitmap> grabWindow(void* window) {
     const auto handle = static_cast<HWND>(window);
     if (IsWindow(handle) == FALSE) return gone;
@@ -174,10 +182,8 @@ Result<TBitmap> grabWindow(void* window) {
 
 Result<TBitmap> grabClientArea(void* window) {
     const auto handle = static_cast<HWND>(window);
-    RECT area{};
-    if (GetClientRect(handle, &area) == FALSE) return gone;
-    MapWindowPoints(handle, nullptr, reinterpret_cast<POINT*>(&area), 2);
-    return grab(motifOf(handle, fromSystem(area)), Edges::Cut);
+    if (IsWindow(handle) == FALSE) return gone;
+    return grab(motifOf(handle, clientFrame(window)), Edges::Cut);
 }
 
 Result<TBitmap> grabWholeWindow(void* window) {

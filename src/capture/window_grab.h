@@ -13,8 +13,11 @@ namespace glimmer {
 /// maximized one without what sticks out of its monitor. Empty when the window is gone.
 Rect visibleFrame(void* window);
 
-/// That part of a window. What lies outside of the monitors and cannot be had is cut off. Fails, with a sentence, when
-/// the window is gone, hidden, minimized or has no area.
+/// Its client area, in pixels of the screen. Empty when the window is gone.
+Rect clientFrame(void* window);
+
+/// The visible frame of a window as a picture. What lies outside of the monitors and cannot be had is cut off. Fails,
+/// with a sentence, when the window is gone, hidden, minimized or has no area.
 Result<TBitmap> grabWindow(void* window);
 /// The same for the client area alone.
 Result<TBitmap> grabClientArea(void* window);

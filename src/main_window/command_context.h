@@ -7,6 +7,7 @@
 #include "editor/session/capture_session.h"
 
 class wxFrame;
+class wxWindow;
 
 namespace glimmer {
 
@@ -35,6 +36,7 @@ struct ProgramCommands {
     std::function<void()> options;
     std::function<void()> hidden;  ///< after the window was put away by the user
     std::function<void(const std::string& url)> openPage;
+    std::function<void(wxWindow& button)> newCapture;  ///< offers what can be captured, below the button
 };
 
 /// What the commands of the main window work on, and what they keep from one to the next.

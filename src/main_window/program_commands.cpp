@@ -1,5 +1,7 @@
 #include "main_window/program_commands.h"
 
+#include <wx/frame.h>
+
 #include <string>
 
 #include "common/host_kind.h"
@@ -17,6 +19,11 @@ void openPage(const CommandContext& context, const std::string& page) {
 }
 
 }  // namespace
+
+void newCapture(CommandContext& context) {
+    wxWindow* button = wxWindow::FindWindowByName("btnNew", &context.window.frame());
+    if (button != nullptr && context.program.newCapture) context.program.newCapture(*button);
+}
 
 void showOptions(CommandContext& context) {
     if (context.program.options) context.program.options();

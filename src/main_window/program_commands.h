@@ -4,6 +4,8 @@
 
 namespace glimmer {
 
+/// Offers what can be captured.
+void newCapture(CommandContext& context);
 void showOptions(CommandContext& context);
 void showAbout(CommandContext& context);
 void openTweetPage(CommandContext& context);

@@ -80,6 +80,7 @@ constexpr Option table[] = {
 
     hotKey("hotCreateZK", "New screenshot", printScreenKey),
     hotKey("hotContinueEditing", "Restore the last editor", hotKeyCtrl | 'D'),
+    hotKey("hotCaptureRegion", "Screenshot of a region or window", hotKeyCtrl | hotKeyShift | printScreenKey),
     hotKey("hotCaptureTopWindow", "Screenshot of the top window", hotKeyShift | printScreenKey),
     hotKey("hotSilentCapture", "Screenshot without showing the editor", hotKeyCtrl | printScreenKey),
 
@@ -93,6 +94,8 @@ constexpr Option table[] = {
     check("Capturing", "chkFlashlight", "Imitate Flashlight", false),
     check("Capturing", "chkDontGrabOverlays", "Do not try to capture Video in Overlays", false),
     check("Capturing", "chkAddMouseCursor", "Add mouse cursor as Image object", true),
+    check("Capturing", "chkAdjustArea", "Let a region be adjusted before it is taken", false),
+    check("Capturing", "chkShowCaptureHint", "Show what can be done while a region is chosen", true),
 
     check("Editing", "chkFloatingToolbar", "Floating tool windows", false),
     check("Editing", "chkRepositionToolbar", "Place toolbar next to owner objects", true),
@@ -146,6 +149,8 @@ constexpr Option table[] = {
     check("", "chkTellOfPrintScreen", "The user is still to be told that the system keeps Print Screen", true),
     check("", "chkAskForContinueKey", "The user is still to be asked for the key that restores the last editor", true),
     check("", "chkTellOfTrayIcon", "The user is still to be told where the program is without a window", true),
+    text("", "edtCapturePresets", "Captures with keys of their own", ""),
+    text("", "edtLastCaptureArea", "The area that was captured last", ""),
     check("", "chkStartFromScreen", "A capture without a picture starts from the screen", true),
 };
 

@@ -10,11 +10,13 @@
 #include <system_error>
 #include <vector>
 
+#include "capture/capture_request.h"
 #include "common/boundary.h"
 #include "common/files.h"
 #include "common/host_kind.h"
 #include "common/library_module.h"
 #include "common/wide_text.h"
+#include "host/entry/capture_start.h"
 #include "host/program/host_state.h"
 #include "host/program/miscutils.h"
 #include "host/program/single_instance.h"
@@ -87,6 +89,11 @@ void runStandalone() {
         connectSystem();
         setHost(HostKind::Standalone);
         const std::vector<std::string> arguments = commandLineArguments();
+        if (const auto wanted = readCaptureArguments(arguments)) {
+            // The launcher has no say in it: the process is this capture's.
+            const CaptureOutcome outcome = startCapture(*wanted);
+            ExitProcess(static_cast<UINT>(outcome));
+        }
         StartRequest request = readArguments(arguments);
         if (request.terminate) {
             sendTerminate();

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "capture/mouse_cursor.h"
 #include "common/bitmap.h"
 #include "common/result.h"
 #include "host/program/capture_action.h"
@@ -20,6 +21,8 @@ struct Delivery {
     TBitmap picture;                              ///< finished pixels; empty: none came
     std::string unusable;                         ///< why the picture that came cannot be used; empty: it can
     CaptureAction action = CaptureAction::Edit;
+    std::optional<MouseCursor> pointer{};  ///< in the pixels of `picture`
+    std::string notes{};                   ///< on the capture, for the user
     Size size;  ///< that the picture is scaled to; with a side that is not positive it stays as it is
 };
 

@@ -9,18 +9,13 @@
 
 namespace glimmer {
 
-namespace {
-
-/// The system's modifier flags of a shortcut value.
-UINT modifiersOf(int32_t shortcut) {
+uint32_t hotKeyModifiers(int32_t shortcut) {
     UINT modifiers = MOD_NOREPEAT;
     if ((shortcut & hotKeyShift) != 0) modifiers |= MOD_SHIFT;
     if ((shortcut & hotKeyCtrl) != 0) modifiers |= MOD_CONTROL;
     if ((shortcut & hotKeyAlt) != 0) modifiers |= MOD_ALT;
     return modifiers;
 }
-
-}  // namespace
 
 HotKeys::HotKeys(void* window, std::vector<Command> commands, std::function<void(const std::string&)> report)
     : window_(window), commands_(std::move(commands)), report_(std::move(report)), listener_([this] {
@@ -50,7 +45,7 @@ void HotKeys::noteConsent() const {
 
 bool HotKeys::registerKey(size_t command) const {
     const int32_t shortcut = OptionsHolder().number(commands_[command].option);
-    return RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(command), modifiersOf(shortcut),
+    return RegisterHotKey(static_cast<HWND>(window_), static_cast<int>(command), hotKeyModifiers(shortcut),
                           static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
 }
 
@@ -124,7 +119,7 @@ bool HotKeys::waitsForConsent(std::string_view option) const {
 bool HotKeys::canBeHad(int32_t shortcut) const {
     if (had_.count(shortcut) != 0) return true;
     const int trial = static_cast<int>(commands_.size());
-    const bool had = RegisterHotKey(static_cast<HWND>(window_), trial, modifiersOf(shortcut),
+    const bool had = RegisterHotKey(static_cast<HWND>(window_), trial, hotKeyModifiers(shortcut),
                                     static_cast<UINT>(hotKeyCode(shortcut))) != FALSE;
     if (had) UnregisterHotKey(static_cast<HWND>(window_), trial);
     return had;

@@ -11,6 +11,9 @@
 
 namespace glimmer {
 
+/// The system's modifier flags (MOD_...) of a shortcut value.
+uint32_t hotKeyModifiers(int32_t shortcut);
+
 /// The global hot keys of the options, registered for one window (HWND) as long as the object lives and again
 /// whenever the options change. A key that another program holds is left to it, and reported once, by name.
 class HotKeys {

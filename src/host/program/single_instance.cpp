@@ -191,6 +191,13 @@ bool handOver(const std::optional<std::string>& text, uint32_t limitMilliseconds
 
 void markReceiver(void* window) { SetPropW(static_cast<HWND>(window), receiverMark, static_cast<HANDLE>(window)); }
 
+uint32_t instanceProcess() {
+    const std::vector<HWND> all = receivers();
+    DWORD process = 0;
+    if (!all.empty()) GetWindowThreadProcessId(all.front(), &process);
+    return process;
+}
+
 std::optional<std::string> takeHandedOver() {
     const Handle taking(CreateMutexW(nullptr, FALSE, takingName));
     const Handle heard(OpenEventW(EVENT_MODIFY_STATE, FALSE, heardName));

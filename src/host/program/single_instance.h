@@ -33,6 +33,8 @@ bool handOver(const std::optional<std::string>& text, uint32_t limitMilliseconds
 
 /// Marks the window (HWND) that takes the messages for other starts to find.
 void markReceiver(void* window);
+/// Identifier of the process of an instance that takes them; 0 when there is none.
+uint32_t instanceProcess();
 /// The text of another start, once, and its wish as heard. Nothing when there is none.
 std::optional<std::string> takeHandedOver();
 

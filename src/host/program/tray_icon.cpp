@@ -22,13 +22,23 @@ TrayIcon::TrayIcon(std::vector<TrayItem> items) : items_(std::move(items)) {
 
 wxMenu* TrayIcon::CreatePopupMenu() {
     auto* menu = new wxMenu;
-    for (const TrayItem& item : items_) {
-        if (item.apart) menu->AppendSeparator();
-        const wxMenuItem* entry = menu->Append(wxID_ANY, item.caption);
-        menu->Bind(
+    appendItems(*menu, items_);
+    return menu;
+}
+
+void appendItems(wxMenu& menu, const std::vector<TrayItem>& items) {
+    for (const TrayItem& item : items) {
+        if (item.apart) menu.AppendSeparator();
+        if (item.more) {
+            auto* inside = new wxMenu;
+            appendItems(*inside, item.more());
+            menu.AppendSubMenu(inside, wxString::FromUTF8(item.caption));
+            continue;
+        }
+        const wxMenuItem* entry = menu.Append(wxID_ANY, wxString::FromUTF8(item.caption));
+        menu.Bind(
             wxEVT_MENU, [click = item.click](wxCommandEvent&) { click(); }, entry->GetId());
     }
-    return menu;
 }
 
 }  // namespace glimmer

@@ -10,14 +10,15 @@
 #include <vector>
 
 #include "capture/own_capture.h"
-#include "capture/window_grab.h"
 #include "common/boundary.h"
 #include "common/inside_modal.h"
 #include "common/library_module.h"
 #include "common/system_library.h"
+#include "host/program/capture_answer.h"
 #include "host/program/host_state.h"
 #include "host/program/hot_keys.h"
 #include "host/program/print_screen.h"
+#include "host/program/screen_commands.h"
 #include "host/program/single_instance.h"
 #include "host/program/toolkit.h"
 #include "host/program/tray_icon.h"
@@ -58,25 +59,6 @@ void startAgainAfterRestart() {
     if (registerRestart != nullptr) registerRestart(L"", notAfterCrash | notAfterHang);
 }
 
-void captureTopWindow() {
-    if (!ensureProgram()) return;
-    Rect area;
-    Result<TBitmap> picture = takeWithoutOwnWindows([&area]() -> Result<TBitmap> {
-        void* window = windowInFront();
-        if (window == nullptr) return Failure{"There is no window to take a picture of."};
-        area = visibleFrame(window);
-        return grabWindow(window);
-    });
-    if (!picture) {
-        showError(picture.message());
-        return;
-    }
-    announceCapture(area);
-    Delivery delivery;
-    delivery.picture = picture.take();
-    pProgram->HandleCapture(std::move(delivery));
-}
-
 }  // namespace
 
 TMForm::TMForm()
@@ -101,22 +83,25 @@ void TMForm::takePlace() {
     trayIcon_ = std::make_unique<TrayIcon>(std::vector<TrayItem>{
         {"&Continue Editing", [this] { mnuContinueClick(); }},
         {"&New Screenshot", [this] { mnuNewCaptureClick(); }},
+        {"C&apture", {}, false, captureItems},
         {"&Open Project or File...", [this] { mnuOpenClick(); }},
         {"O&ptions...", [this] { mnuOptionsClick(); }},
         {"E&xit", [this] { mnuExitClick(); }, true},
     });
+    // A balloon, which keeps nobody from working.
+    const auto report = [this](const std::string& text) {
+        trayIcon_->ShowBalloon("Glimmerpad hot keys", wxString::FromUTF8(text), 0, wxICON_WARNING);
+    };
     hotKeys_ = std::make_unique<HotKeys>(GetHWND(),
                                          std::vector<HotKeys::Command>{
                                              {"hotCreateZK", [] { captureScreen(CaptureAction::Edit); }},
                                              {"hotContinueEditing", [this] { mnuContinueClick(); }, unaskedKey},
-                                             {"hotCaptureTopWindow", captureTopWindow},
+                                             {"hotCaptureTopWindow", [] { runCapture({CaptureKind::Window}); }},
                                              {"hotSilentCapture", [] { captureScreen(CaptureAction::Load); }},
+                                             {"hotCaptureRegion", [] { runCapture({}); }},
                                          },
-                                         // A balloon, which keeps nobody from working.
-                                         [this](const std::string& text) {
-                                             trayIcon_->ShowBalloon("Glimmerpad hot keys", wxString::FromUTF8(text), 0,
-                                                                    wxICON_WARNING);
-                                         });
+                                         report);
+    presetKeys_ = std::make_unique<PresetKeys>(GetHWND(), report);
 }
 
 void TMForm::start(const std::optional<std::string>& file, bool inTray) {
@@ -141,6 +126,7 @@ void TMForm::start(const std::optional<std::string>& file, bool inTray) {
                 if (shows) mnuContinueClick();
             },
             [this] { hotKeys_->reportTaken(); },
+            [this] { presetKeys_->reportTaken(); },
             cleanUpWorkingFolder,
             [] { renewRunAtStartup(moduleFile(nullptr)); },
         };
@@ -270,7 +256,11 @@ WXLRESULT TMForm::MSWWindowProc(WXUINT message, WXWPARAM wParam, WXLPARAM lParam
     if (message == WM_SETTINGCHANGE || (message == WM_ACTIVATEAPP && wParam != FALSE))
         guarded([this] { systemChanged(); });
     if (message == WM_HOTKEY && hotKeys_) {
-        guarded([this, wParam] { hotKeys_->pressed(static_cast<int>(wParam)); });
+        const int id = static_cast<int>(wParam);
+        guarded([this, id] {
+            if (id < PresetKeys::firstId) hotKeys_->pressed(id);
+            if (id >= PresetKeys::firstId && presetKeys_) presetKeys_->pressed(id);
+        });
         return 0;
     }
     return wxFrame::MSWWindowProc(message, wParam, lParam);
@@ -286,6 +276,15 @@ void TMForm::systemChanged() {
 void TMForm::restored() {
     if (applicationTerminates()) return;  // the text stays for the next one
     const std::optional<std::string> text = takeHandedOver();
+    if (const std::optional<HandedCapture> capture = text ? handedCapture(*text) : std::nullopt) {
+        // The start waits; the broadcast is not to wait as well.
+        CallAfter([capture] {
+            CaptureOutcome outcome = CaptureOutcome::Failed;
+            guarded([&] { outcome = runCapture(capture->request); });
+            answerCapture(capture->answerTo, outcome);
+        });
+        return;
+    }
     if (text) {
         if (!ensureProgram() || !pProgram->openFileInEditor(handedOverFile(*text))) return;
     }

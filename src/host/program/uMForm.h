@@ -11,6 +11,7 @@
 namespace glimmer {
 
 class HotKeys;
+class PresetKeys;
 class TrayIcon;
 
 /// The standalone program's main form: never shown, it owns the icon in the notification area, answers other
@@ -53,6 +54,7 @@ private:
     bool recoveredDue_ = false;  ///< what an earlier run left behind is offered with the first window
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<HotKeys> hotKeys_;
+    std::unique_ptr<PresetKeys> presetKeys_;
 };
 
 /// The one main form; null while the program does not run standalone.

@@ -22,6 +22,7 @@
 #include "common/vendor.h"
 #include "host/program/hot_keys.h"
 #include "host/program/options_services.h"
+#include "host/program/screen_commands.h"
 #include "imaging/clipboard.h"
 #include "imaging/png_codec.h"
 #include "main_window/output_commands.h"
@@ -102,7 +103,8 @@ TMainEditor& TProgram::mainEditor() {
                                   tellResumeState();
                                   if (home_ != nullptr) home_->editorHidden();
                               },
-                              [this](const std::string& url) { openPage(url); }});
+                              [this](const std::string& url) { openPage(url); },
+                              [](wxWindow& button) { showCaptureMenu(button); }});
     // A picture that is taken while the window still fades would have it.
     pMainEditor->Bind(wxEVT_SHOW, [](wxShowEvent& event) {
         if (!event.IsShown()) expectFading();
@@ -188,12 +190,13 @@ CaptureDocument* TProgram::createEditor(Delivery delivery) {
         taken = screen.take();
     } else {
         taken.picture = std::move(delivery.picture);
+        taken.pointer = std::move(delivery.pointer);
     }
     const Options& options = OptionsHolder();
     const StampOptions stamped{options.on("chkAddURL"), options.on("chkAddTitle"), options.text("edtFontName")};
     Result<std::unique_ptr<CaptureDocument>> document =
         newDocument(std::move(taken.picture), delivery.url, delivery.title, std::time(nullptr),
-                    std::move(taken.pointer), stamped, saver_->textPainter());
+                    std::move(taken.pointer), stamped, saver_->textPainter(), std::move(delivery.notes));
     if (!document) return refuseEditor(noRoomForEditorText());
     return &mainEditor().session().add(document.take());
 }

@@ -35,7 +35,8 @@ void associations(OptionsPage& page) {
 void hotkeys(OptionsPage& page) {
     page.note(isStandalone() ? "Click a box and press the keys; Delete clears it."
                              : "These keys are the standalone program's. Add-ons have keys of their own.");
-    for (const char* control : {"hotCreateZK", "hotContinueEditing", "hotCaptureTopWindow", "hotSilentCapture"})
+    for (const char* control :
+         {"hotCreateZK", "hotCaptureRegion", "hotCaptureTopWindow", "hotSilentCapture", "hotContinueEditing"})
         page.row(control);
     auto* trouble = new wxStaticText(page.place(), wxID_ANY, wxString(), wxDefaultPosition,
                                      page.FromDIP(wxSize(440, 68)), wxST_NO_AUTORESIZE);
@@ -51,7 +52,8 @@ void capturing(OptionsPage& page) {
     page.checkWithSpin("chkPadNumber", "spnNumberPadding");
     page.note("%u address, %t title, %n number,\n%y year, %m month, %d day, %H hour, %M minute, %S second");
     page.group("New captures");
-    for (const char* control : {"chkAddURL", "chkAddTitle", "chkAddMouseCursor", "chkDontGrabOverlays"})
+    for (const char* control : {"chkAddURL", "chkAddTitle", "chkAddMouseCursor", "chkDontGrabOverlays", "chkAdjustArea",
+                                "chkShowCaptureHint"})
         page.check(control);
     page.group("Feedback");
     for (const char* control : {"chkPlayPhotoSound", "chkFlashlight"}) page.check(control);
