@@ -18,6 +18,7 @@
 #include "host/program/host_state.h"
 #include "host/program/miscutils.h"
 #include "host/program/readable_memory.h"
+#include "host/program/screen_commands.h"
 #include "host/program/start_rules.h"
 #include "host/program/toolkit.h"
 #include "host/program/uProgram.h"
@@ -141,7 +142,11 @@ bool fillInterface(GlimmerpadInterface* record, uint32_t size) {
     HostNotify = nullptr;
     setNotifyHandler(nullptr);
     // While a shutdown waits nobody is asked anything; it puts the questions back itself.
-    if (!shutdownWaits()) guarded(connectSystem);
+    if (!shutdownWaits())
+        guarded([] {
+            connectSystem();
+            TProgram::setCaptureMenu(showCaptureMenu);
+        });
     if (record == nullptr || record->version != GLIMMERPAD_INTERFACE_VERSION) return false;
     const GlimmerpadInterface filled = {GLIMMERPAD_INTERFACE_VERSION, wordOf(hostInit),    wordOf(hostCapture),
                                         wordOf(hostShutdown),         wordOf(hostExecute), wordOf(hostFinishCapture)};

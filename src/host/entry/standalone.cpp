@@ -19,10 +19,12 @@
 #include "host/entry/capture_start.h"
 #include "host/program/host_state.h"
 #include "host/program/miscutils.h"
+#include "host/program/screen_commands.h"
 #include "host/program/single_instance.h"
 #include "host/program/start_rules.h"
 #include "host/program/toolkit.h"
 #include "host/program/uMForm.h"
+#include "host/program/uProgram.h"
 #include "output/files/open_captures.h"
 #include "settings/message_box.h"
 
@@ -87,6 +89,7 @@ void run(const StartRequest& request) {
 void runStandalone() {
     guarded([] {
         connectSystem();
+        TProgram::setCaptureMenu(showCaptureMenu);
         setHost(HostKind::Standalone);
         const std::vector<std::string> arguments = commandLineArguments();
         if (const auto wanted = readCaptureArguments(arguments)) {

@@ -8,8 +8,8 @@
 
 #include <utility>
 
+#include "capture/overlay/screen_capture.h"
 #include "capture/own_capture.h"
-#include "capture/screen_capture.h"
 #include "common/boundary.h"
 #include "common/files.h"
 #include "host/program/host_state.h"

@@ -22,7 +22,6 @@
 #include "common/vendor.h"
 #include "host/program/hot_keys.h"
 #include "host/program/options_services.h"
-#include "host/program/screen_commands.h"
 #include "imaging/clipboard.h"
 #include "imaging/png_codec.h"
 #include "main_window/output_commands.h"
@@ -37,6 +36,9 @@ namespace glimmer {
 std::unique_ptr<TProgram> pProgram;
 
 namespace {
+
+/// What the button for new captures offers.
+std::function<void(wxWindow&)> captureMenu;
 
 uint64_t availableMemory() {
     MEMORYSTATUSEX status{};
@@ -68,6 +70,8 @@ TProgram::TProgram(std::string addonVersion, ProgramHome* home, ProgramSeams sea
 TProgram::~TProgram() {
     if (isStandalone()) setNotifyHandler(nullptr);
 }
+
+void TProgram::setCaptureMenu(std::function<void(wxWindow&)> show) { captureMenu = std::move(show); }
 
 void TProgram::closeWindows() {
     if (pMainEditor == nullptr) return;
@@ -103,8 +107,7 @@ TMainEditor& TProgram::mainEditor() {
                                   tellResumeState();
                                   if (home_ != nullptr) home_->editorHidden();
                               },
-                              [this](const std::string& url) { openPage(url); },
-                              [](wxWindow& button) { showCaptureMenu(button); }});
+                              [this](const std::string& url) { openPage(url); }, captureMenu});
     // A picture that is taken while the window still fades would have it.
     pMainEditor->Bind(wxEVT_SHOW, [](wxShowEvent& event) {
         if (!event.IsShown()) expectFading();

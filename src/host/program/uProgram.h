@@ -11,6 +11,8 @@
 #include "host/program/encoded_content.h"
 #include "host/program/start_rules.h"
 
+class wxWindow;
+
 namespace glimmer {
 
 class CaptureDocument;
@@ -47,6 +49,9 @@ public:
     TProgram& operator=(const TProgram&) = delete;
     TProgram(TProgram&&) = delete;
     TProgram& operator=(TProgram&&) = delete;
+
+    /// What the main window's button for new captures opens; for the start-up, before there is a window.
+    static void setCaptureMenu(std::function<void(wxWindow& button)> show);
 
     /// Closes every window without asking and releases the editors; before the destructor.
     void closeWindows();

@@ -1,4 +1,4 @@
-#include "capture/screen_capture.h"
+#include "capture/overlay/screen_capture.h"
 
 #include <windows.h>
 
