@@ -17,6 +17,7 @@ ALLOWED = {
     # Only where the compositor names no other; of a child, which has no such borders.
     ("window's rectangle with its invisible borders", "src/capture/window_grab.cpp"),
     ("window's rectangle with its invisible borders", "src/capture/browser_window.cpp"),
+    ("window's rectangle with its invisible borders", "src/capture/overlay/window_tree.cpp"),
 }
 
 OPENING = re.compile(r"\b(?:_?w?fopen(?:_s)?|_?w?freopen(?:_s)?|_?w?fdopen|_w?fsopen|openFile)\s*\(")
