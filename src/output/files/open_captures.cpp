@@ -6,7 +6,6 @@
 #include "common/files.h"
 #include "common/text.h"
 #include "imaging/picture_file.h"
-#include "output/files/editable_png.h"
 #include "output/files/project_file.h"
 
 namespace glimmer {
@@ -15,18 +14,6 @@ namespace {
 
 using Document = std::unique_ptr<CaptureDocument>;
 
-Result<Document> documentOf(EditablePicture picture, CaptureInfo info) {
-    info.notes = std::move(picture.notes);
-    return CaptureDocument::create(std::move(picture.background), std::move(info), std::move(picture.shapes));
-}
-
-Result<Document> decodeProjectPicture(std::span<const uint8_t> png, CaptureInfo info, bool& lacksData) {
-    Result<OpenedPicture> opened = readEditablePng(png);
-    if (!opened) return opened.failure();
-    lacksData = lacksData || !opened->editable;
-    return documentOf(std::move(opened->picture), std::move(info));
-}
-
 Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData) {
     const Result<std::vector<uint8_t>> file = readFile(path, PngLimits::fileBytes);
     if (!file) return file.failure();
@@ -34,10 +21,7 @@ Result<Document> openPicture(const std::filesystem::path& path, bool& lacksData)
     info.title = utf8FromPath(path.stem());
     info.name = info.title;
     if (detectPicture(*file) == PictureFormat::Png) {
-        Result<OpenedPicture> opened = readEditablePng(*file);
-        if (!opened) return opened.failure();
-        lacksData = !opened->editable;
-        return documentOf(std::move(opened->picture), std::move(info));
+        return editableCapture(*file, std::move(info), lacksData);
     }
     Result<TBitmap> picture = readPicture(*file);
     if (!picture) return picture.failure();
@@ -48,7 +32,7 @@ OpeningAhead::Opened read(const std::filesystem::path& path) {
     bool lacksData = false;
     if (upperAscii(utf8FromPath(path.extension())) == ".GMP") {
         const CaptureDecoder decode = [&lacksData](std::span<const uint8_t> png, CaptureInfo info) {
-            return decodeProjectPicture(png, std::move(info), lacksData);
+            return editableCapture(png, std::move(info), lacksData);
         };
         OpeningAhead::Opened opened{readProject(path, decode)};
         opened.lacksData = lacksData;

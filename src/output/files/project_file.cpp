@@ -5,8 +5,6 @@
 #include <wx/zipstrm.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <map>
 #include <system_error>
 
@@ -17,17 +15,6 @@
 namespace glimmer {
 
 namespace {
-
-constexpr std::string_view currentVersion = "1";
-constexpr const char* versionEntry = "Version";
-constexpr const char* namesEntry = "Editor Names.dat";
-constexpr const char* pagesEntry = "Editor Pages.dat";
-
-std::string pictureEntry(size_t index) {
-    std::array<char, 24> name{};
-    std::snprintf(name.data(), name.size(), "%04u.png", static_cast<unsigned>(index + 1));
-    return name.data();
-}
 
 std::span<const uint8_t> bytesOf(std::string_view text) {
     return {reinterpret_cast<const uint8_t*>(text.data()), text.size()};
@@ -64,8 +51,8 @@ bool putEntry(wxZipOutputStream& zip, const std::string& name, std::span<const u
     return zip.PutNextEntry(entry) && zip.WriteAll(data.data(), data.size()) && zip.CloseEntry();
 }
 
-/// An archive of which one entry at a time is unpacked: all of them together need not fit into memory.
-class Archive {
+/// A zip file of which one entry at a time is unpacked: all of them together need not fit into memory.
+class Archive final : public ProjectEntries {
 public:
     /// Looks for the entries only. False when it is damaged, has more of them than a project may have, or one twice.
     bool open(const std::filesystem::path& path, const ProjectLimits& limits) {
@@ -79,30 +66,24 @@ public:
         }
         return zip_->Eof();
     }
-    [[nodiscard]] bool has(const std::string& name) const { return entries_.contains(name); }
-    /// Bytes of an entry that is there, as the archive's list says.
-    [[nodiscard]] uint64_t size(const std::string& name) const {
-        return static_cast<uint64_t>(entries_.at(name)->GetSize());
+    [[nodiscard]] std::optional<uint64_t> size(const std::string& name) const override {
+        const auto entry = entries_.find(name);
+        return entry == entries_.end() ? std::nullopt : std::optional(static_cast<uint64_t>(entry->second->GetSize()));
     }
-    /// The entry, unpacked; nothing when it is not there, damaged, not as long as the list says, or beyond `limit`.
-    std::optional<std::vector<uint8_t>> read(const std::string& name, uint64_t limit) {
-        if (!has(name) || size(name) > limit || !zip_->OpenEntry(*entries_.at(name))) return std::nullopt;
-        const uint64_t size = this->size(name);
+    std::optional<std::vector<uint8_t>> read(const std::string& name, uint64_t limit) override {
+        const std::optional<uint64_t> listed = size(name);
+        if (!listed || *listed > limit || !zip_->OpenEntry(*entries_.at(name))) return std::nullopt;
         std::vector<uint8_t> data;
-        data.reserve(static_cast<size_t>(size));
+        data.reserve(static_cast<size_t>(*listed));
         std::vector<uint8_t> piece(size_t{64} * 1024);
         while (true) {
             const size_t got = zip_->Read(piece.data(), piece.size()).LastRead();
-            if (data.size() + got > size) return std::nullopt;
+            if (data.size() + got > *listed) return std::nullopt;
             data.insert(data.end(), piece.begin(), piece.begin() + static_cast<ptrdiff_t>(got));
             if (zip_->Eof()) break;  // the checksum was right
             if (got == 0 || !zip_->IsOk()) return std::nullopt;
         }
-        return data.size() == size ? std::optional(std::move(data)) : std::nullopt;
-    }
-    std::optional<std::string> readText(const std::string& name, uint64_t limit) {
-        const std::optional<std::vector<uint8_t>> data = read(name, limit);
-        return data ? std::optional<std::string>(std::in_place, data->begin(), data->end()) : std::nullopt;
+        return data.size() == *listed ? std::optional(std::move(data)) : std::nullopt;
     }
 
 private:
@@ -145,15 +126,15 @@ Status writeProject(const std::filesystem::path& path, std::span<const CaptureDo
     GLIMMER_ASSERT(pStream != nullptr, "pStream!=NULL", "uSaver");
     {
         wxZipOutputStream zip(stream, 9);
-        bool written = putEntry(zip, versionEntry, bytesOf(currentVersion), true) &&
-                       putEntry(zip, namesEntry, bytesOf(names), true) &&
-                       putEntry(zip, pagesEntry, bytesOf(pages), true);
+        bool written = putEntry(zip, projectVersionEntry, bytesOf(projectVersion), true) &&
+                       putEntry(zip, projectNamesEntry, bytesOf(names), true) &&
+                       putEntry(zip, projectPagesEntry, bytesOf(pages), true);
         for (size_t i = 0; written && i < captures.size(); ++i) {
             const Result<std::vector<uint8_t>> png = encode(*captures[i], i);
             if (!png) return png.failure();
             if (png->size() > limits.pictureBytes)
                 return Failure{"The capture \"" + infos[i].name + "\" is too large for a project."};
-            written = putEntry(zip, pictureEntry(i), *png, false);  // packed already
+            written = putEntry(zip, projectPictureEntry(i), *png, false);  // packed already
         }
         const bool closed = zip.Close() && written;
         if (stream.full())
@@ -174,34 +155,9 @@ Result<std::vector<std::unique_ptr<CaptureDocument>>> readProject(const std::fil
     const uint64_t size = std::filesystem::file_size(path, error);
     if (error) return Failure{"The file " + name + " cannot be read."};
     if (size > limits.fileBytes) return Failure{"The file " + name + " is too large."};
-    const Failure damaged{"The file " + name + " is damaged or is not a Glimmerpad project."};
     Archive archive;
-    if (!archive.open(path, limits)) return damaged;
-    const std::string version = archive.readText(versionEntry, limits.listBytes).value_or("");
-    if (version.empty()) return damaged;
-    if (version != currentVersion)
-        return Failure{"The project " + name + " was made by a newer version of the program."};
-    const std::optional<std::string> names = archive.readText(namesEntry, limits.listBytes);
-    const std::optional<std::string> pages =
-        archive.has(pagesEntry) ? archive.readText(pagesEntry, limits.listBytes) : std::string();
-    if (!names || !pages) return damaged;
-    std::optional<std::vector<CaptureInfo>> infos = projectInfos(*names, *pages);
-    if (!infos || infos->empty() || infos->size() > limits.captures) return damaged;
-
-    std::vector<std::unique_ptr<CaptureDocument>> captures;
-    for (size_t i = 0; i < infos->size(); ++i) {
-        const std::string entry = pictureEntry(i);
-        if (archive.has(entry) && archive.size(entry) > limits.pictureBytes)
-            return Failure{"The project " + name + " holds a picture that is too large."};
-        std::optional<std::vector<uint8_t>> picture = archive.read(entry, limits.pictureBytes);
-        if (!picture) return damaged;
-        Result<std::unique_ptr<CaptureDocument>> capture = decode(*picture, std::move((*infos)[i]));
-        if (!capture) return capture.failure();
-        (*capture)->markSaved();
-        (*capture)->park();
-        captures.push_back(capture.take());
-    }
-    return captures;
+    if (!archive.open(path, limits)) return Failure{damagedProject(name)};
+    return readProjectEntries(archive, name, decode, limits);
 }
 
 }  // namespace glimmer

@@ -9,6 +9,7 @@
 #include "editor/document/document.h"
 #include "editor/painting/text_painter.h"
 #include "output/files/file_limits.h"
+#include "output/files/project_reader.h"
 
 namespace glimmer {
 
@@ -18,10 +19,6 @@ namespace glimmer {
 
 /// Bytes of an editable PNG file of a capture.
 using CaptureEncoder = std::function<Result<std::vector<uint8_t>>(const CaptureDocument&, size_t index)>;
-/// A capture from such a file, its name and page not yet set.
-using CaptureDecoder =
-    std::function<Result<std::unique_ptr<CaptureDocument>>(std::span<const uint8_t> png, CaptureInfo info)>;
-
 /// Writes the captures, in that order; the file appears only when it is complete. What readProject() would refuse
 /// within the same limits is refused with a sentence, and a file of that name stays as it was.
 Status writeProject(const std::filesystem::path& path, std::span<const CaptureDocument* const> captures,
