@@ -54,15 +54,18 @@ void spreadAlpha(const TBitmap& from, TBitmap& to) {
 }
 
 /// What the blur makes of an area of nothing but 255: its truncations can cost a level or two.
-int32_t blurredFull(double radius) {
-    TBitmap one = TBitmap::create(1, 1, PixelFormat::Bgr24).take();
-    one.setPixel(0, 0, rgb(255, 255, 255));
-    GBlur(one, radius);
-    return one.row(0)[0];
+Result<int32_t> blurredFull(double radius) {
+    Result<TBitmap> one = TBitmap::create(1, 1, PixelFormat::Bgr24);
+    if (!one) return one.failure();
+    one->setPixel(0, 0, rgb(255, 255, 255));
+    GBlur(*one, radius);
+    return int32_t{one->row(0)[0]};
 }
 
 /// Blurs colours weighted by their alpha, and the alpha: a 24-bit blur each. What was opaque all around stays opaque.
 Status blurTransparent(TBitmap& picture, double radius) {
+    const Result<int32_t> full = blurredFull(radius);
+    if (!full) return full.failure();
     Result<TBitmap> colours = TBitmap::create(picture.width(), picture.height(), PixelFormat::Bgr24);
     if (!colours) return colours.failure();
     Result<TBitmap> alphas = TBitmap::create(picture.width(), picture.height(), PixelFormat::Bgr24);
@@ -76,7 +79,6 @@ Status blurTransparent(TBitmap& picture, double radius) {
     }
     GBlur(*colours, radius);
     GBlur(*alphas, radius);
-    const int32_t full = blurredFull(radius);
     for (int32_t y = 0; y < picture.height(); ++y) {
         const uint8_t* colour = colours->row(y);
         const uint8_t* alpha = alphas->row(y);
@@ -85,7 +87,7 @@ Status blurTransparent(TBitmap& picture, double radius) {
             for (size_t c = 0; c < 3; ++c)
                 to[c] = *alpha == 0 ? uint8_t{0}
                                     : static_cast<uint8_t>(std::min(255, (colour[c] * 255 + *alpha / 2) / *alpha));
-            to[3] = static_cast<uint8_t>(std::min(255, (*alpha * 255 + full / 2) / full));
+            to[3] = static_cast<uint8_t>(std::min(255, (*alpha * 255 + *full / 2) / *full));
         }
     }
     return {};
