@@ -2,6 +2,7 @@
 
 #include "common/assertion.h"
 #include "fuzz/fuzz.h"
+#include "fuzz/painted.h"
 #include "imaging/png_codec.h"
 #include "output/files/editable_png.h"
 
@@ -19,13 +20,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // What was read can be written, and reads the same again.
     constexpr size_t smallPicture = 100000;
     if (picture->bitmap.byteCount() <= smallPicture) {
-        const Result<std::vector<uint8_t>> again = encodePng(picture->bitmap, {{}, picture->extras.chunks});
+        const Result<std::vector<uint8_t>> again = encodePng(picture->bitmap, picture->extras);
         FUZZ_CHECK(again.ok());
         const Result<PngPicture> second = readPng(*again);
         FUZZ_CHECK(second.ok());
         FUZZ_CHECK(samePixels(second->bitmap, picture->bitmap));
         FUZZ_CHECK(second->extras.chunks == picture->extras.chunks);
+        FUZZ_CHECK(second->extras.texts == picture->extras.texts);
     }
-    FUZZ_CHECK(readEditablePng(file).ok());
+    const Result<OpenedPicture> opened = readEditablePng(file);
+    FUZZ_CHECK(opened.ok());
+    paintForFuzzer(opened->picture.shapes);
     return 0;
 }

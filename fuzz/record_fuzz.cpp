@@ -1,5 +1,7 @@
 // The record stream of one annotation.
 
+#include <string_view>
+
 #include "common/assertion.h"
 #include "editor/annotations/annotation_record.h"
 #include "fuzz/fuzz.h"
@@ -14,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         const std::optional<AnnotationRecord> again = decodeAnnotation(written);
         FUZZ_CHECK(again.has_value());
         FUZZ_CHECK(encodeAnnotation(&again->descriptor) == written);
-    } catch (const AssertionFailure&) {
-        // The answer to a record with other than three strings.
+    } catch (const AssertionFailure& failure) {
+        FUZZ_CHECK(failure.condition == std::string_view("pSL->Count == 3"));  // the answer to other than three strings
     }
     return 0;
 }

@@ -66,7 +66,7 @@ run_fuzzers() {
         mkdir -p "$root/fuzz/corpus/$name" "$root/fuzz/regressions/$name" "$build/fuzz/corpus/$name"
         say "$name for $seconds s"
         # What is found is kept in the build folder; the corpus in the tree is chosen by hand.
-        "$program" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -print_final_stats=1 \
+        "$program" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -malloc_limit_mb=256 -print_final_stats=1 \
             -artifact_prefix="$root/fuzz/regressions/$name/" "$build/fuzz/corpus/$name" "$root/fuzz/corpus/$name" \
             "$root/fuzz/regressions/$name" 2>"$build/fuzz/$name.log" || failed=1
         grep -E 'number_of_executed_units|ERROR|SUMMARY' "$build/fuzz/$name.log" || true
