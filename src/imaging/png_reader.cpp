@@ -161,12 +161,14 @@ public:
         png_get_text(png_, info_, &text, &count);
         for (int i = 0; i < count; ++i) {
             const png_text& one = text[i];
-            if (one.key[0] == '\0') continue;  // the format forbids it, the library lets it pass
+            const std::string keyword = one.key;
+            // The format forbids these; the library lets them pass.
+            if (keyword.empty() || keyword.size() > longestKeyword) continue;
             const bool international = one.compression >= PNG_ITXT_COMPRESSION_NONE;
             // Without a text, libpng gives a length of 0 and no promise about the pointer.
             const size_t length = international ? one.itxt_length : one.text_length;
             const std::string bytes = length == 0 ? std::string() : std::string(one.text, length);
-            result.push_back({one.key, fromPngText(bytes)});  // an international one need not be UTF-8 either
+            result.push_back({keyword, fromPngText(bytes)});  // an international one need not be UTF-8 either
         }
         return result;
     }
