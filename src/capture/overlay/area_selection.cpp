@@ -181,7 +181,8 @@ void AreaSelection::doubleClick() {
 void AreaSelection::wheel(int32_t steps) {
     if (state_ != State::Hovering || frames_.empty()) return;
     const auto last = static_cast<int32_t>(frames_.size()) - 1;
-    level_ = static_cast<size_t>(std::clamp(static_cast<int32_t>(std::min<size_t>(level_, last)) + steps, 0, last));
+    level_ =
+        static_cast<size_t>(std::clamp(static_cast<int32_t>(std::min(level_, frames_.size() - 1)) + steps, 0, last));
 }
 
 std::optional<Point> AreaSelection::key(SelectionKey key, SelectionModifiers held) {
