@@ -7,6 +7,7 @@
 #include <wx/timer.h>
 
 #include "common/files.h"
+#include "common/tool_button.h"
 #include "editor/window/uEditor.h"
 #include "imaging/picture_file.h"
 #include "settings/options.h"
@@ -200,10 +201,10 @@ void annotations(const std::string& prefix) {
     scene.shootMenu("menu", *menu, {330, 90}, -1);
     scene.shootMenu("menu-number", *menu, {330, 90}, 0);
     scene.shootMenu("menu-text", *menu, {330, 90}, 2);
-    test::click(*scene.form().FindWindow("tbtnStyle"));
+    test::find<ToolButton>(scene.form(), "tbtnStyle")->press();
     scene.shootWide("style-picker");
     scene.close("StylePicker");
-    test::click(*scene.form().FindWindow("tbtnFontName"));
+    test::find<ToolButton>(scene.form(), "tbtnFontName")->press();
     scene.shootWide("font-picker");
     scene.close("FontPicker");
     scene.shootModal("renumber", [&] { scene.form().mnuNumberSetClick(); });
