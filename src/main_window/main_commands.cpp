@@ -23,8 +23,8 @@ constexpr int noKey = 0;
 // Two tools say "Alt + 7" on purpose; the picture has the key, and the highlighter answers to Alt + 8, which no hint
 // promises to another tool.
 constexpr MainCommand commands[] = {
-    {"btnNew", "New", "New Screenshot of a region, a window, the desktop... (Ctrl + N)", "capture", Group::Project,
-     Needs::Nothing, wxACCEL_CTRL, 'N', newCapture},
+    {"btnNew", "New", "New Screenshot of a region, a window, the desktop...", "capture", Group::Project, Needs::Nothing,
+     noKey, noKey, newCapture},
     {"btnLoadProject", "Open", "Open Project or Image file (Ctrl + O)", "open", Group::Project, Needs::Nothing,
      wxACCEL_CTRL, 'O', openFromDialog},
     {"btnSaveProject", "Save", "Save current Project (Ctrl + S)", "save-project", Group::Project, Needs::Capture,
