@@ -170,6 +170,17 @@ TEST_F(CanvasMouse, aDragOutOfTheViewScrollsOnAndOn) {
     EXPECT_EQ(-form->inView({0, 0, 1, 1}).top, rest) << "the timer has ended with the drag";
 }
 
+TEST_F(CanvasMouse, whatIsTypedAtTheEdgeOfTheViewStaysInSight) {
+    const wxSize seen = canvas()->GetClientSize();
+    form->setTool(EditTool::TextLine);
+    drag({seen.x - 300, seen.y - 100}, {seen.x - 40, seen.y - 6});
+    ASSERT_TRUE(labelEdit().IsShown());
+    test::typeText("a sentence that needs more than one line, and more than there was to see");
+    const wxRect label = labelEdit().GetRect();
+    EXPECT_TRUE(wxRect(canvas()->GetClientSize()).Contains(label)) << label.GetBottom() << " of " << seen.y;
+    EXPECT_GT(form->place().scroll.y, 0);
+}
+
 TEST_F(CanvasMouse, escTakesADragBackAndNothingScrollsAnyMore) {
     draw({300, 250, 400, 320});
     const int32_t height = canvas()->GetClientSize().y;

@@ -19,6 +19,8 @@ public:
     [[nodiscard]] virtual int32_t zoom() const = 0;
     /// A rectangle of the picture in the canvas's window coordinates.
     [[nodiscard]] virtual Rect inView(const Rect& picture) const = 0;
+    /// Scrolls by the smallest way that shows that part of the picture.
+    virtual void reveal(const Rect& area) = 0;
     /// What is selected (empty: nothing).
     [[nodiscard]] virtual Rect selectedArea() const = 0;
     /// Runs a command of a menu, button or shortcut, the clipboard's included; false when there is nothing to do.

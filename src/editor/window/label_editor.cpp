@@ -87,6 +87,7 @@ void LabelEditor::begin(AnnotationId id) {
     known_ = shape->text.text;
     formattedZoom_ = 0;
     setLabelControlText(edit_->GetHWND(), known_);
+    form_.reveal(shape->text.rectangle.normalized());
     place();
     edit_->Show();
     edit_->SetFocus();
@@ -112,6 +113,9 @@ void LabelEditor::takeText() {
     if (text != known_) {
         known_ = text;
         form_.controller().textEdited(id_, text);
+        // It has grown, maybe out of what is seen.
+        if (const TBBShape* shape = form_.document().annotations().find(id_))
+            form_.reveal(shape->text.rectangle.normalized());
     }
     place();
 }
