@@ -6,10 +6,12 @@ namespace glimmer {
 
 namespace {
 
-/// Whether brackets go no deeper than `limit`. Only brackets outside of strings count; whether they match is the
-/// parser's affair. Counted beforehand, since the parser descends one call for each level.
-bool nestingWithin(std::string_view text, int limit) {
+/// Whether brackets go no deeper and values are no more than the limits say. Only what stands outside of strings
+/// counts; whether it makes sense is the parser's affair. Counted beforehand, since the parser descends one call for
+/// each level and allocates each value.
+bool within(std::string_view text, const JsonLimits& limits) {
     int depth = 0;
+    size_t values = 1;
     bool inString = false;
     for (size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
@@ -22,26 +24,33 @@ bool nestingWithin(std::string_view text, int limit) {
         } else if (c == '"') {
             inString = true;
         } else if (c == '{' || c == '[') {
-            if (++depth > limit) return false;
+            ++values;
+            if (++depth > limits.depth) return false;
         } else if (c == '}' || c == ']') {
             --depth;
+        } else if (c == ',') {
+            ++values;
         }
     }
-    return true;
+    return values <= limits.values;
 }
 
 }  // namespace
 
-void JsonObject::Deleter::operator()(cJSON* tree) const { cJSON_Delete(tree); }
+void JsonDeleter::operator()(cJSON* tree) const { cJSON_Delete(tree); }
 
-std::optional<JsonObject> JsonObject::parse(std::string_view text, Limits limits) {
+JsonTree parseJson(std::string_view text, const JsonLimits& limits) {
     text = text.substr(0, text.find('\0'));
-    if (text.size() > limits.bytes || !nestingWithin(text, limits.depth)) return std::nullopt;
+    if (text.size() > limits.bytes || !within(text, limits)) return nullptr;
     const std::string terminated(text);
-    // The length includes the zero: only blanks may stand between the object's end and it.
-    JsonObject object(cJSON_ParseWithLengthOpts(terminated.c_str(), terminated.size() + 1, nullptr, 1));
-    if (!object.tree_ || cJSON_IsObject(object.tree_.get()) == 0) return std::nullopt;
-    return object;
+    // The length includes the zero: only blanks may stand between the value's end and it.
+    return JsonTree(cJSON_ParseWithLengthOpts(terminated.c_str(), terminated.size() + 1, nullptr, 1));
+}
+
+std::optional<JsonObject> JsonObject::parse(std::string_view text, const JsonLimits& limits) {
+    JsonTree tree = parseJson(text, limits);
+    if (!tree || cJSON_IsObject(tree.get()) == 0) return std::nullopt;
+    return JsonObject(std::move(tree));
 }
 
 bool JsonObject::has(const char* name) const { return cJSON_GetObjectItemCaseSensitive(tree_.get(), name) != nullptr; }

@@ -11,19 +11,27 @@ struct cJSON;
 
 namespace glimmer {
 
-/// A JSON text that holds one object, read with bounds on its length and its nesting. A member that is missing or of
-/// another type than asked for reads as the default.
+struct JsonLimits {
+    size_t bytes = size_t{64} * 1024 * 1024;
+    int depth = 32;                    ///< arrays and objects inside one another, the outermost counts as 1
+    size_t values = size_t{1} << 20U;  ///< of all kinds; each takes some hundred bytes of memory
+};
+
+struct JsonDeleter {
+    void operator()(cJSON* tree) const;
+};
+using JsonTree = std::unique_ptr<cJSON, JsonDeleter>;
+
+/// Any JSON value as the parser's tree. Null when the text is malformed, goes beyond a limit or has something behind
+/// the value. A zero byte ends the text.
+JsonTree parseJson(std::string_view text, const JsonLimits& limits);
+
+/// A JSON text that holds one object, read with bounds. A member that is missing or of another type than asked for
+/// reads as the default.
 class JsonObject {
 public:
-    struct Limits {
-        size_t bytes = size_t{64} * 1024 * 1024;
-        int depth = 32;  ///< arrays and objects inside one another, the outermost counts as 1
-    };
-
-    /// Nothing when the text is malformed, goes beyond a limit, has something behind the object, or holds no object.
-    /// A zero byte ends the text.
-    static std::optional<JsonObject> parse(std::string_view text, Limits limits);
-    static std::optional<JsonObject> parse(std::string_view text) { return parse(text, Limits()); }
+    /// Nothing where parseJson() has nothing, or when the text holds no object.
+    static std::optional<JsonObject> parse(std::string_view text, const JsonLimits& limits = {});
 
     [[nodiscard]] bool has(const char* name) const;
     /// UTF-8; bytes of the text that are not UTF-8 are handed on as they are.
@@ -36,11 +44,8 @@ public:
     [[nodiscard]] bool flag(const char* name) const { return integer(name) != 0; }
 
 private:
-    struct Deleter {
-        void operator()(cJSON* tree) const;
-    };
-    explicit JsonObject(cJSON* tree) : tree_(tree) {}
-    std::unique_ptr<cJSON, Deleter> tree_;
+    explicit JsonObject(JsonTree tree) : tree_(std::move(tree)) {}
+    JsonTree tree_;
 };
 
 }  // namespace glimmer
