@@ -50,5 +50,6 @@ void effects();
 void files();
 void editor();
 void screen();
+void answers();
 
 }  // namespace glimmer::bench

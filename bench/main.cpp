@@ -11,10 +11,8 @@ int main(int argc, char** argv) {
         const char* name;
         void (*run)();
     } groups[] = {
-        {"effects", glimmer::bench::effects},
-        {"files", glimmer::bench::files},
-        {"editor", glimmer::bench::editor},
-        {"screen", glimmer::bench::screen},
+        {"effects", glimmer::bench::effects}, {"files", glimmer::bench::files},     {"editor", glimmer::bench::editor},
+        {"screen", glimmer::bench::screen},   {"answers", glimmer::bench::answers},
     };
     try {
         for (const auto& group : groups) {

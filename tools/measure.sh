@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2154
 # ./dev bench and ./dev fuzz. Sourced by ./dev.
 
-bench_packages=(libopencv-dev libvips-dev libvips-tools)
+bench_packages=(libopencv-dev libvips-dev libvips-tools libre2-dev libssl-dev)
 # Other programs that show a picture, to start beside ours.
 start_packages=(libx11-dev ksnip gpicview)
 

@@ -12,12 +12,18 @@ namespace {
 /// between is looked at once more for the groups.
 std::optional<PatternSlots> findMatch(const PatternProgram& forward, const PatternProgram& backward,
                                       std::string_view text) {
-    const LazyAutomaton::Answer end = LazyAutomaton(forward).findEnd(text);
+    // Backward the text's end is the start: a program that waits for nothing elsewhere matches there only.
+    ProgramClosure elsewhere(backward);
+    elsewhere.add(backward.start, {.atStart = false});
+    const bool endsAtEnd = elsewhere.steps().empty();
+    LazyAutomaton::Answer end{text.size()};
+    if (!endsAtEnd) end = LazyAutomaton(forward).findEnd(text);
     if (end.gaveUp) return findGroups(forward, text);
     if (!end.place) return std::nullopt;
     const LazyAutomaton::Answer begin = LazyAutomaton(backward).findBeginning(text, *end.place);
     if (begin.gaveUp) return findGroups(forward, text);
-    GLIMMER_ASSERT(begin.place, "begin.place", "pattern");
+    GLIMMER_ASSERT(begin.place || endsAtEnd, "begin.place", "pattern");
+    if (!begin.place) return std::nullopt;
     if (forward.slots == 2) return PatternSlots{*begin.place, *end.place};
     return findGroupsWithin(forward, text, *begin.place, *end.place);
 }
