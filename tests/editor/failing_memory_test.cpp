@@ -87,7 +87,7 @@ struct FailingMemory : testing::Test {
 
 using Maker = std::function<std::unique_ptr<UndoCommand>(const CaptureDocument&)>;
 
-Maker annotation(TBBShape shape) {
+Maker annotation(const TBBShape& shape) {
     return [shape](const CaptureDocument&) { return std::make_unique<AddAnnotation>(shape); };
 }
 
