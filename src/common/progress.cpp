@@ -12,6 +12,13 @@ bool proceed(const Progress& progress, int32_t row, int32_t rows) noexcept {
     }
 }
 
+Progress partOf(const Progress& whole, size_t index, size_t count) {
+    if (!whole) return {};
+    return [whole, index, count](double done) {
+        return whole((static_cast<double>(index) + done) / static_cast<double>(count));
+    };
+}
+
 Failure cancelled() { return Failure{"The operation was cancelled."}; }
 
 }  // namespace glimmer

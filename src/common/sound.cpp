@@ -8,19 +8,9 @@
 
 namespace glimmer {
 
-namespace {
-
-void playResource(Sound sound) {
+void playSound(Sound sound) {
     PlaySoundW(sound == Sound::Capture ? L"PHOTO_SOUND" : L"CLICK_SOUND", static_cast<HMODULE>(libraryModule()),
                SND_RESOURCE | SND_ASYNC | SND_NODEFAULT);
 }
-
-SoundPlayer currentPlayer = playResource;
-
-}  // namespace
-
-void playSound(Sound sound) { currentPlayer(sound); }
-
-void setSoundPlayer(SoundPlayer player) { currentPlayer = player != nullptr ? player : playResource; }
 
 }  // namespace glimmer

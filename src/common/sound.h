@@ -11,8 +11,4 @@ enum class Sound {
 /// Starts a sound and returns at once; it cuts an earlier one. Silence where the sound cannot be played.
 void playSound(Sound sound);
 
-/// Stands in for the system in a test; null gives it back.
-using SoundPlayer = void (*)(Sound sound);
-void setSoundPlayer(SoundPlayer player);
-
 }  // namespace glimmer

@@ -1,7 +1,6 @@
 #include "imaging/png_rows.h"
 
 #include <libdeflate.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <span>
 
 #include "common/row_conversion.h"
+#include "common/zlib_streams.h"
 
 namespace glimmer {
 
@@ -94,9 +94,8 @@ std::optional<Status> compressWhole(PngRows& rows, size_t pieceSize, const ByteS
 
 /// One row after the other.
 Status compressStream(PngRows& rows, size_t pieceSize, const ByteSink& sink, const Progress& progress) {
-    z_stream stream{};
-    if (deflateInit(&stream, streamLevel) != Z_OK) return noMemory();
-    const std::unique_ptr<z_stream, int (*)(z_streamp)> ender(&stream, &deflateEnd);
+    DeflateStream stream(streamLevel);
+    if (!stream.ok()) return noMemory();
     std::vector<uint8_t> row(rows.rowBytes());
     std::vector<uint8_t> piece(pieceSize);
     const auto restart = [&] {

@@ -1,4 +1,4 @@
-// Output itself is the saver's; here are the questions before and after it.
+// Output itself is the saver's (output/); here is what stands around it in the main window.
 
 #include "main_window/output_commands.h"
 
@@ -11,7 +11,7 @@
 #include "common/files.h"
 #include "common/shell_start.h"
 #include "main_window/leaving.h"
-#include "output/uSaver.h"
+#include "output/spoken_saver.h"
 #include "settings/message_box.h"
 
 namespace glimmer {
@@ -37,28 +37,28 @@ void uploadCaptures(CommandContext& /*context*/, const Captures& /*captures*/) {
 }
 
 void saveCaptures(CommandContext& context, const Captures& captures) {
-    if (context.saver.savePictures(captures)) afterOutput(context, "Created successfully");
+    if (SpokenSaver(context.saver).savePictures(captures)) afterOutput(context, "Created successfully");
 }
 
 void copyCaptures(CommandContext& context, const Captures& captures) {
-    if (context.saver.copyToClipboard(captures)) afterOutput(context, "Created successfully");
+    if (SpokenSaver(context.saver).copyToClipboard(captures)) afterOutput(context, "Created successfully");
 }
 
 void mailCaptures(CommandContext& context, const Captures& captures) {
     const wxFrame& frame = context.window.frame();
-    context.saver.sendByMail(captures, PictureFormat::Png, frame.IsShown() ? frame.GetHWND() : nullptr);
+    SpokenSaver(context.saver).sendByMail(captures, PictureFormat::Png, frame.IsShown() ? frame.GetHWND() : nullptr);
 }
 
 // The program's own settings dialog for this is still to come; until then the system's paint program is started, or
 // where that was removed what the user has for changing pictures.
 void launchCaptures(CommandContext& context, const Captures& captures) {
-    const std::optional<TSaver::Paths> files = context.saver.saveForExternalEditor(captures);
+    const std::optional<SpokenSaver::Paths> files = SpokenSaver(context.saver).saveForExternalEditor(captures);
     if (!files) return;
     for (const std::filesystem::path& file : *files) {
         const std::string path = utf8FromPath(file);
         const std::string quoted = quotedArgument(path);
         if (shellStart().open("mspaint.exe", quoted) || shellStart().edit(path)) continue;
-        TSaver::startExternalEditor("mspaint.exe", quoted);  // says what is wrong
+        SpokenSaver::startExternalEditor("mspaint.exe", quoted);  // says what is wrong
         return;
     }
 }

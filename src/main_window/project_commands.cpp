@@ -15,7 +15,7 @@
 #include "main_window/lines_of_names.h"
 #include "output/files/editable_png.h"
 #include "output/files/open_captures.h"
-#include "output/uSaver.h"
+#include "output/spoken_saver.h"
 #include "settings/message_box.h"
 
 namespace glimmer {
@@ -95,7 +95,7 @@ bool openFiles(CommandContext& context, const std::vector<std::string>& paths) {
 bool storeProject(CommandContext& context, bool ask) {
     CaptureSession& session = context.session;
     std::filesystem::path path = pathFromUtf8(session.projectPath());
-    if (!context.saver.saveProject(session.all(), path, ask)) return false;
+    if (!SpokenSaver(context.saver).saveProject(session.all(), path, ask)) return false;
     session.setProject(utf8FromPath(path));
     return true;
 }

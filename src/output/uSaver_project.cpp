@@ -2,18 +2,15 @@
 #include <utility>
 #include <vector>
 
-#include "common/assertion.h"
 #include "common/files.h"
 #include "editor/document/document.h"
+#include "output/files/encode_capture.h"
 #include "output/files/html_page.h"
 #include "output/files/project_file.h"
+#include "output/files/whole_file.h"
 #include "output/picture/output_picture.h"
 #include "output/places/file_name_template.h"
-#include "output/places/output_folders.h"
 #include "output/uSaver.h"
-#include "output/ways/save_dialogs.h"
-#include "output/ways/wait_window.h"
-#include "settings/message_box.h"
 
 // The saver's outputs that hold several captures: projects and pages.
 
@@ -77,82 +74,45 @@ private:
 
 }  // namespace
 
-bool TSaver::saveProject(Documents documents, fs::path& path, bool ask) {
-    for (const CaptureDocument* pEditForm : documents)
-        GLIMMER_ASSERT(pEditForm != nullptr, "pEditForm!=NULL", "uSaver");
-    if (documents.empty()) return false;
-    fs::path target = path;
-    if (ask || target.empty()) {
-        const std::string name = target.empty() ? nextDefaultName(*documents.front()) : utf8FromPath(target.stem());
-        const auto answer = saveDialogs().askProject(target.empty() ? lastSaveFolder() : target.parent_path(), name);
-        if (!answer) return false;
-        target = *answer;
-    }
-    {
-        WaitWindow wait("Please wait: saving the project...");
-        const std::vector<const CaptureDocument*> captures(documents.begin(), documents.end());
-        const Status written = writeProject(
-            target, captures, [&](const CaptureDocument& capture, size_t index) -> Result<std::vector<uint8_t>> {
-                wait.setPart(index, captures.size());
-                const BackToRest rest(*documents[index]);
-                // A project is there to be edited, whatever the option for pictures says.
-                return encodeEditable(capture, true, wait.asProgress());
-            });
-        if (wait.cancelled()) return false;
-        if (!written) {
-            showError(written.message());
-            return false;
-        }
-    }
-    path = target;
-    rememberSaveFolder(target.parent_path());
-    for (CaptureDocument* document : documents) document->markSaved();
-    return true;
+Status TSaver::saveProject(Documents documents, const fs::path& path, const Progress& progress) {
+    const std::vector<const CaptureDocument*> captures(documents.begin(), documents.end());
+    return writeProject(path, captures, [&](const CaptureDocument& capture, size_t index) {
+        const BackToRest rest(*documents[index]);
+        return encodeCapture(capture, CaptureFormat{}, *text_, partOf(progress, index, captures.size()));
+    });
 }
 
 // The pictures are written into a folder that did not exist before. Only when all of them and the page are complete do
 // they take the places of what an earlier page of that name left there.
-std::optional<fs::path> TSaver::exportPage(Documents documents) {
-    if (documents.empty()) return std::nullopt;
-    const auto target = saveDialogs().askPage(lastSaveFolder(), nextDefaultName(*documents.front()));
-    if (!target) return std::nullopt;
-    const std::string pageName = utf8FromPath(target->stem());
+Status TSaver::savePage(Documents documents, const fs::path& path, const Progress& progress) {
+    const std::string pageName = utf8FromPath(path.stem());
     std::string folderName = pageFolder(pageName);
     folderName.pop_back();
-    const fs::path folder = target->parent_path() / pathFromUtf8(folderName);
-    NewFolder made(freePath(target->parent_path(), folderName, ""));
+    const fs::path folder = path.parent_path() / pathFromUtf8(folderName);
+    NewFolder made(freePath(path.parent_path(), folderName, ""));
 
-    WaitWindow wait("Please wait: creating pictures...");
-    const auto cancelled = [&wait] { return wait.cancelled(); };
     std::vector<PageCapture> captures;
     for (size_t i = 0; i < documents.size(); ++i) {
-        wait.setPart(i, documents.size());
+        const Progress part = partOf(progress, i, documents.size());
         const std::string picture = pagePictureName(pageName, static_cast<int>(i + 1)) + ".png";
         const CaptureDocument& document = *documents[i];
         const BackToRest rest(*documents[i]);
-        if (!writeTarget(
-                made.path() / pathFromUtf8(picture),
-                [&] { return encode(document, PictureFormat::Png, wait.asProgress()); }, cancelled))
-            return std::nullopt;
+        const auto bytes = [&] { return encode(document, PictureFormat::Png, part); };
+        const Result<fs::path> written = writeWholeFile(made.path() / pathFromUtf8(picture), bytes, part);
+        if (!written) return written.failure();
         captures.push_back({document.info().name, std::string(folderName).append("/").append(picture), document.size(),
                             areasOf(document), document.info().notes});
     }
     // The page is on the disk, all but its name, before the first older picture goes.
     const std::string text = htmlPage(pageName, captures);
-    TemporaryOutput page(*target, {.inherits = true});
+    TemporaryOutput page(path, {.inherits = true});
     const bool complete = page.write({reinterpret_cast<const uint8_t*>(text.data()), text.size()}) && page.complete();
-    if (const Status moved = complete ? made.become(folder) : Status(); !moved) {
-        showError(moved.message());
-        return std::nullopt;
-    }
-    if (!complete || !page.commit()) {
-        showError("Cannot create file: " + utf8FromPath(*target) + " for writing" + explained(*target, page.trouble()));
-        return std::nullopt;
-    }
+    if (Status moved = complete ? made.become(folder) : Status(); !moved) return moved;
+    if (!complete || !page.commit())
+        return Failure{"Cannot create file: " + utf8FromPath(path) + " for writing" + explained(path, page.trouble())};
     if (made.path() == folder) made.keep();
-    for (const fs::path& written : {folder, target->parent_path()}) removeAbandonedOutputs(written);
-    rememberSaveFolder(target->parent_path());
-    return *target;
+    for (const fs::path& written : {folder, path.parent_path()}) removeAbandonedOutputs(written);
+    return {};
 }
 
 }  // namespace glimmer

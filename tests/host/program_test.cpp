@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -218,6 +219,16 @@ TEST_F(Program, TheEditorHidesBeforeAPageOpensAndComesBackForACaptureToEdit) {
     take(CaptureAction::Edit);
     EXPECT_FALSE(pMainEditor->IsShown());
     EXPECT_EQ(editors(), 5U);
+}
+
+TEST_F(Program, OptionsThatCannotBeShownLeaveNothingBehind) {
+    setNotifyHandler([](const std::string& name, const std::string& value) {
+        asked.push_back(name + " " + value);
+        if (value == "true") throw std::bad_alloc();
+    });
+    // The second time is like the first: nothing counts as open.
+    for (int time = 0; time < 2; ++time) EXPECT_THROW(pProgram->showOptions(), std::bad_alloc);
+    EXPECT_EQ(asked.size(), 2U);
 }
 
 // Put away by its own button, in a host: what comes in the background leaves it there.

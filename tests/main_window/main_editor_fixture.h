@@ -22,7 +22,7 @@ protected:
         ASSERT_TRUE(test::bringForward(*editor_));
     }
     void open() {
-        editor_ = new TMainEditor(saver_, recovery_.path());  // destroyed by its Close
+        editor_ = new TMainEditor(silent_, recovery_.path());  // destroyed by its Close
         pMainEditor = editor_;
     }
     void TearDown() override {

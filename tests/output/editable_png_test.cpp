@@ -13,6 +13,7 @@
 #include "editor/annotations/shapes_list.h"
 #include "imaging/png_chunks.h"
 #include "output/files/uPNGChunk.h"
+#include "support/assertions.h"
 #include "support/pictures.h"
 #include "support/scratch_folder.h"
 #include "support/tools.h"
@@ -239,26 +240,17 @@ TEST(AnnotationRecord, IsDescribedInTheDocumentation) {
     EXPECT_EQ(widths, "BBSBSBBBBDBBDDSDBBDSBBDD");
 }
 
-void expectAssertion(const char* condition, const std::function<void()>& act) {
-    try {
-        act();
-        ADD_FAILURE() << "no assertion";
-    } catch (const AssertionFailure& failure) {
-        EXPECT_STREQ(failure.condition, condition);
-        EXPECT_STREQ(failure.unit, "uPNGChunk");
-    }
-}
-
 TEST(Chunks, AssertWhatMustBeThere) {
-    expectAssertion("pAnnotationStruct!=NULL", [] { TChunkbBIn::fromAnnotation(nullptr); });
-    expectAssertion("pBitmap!=NULL", [] { (void)TChunkbBPn::fromBitmap(nullptr); });
-    expectAssertion("pMS!=NULL", [] { (void)TChunkbBIn().save(); });
-    expectAssertion("pMS!=NULL", [] { (void)TChunkbBPn().save(); });
+    test::expectAssertion("pAnnotationStruct!=NULL", "uPNGChunk", [] { TChunkbBIn::fromAnnotation(nullptr); });
+    test::expectAssertion("pBitmap!=NULL", "uPNGChunk", [] { (void)TChunkbBPn::fromBitmap(nullptr); });
+    test::expectAssertion("pMS!=NULL", "uPNGChunk", [] { (void)TChunkbBIn().save(); });
+    test::expectAssertion("pMS!=NULL", "uPNGChunk", [] { (void)TChunkbBPn().save(); });
     TChunkbBPn empty;
     empty.load({});
-    expectAssertion("pMS->Size>0", [&] { (void)empty.bitmap(); });
+    test::expectAssertion("pMS->Size>0", "uPNGChunk", [&] { (void)empty.bitmap(); });
     for (const size_t count : {size_t{0}, size_t{2}, size_t{4}})
-        expectAssertion("pSL->Count == 3", [&] { decodeAnnotation(recordByHand(3, std::vector<Bytes>(count))); });
+        test::expectAssertion("pSL->Count == 3", "uPNGChunk",
+                              [&] { decodeAnnotation(recordByHand(3, std::vector<Bytes>(count))); });
 }
 
 TEST(EditablePng, WhatIsWrittenComesBackAndWhatWouldNotIsRefused) {

@@ -52,7 +52,7 @@ TEST_F(ClipboardOutput, AnotherProcessGetsTheSamePixels) {
     for (int32_t x = 0; x < 100; ++x) picture.row(50)[static_cast<size_t>(x) * 4 + 3] = static_cast<uint8_t>(x * 2);
     const auto document = capture(std::move(picture), "copied");
     annotate(*document, "");
-    const TBitmap expected = outputPicture(*document, saver_.textPainter()).take();
+    const TBitmap expected = outputPicture(*document, silent_.textPainter()).take();
     CaptureDocument* const all[] = {document.get()};
     ASSERT_TRUE(saver_.copyToClipboard(all));
     ASSERT_EQ(messages_.messages.size(), 1U);

@@ -291,7 +291,7 @@ TEST_F(SaverFailure, FoldersThatCannotBeMade) {
 
 TEST_F(SaverFailure, AnExternalEditorThatDoesNotStart) {
     starts_.works = false;
-    EXPECT_FALSE(TSaver::startExternalEditor("C:\\none.exe", "\"a.png\""));
+    EXPECT_FALSE(SpokenSaver::startExternalEditor("C:\\none.exe", "\"a.png\""));
     expectMessage("An error occured while starting external editor.\r\nPlease check whether specified path exists.");
 }
 

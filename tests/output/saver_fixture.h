@@ -14,7 +14,7 @@
 #include "editor/commands/add_annotation.h"
 #include "editor/commands/set_info.h"
 #include "editor/document/document.h"
-#include "output/uSaver.h"
+#include "output/spoken_saver.h"
 #include "output/ways/save_dialogs.h"
 #include "settings/options.h"
 #include "settings/settings.h"
@@ -124,7 +124,8 @@ protected:
     test::RecordedMessages messages_;
     FixedDialogs dialogs_;
     RecordedStarts starts_;
-    TSaver saver_;
+    TSaver silent_;
+    SpokenSaver saver_{silent_};
 };
 
 }  // namespace glimmer

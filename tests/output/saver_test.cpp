@@ -37,7 +37,7 @@ TEST_F(SavedPicture, EveryFormatIsReadByAnotherProgram) {
     picture.row(100)[83] = 0;  // a transparent pixel, to be laid on white
     const auto document = capture(std::move(picture), "formats");
     annotate(*document, "see here");
-    const TBitmap expected = flattenedOnWhite(*outputPicture(*document, saver_.textPainter())).take();
+    const TBitmap expected = flattenedOnWhite(*outputPicture(*document, silent_.textPainter())).take();
     const struct {
         PictureFormat format;
         const char* file;
@@ -437,7 +437,7 @@ TEST_F(Project, KeepsItsLimits) {
     const std::vector<CaptureDocument*> documents = all();
     const std::vector<const CaptureDocument*> captures(documents.begin(), documents.end());
     const CaptureEncoder encode = [this](const CaptureDocument& capture, size_t /*index*/) {
-        return saver_.encode(capture, PictureFormat::Png);
+        return silent_.encode(capture, PictureFormat::Png);
     };
     const CaptureDecoder decode = [](std::span<const uint8_t> png, CaptureInfo info) {
         return CaptureDocument::create(readPicture(png).take(), std::move(info));

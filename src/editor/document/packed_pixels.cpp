@@ -1,10 +1,10 @@
 #include "editor/document/packed_pixels.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <new>
 #include <utility>
+
+#include "common/zlib_streams.h"
 
 namespace glimmer {
 
@@ -23,36 +23,11 @@ void add(uint8_t* current, const uint8_t* above, size_t count) {
     for (size_t i = 0; i < count; ++i) current[i] = static_cast<uint8_t>(current[i] + above[i]);
 }
 
-/// zlib's streams, ended whatever happens.
-struct DeflateStream : z_stream {
-    DeflateStream() : z_stream{} { ok = deflateInit2(this, 1, Z_DEFLATED, 15, 8, Z_FILTERED) == Z_OK; }
-    ~DeflateStream() {
-        if (ok) deflateEnd(this);
-    }
-    DeflateStream(const DeflateStream&) = delete;
-    DeflateStream& operator=(const DeflateStream&) = delete;
-    DeflateStream(DeflateStream&&) = delete;
-    DeflateStream& operator=(DeflateStream&&) = delete;
-    bool ok = false;
-};
-
-struct InflateStream : z_stream {
-    InflateStream() : z_stream{} { ok = inflateInit(this) == Z_OK; }
-    ~InflateStream() {
-        if (ok) inflateEnd(this);
-    }
-    InflateStream(const InflateStream&) = delete;
-    InflateStream& operator=(const InflateStream&) = delete;
-    InflateStream(InflateStream&&) = delete;
-    InflateStream& operator=(InflateStream&&) = delete;
-    bool ok = false;
-};
-
 }  // namespace
 
 std::vector<uint8_t> deflatePixels(const TBitmap& pixels, int32_t top, int32_t bottom) try {
-    DeflateStream stream;
-    if (!stream.ok) return {};
+    DeflateStream stream(1, Z_FILTERED);
+    if (!stream.ok()) return {};
     const size_t count = rowBytes(pixels);
     std::vector<uint8_t> line(count);
     std::vector<uint8_t> chunk(outputStep);
@@ -82,7 +57,7 @@ std::vector<uint8_t> deflatePixels(const TBitmap& pixels, int32_t top, int32_t b
 Status inflatePixels(std::span<const uint8_t> data, TBitmap& pixels, int32_t top, int32_t bottom) {
     const Failure damaged{"The packed picture is damaged."};
     InflateStream stream;
-    if (!stream.ok) return Failure{"There is not enough memory to unpack a picture."};
+    if (!stream.ok()) return Failure{"There is not enough memory to unpack a picture."};
     // zlib does not write through next_in; its interface only lacks the const.
     stream.next_in = const_cast<Bytef*>(data.data());
     stream.avail_in = static_cast<uInt>(data.size());

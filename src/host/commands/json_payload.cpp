@@ -1,12 +1,11 @@
 #include "host/commands/json_payload.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <limits>
 
 #include "common/json.h"
 #include "common/text.h"
+#include "common/zlib_streams.h"
 
 namespace glimmer {
 
@@ -30,8 +29,8 @@ std::optional<CapturePayload> readCapturePayload(std::string_view json) {
 std::optional<std::string> unpackZlib(std::span<const uint8_t> packed, size_t limit) {
     constexpr size_t largestStep = size_t{1024} * 1024;
     if (packed.empty() || packed.size() > std::numeric_limits<uInt>::max()) return std::nullopt;
-    z_stream stream = {};
-    if (inflateInit(&stream) != Z_OK) return std::nullopt;
+    InflateStream stream;
+    if (!stream.ok()) return std::nullopt;
     stream.next_in = const_cast<Bytef*>(packed.data());  // zlib only reads there
     stream.avail_in = static_cast<uInt>(packed.size());
     std::string text;
@@ -50,7 +49,6 @@ std::optional<std::string> unpackZlib(std::span<const uint8_t> packed, size_t li
     } catch (const std::bad_alloc&) {
         state = Z_MEM_ERROR;
     }
-    inflateEnd(&stream);
     if (state != Z_STREAM_END || text.size() > limit) return std::nullopt;
     return text;
 }

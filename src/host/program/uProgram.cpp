@@ -27,7 +27,7 @@
 #include "main_window/output_commands.h"
 #include "main_window/uMainEditor.h"
 #include "output/places/output_folders.h"
-#include "output/uSaver.h"
+#include "output/spoken_saver.h"
 #include "settings/message_box.h"
 #include "settings/options.h"
 
@@ -230,7 +230,7 @@ void TProgram::runAction(CaptureDocument& document, CaptureAction action) {
         case CaptureAction::Save:
         case CaptureAction::SaveAutomatically: {
             const SaveMode mode = action == CaptureAction::Save ? SaveMode::Interactive : SaveMode::Automatic;
-            if (const auto path = saver_->savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
+            if (const auto path = SpokenSaver(*saver_).savePicture(document, mode)) savedPath_ = utf8FromPath(*path);
             break;
         }
         case CaptureAction::Copy:

@@ -17,14 +17,6 @@ constexpr const char* versionText = "1.8";
 constexpr const char* creatorText = "GLIMMERPAD";
 constexpr const char* notesKeyword = "GNOTES";
 
-/// Progress of one picture of several: `done` of `all` are finished.
-Progress partOf(const Progress& progress, size_t done, size_t all) {
-    if (!progress) return {};
-    return [&progress, done, all](double part) {
-        return progress((static_cast<double>(done) + part) / static_cast<double>(all));
-    };
-}
-
 // --- reading
 
 /// The chunks of a file by what they are, none decoded yet.

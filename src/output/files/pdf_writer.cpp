@@ -1,7 +1,5 @@
 #include "output/files/pdf_writer.h"
 
-#include <zlib.h>
-
 #include <cstdarg>
 #include <cstdio>
 #include <limits>
@@ -11,6 +9,7 @@
 #include "common/debug_channel.h"
 #include "common/progress.h"
 #include "common/vendor.h"
+#include "common/zlib_streams.h"
 #include "imaging/picture_file.h"
 
 namespace glimmer {
@@ -60,9 +59,8 @@ Result<std::vector<uint8_t>> compressedRows(const TBitmap& bitmap, const Progres
     std::vector<uint8_t> row(rowBytes);
     std::vector<uint8_t> buffer(rowBytes);
     std::vector<uint8_t> result;
-    z_stream stream{};
-    if (deflateInit(&stream, compressionLevel) != Z_OK) return noMemory;
-    const std::unique_ptr<z_stream, int (*)(z_streamp)> ender(&stream, &deflateEnd);
+    DeflateStream stream(compressionLevel);
+    if (!stream.ok()) return noMemory;
     for (int32_t y = 0; y < bitmap.height(); ++y) {
         if (!proceed(progress, y, bitmap.height())) return cancelled();
         const uint8_t* from = bitmap.row(y);

@@ -18,6 +18,7 @@
 
 #include <utility>
 
+#include "common/wx_bitmap.h"
 #include "common/wx_text.h"
 #include "settings/dialog/option_help.h"
 #include "settings/dialog/options_page.h"
@@ -47,20 +48,6 @@ Options currentOptions() {
 /// control.
 bool isRememberedAnswer(const Option& option) {
     return option.kind == OptionKind::Combo && (option.page == "Confirmations" || option.page.empty());
-}
-
-wxImage imageOf(const TBitmap& bitmap) {
-    wxImage image(bitmap.width(), bitmap.height(), false);
-    unsigned char* out = image.GetData();
-    for (int32_t y = 0; y < bitmap.height(); ++y) {
-        const uint8_t* in = bitmap.row(y);
-        for (int32_t x = 0; x < bitmap.width(); ++x, in += bitmap.bytesPerPixel()) {
-            *out++ = in[2];
-            *out++ = in[1];
-            *out++ = in[0];
-        }
-    }
-    return image;
 }
 
 }  // namespace
@@ -297,7 +284,7 @@ void TVistraneOptions::updatePreview() {
         const wxSize size = panel->GetClientSize();
         Result<TBitmap> picture = services_.watermarkPreview(shownValues(), {size.x, size.y});
         if (picture) {
-            dc.DrawBitmap(wxBitmap(imageOf(*picture)), 0, 0);
+            dc.DrawBitmap(wxBitmapOf(*picture), 0, 0);
         } else {
             dc.SetBackground(panel->GetBackgroundColour());
             dc.Clear();
