@@ -63,6 +63,7 @@ class OverlayTest : public testing::Test {
 protected:
     std::optional<OverlayChoice> choose(const std::vector<Input>& inputs) {
         const Rect screen = wholeScreen();
+        test::pump();  // what the overlay before has uncovered is painted
         picture = grabScreen(screen).take();
         WindowTree windows;
         OverlayOptions options;
