@@ -22,7 +22,6 @@ constexpr std::array kinds = {
     KindName{CaptureKind::Monitor, "monitor", "Monitor"},
     KindName{CaptureKind::Desktop, "desktop", "Whole desktop"},
     KindName{CaptureKind::Last, "last", "Last area again"},
-    KindName{CaptureKind::Scrolling, "scrolling", "Scrolling window"},
 };
 
 /// What follows on a capture, by its code; those without a caption are for hosts.
@@ -50,8 +49,7 @@ Result<CaptureRequest> readRequest(const std::vector<std::string>& arguments) {
     const std::optional<CaptureKind> kind =
         arguments.size() > 1 ? captureKindOf(arguments[1]) : std::optional<CaptureKind>();
     if (!kind)
-        return Failure{
-            "After -CAPTURE stands region, window, client, monitor, desktop, last or scrolling: what is to be taken."};
+        return Failure{"After -CAPTURE stands region, window, client, monitor, desktop or last: what is to be taken."};
     CaptureRequest request;
     request.kind = *kind;
     std::optional<int32_t> action;

@@ -13,13 +13,12 @@
 namespace glimmer {
 
 enum class CaptureKind : uint8_t {
-    Region,     ///< what the user chooses on the frozen screen: an area, a window, a part of one
-    Window,     ///< the window in front
-    Client,     ///< what is inside of its frame
-    Monitor,    ///< the one that the pointer is on
-    Desktop,    ///< all monitors
-    Last,       ///< the area that was taken last, again
-    Scrolling,  ///< all that the window under the pointer, or the one chosen, can show
+    Region,   ///< what the user chooses on the frozen screen: an area, a window, a part of one
+    Window,   ///< the window in front
+    Client,   ///< what is inside of its frame
+    Monitor,  ///< the one that the pointer is on
+    Desktop,  ///< all monitors
+    Last,     ///< the area that was taken last, again
 };
 
 struct CaptureRequest {
