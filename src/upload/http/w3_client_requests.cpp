@@ -186,7 +186,7 @@ std::string W3Client::readAnswer() {
     contentLength_ = numberIn(contentLength);
     contentType_ = queryOptional(AnswerField::ContentType, "query content-type failed...");
     cookie_ = queryOptional(AnswerField::SetCookie, "query cookie failed...");
-    const std::string location = queryOptional(AnswerField::Location, "query raw header failed...");
+    std::string location = queryOptional(AnswerField::Location, "query raw header failed...");
     readBody();
     closeHandle(request_);
     return location;
