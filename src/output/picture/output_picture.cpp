@@ -12,13 +12,16 @@ namespace glimmer {
 
 namespace {
 
-Result<TBitmap> painted(const CaptureDocument& document, TextPainter& text) {
-    Result<TBitmap> picture = document.background().clone();
+Result<TBitmap> painted(const CaptureDocument& document, int32_t from, int32_t to, Clock& clock, TextPainter& text) {
+    const Size whole = document.size();
+    Result<TBitmap> picture = document.background().cropped({0, from, whole.width, to});
     if (!picture) return picture;
     const Options& options = OptionsHolder();
-    paintAnnotations(*picture, picture->bounds(), document.annotations(), text, paintOptions(options));
+    PaintOptions painting = paintOptions(options);
+    painting.origin = {0, from};
+    paintAnnotations(*picture, picture->bounds(), document.annotations(), text, painting);
     const Status marked =
-        applyWatermark(*picture, options, document.info().url, document.info().title, systemClock(), text);
+        applyWatermark(*picture, options, document.info().url, document.info().title, clock, text, {whole, from});
     if (!marked) return marked.failure();
     GLIMMER_ASSERT(!picture->empty(), "pResultBmp != NULL", "uSaver");
     return picture;
@@ -27,8 +30,12 @@ Result<TBitmap> painted(const CaptureDocument& document, TextPainter& text) {
 }  // namespace
 
 Result<TBitmap> outputPicture(const CaptureDocument& document, TextPainter& text) {
+    return outputRows(document, 0, document.size().height, systemClock(), text);
+}
+
+Result<TBitmap> outputRows(const CaptureDocument& document, int32_t from, int32_t to, Clock& clock, TextPainter& text) {
     try {
-        return painted(document, text);
+        return painted(document, from, to, clock, text);
     } catch (const std::bad_alloc&) {  // a resting capture that finds no room to wake, among others
         return Failure{"There is not enough memory for this picture."};
     }

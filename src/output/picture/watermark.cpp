@@ -31,13 +31,19 @@ void blend(uint8_t* pixel, bool hasAlpha, Colour colour, uint32_t alpha) {
     pixel[3] = static_cast<uint8_t>(whole);
 }
 
+Size wholeOf(const TBitmap& picture, const PictureRows& rows) {
+    return rows.whole == Size{} ? picture.size() : rows.whole;
+}
+
+/// `area` and what is asked for alphas lie `top` rows further down than the bitmap's own.
 template <class AlphaAt>
-void blendArea(TBitmap& picture, const Rect& area, Colour colour, const AlphaAt& alphaAt) {
-    const Rect visible = area.intersected(picture.bounds());
+void blendArea(TBitmap& picture, int32_t top, const Rect& area, Colour colour, const AlphaAt& alphaAt) {
+    const Rect visible = area.moved(0, -top).intersected(picture.bounds());
     const bool hasAlpha = picture.format() == PixelFormat::Bgra32;
     for (int32_t y = visible.top; y < visible.bottom; ++y) {
         for (int32_t x = visible.left; x < visible.right; ++x)
-            blend(picture.row(y) + static_cast<size_t>(x) * picture.bytesPerPixel(), hasAlpha, colour, alphaAt(x, y));
+            blend(picture.row(y) + static_cast<size_t>(x) * picture.bytesPerPixel(), hasAlpha, colour,
+                  alphaAt(x, y + top));
     }
 }
 
@@ -102,23 +108,24 @@ Rect watermarkPlace(Size picture, Size mark, WatermarkPosition position, int32_t
 }
 
 void drawTextWatermark(TBitmap& picture, const WatermarkSettings& settings, const std::string& text,
-                       TextPainter& painter) {
+                       TextPainter& painter, const PictureRows& rows) {
     if (text.empty() || picture.empty()) return;
+    const Size whole = wholeOf(picture, rows);
     TTextSettings font;
     font.fontName = settings.fontName;
     font.alignment = settings.alignment;
     const int32_t border = padding + settings.frameWidth;
-    const int32_t widest = std::max(roomOf(picture.size(), settings.margins).width - 2 * border, 1);
+    const int32_t widest = std::max(roomOf(whole, settings.margins).width - 2 * border, 1);
     Size area = painter.measure(font, text, 0);
     if (area.width > widest) area = {widest, painter.measure(font, text, widest).height};
     area = {std::clamp(area.width, 1, TextPainter::maxSide), std::clamp(area.height, 1, TextPainter::maxSide)};
 
-    const Rect box = watermarkPlace(picture.size(), {area.width + 2 * border, area.height + 2 * border},
-                                    settings.position, settings.margins);
+    const Rect box =
+        watermarkPlace(whole, {area.width + 2 * border, area.height + 2 * border}, settings.position, settings.margins);
     const uint32_t backgroundAlpha = alphaOf(settings.backgroundOpacity);
     const Rect inner = box.inflated(-settings.frameWidth);
-    blendArea(picture, inner, settings.background, [&](int32_t, int32_t) { return backgroundAlpha; });
-    blendArea(picture, box, settings.frame, [&inner](int32_t x, int32_t y) {
+    blendArea(picture, rows.top, inner, settings.background, [&](int32_t, int32_t) { return backgroundAlpha; });
+    blendArea(picture, rows.top, box, settings.frame, [&inner](int32_t x, int32_t y) {
         return inner.contains({x, y}) ? 0U : 255U;
     });
 
@@ -126,15 +133,17 @@ void drawTextWatermark(TBitmap& picture, const WatermarkSettings& settings, cons
     if (!mask) return;
     const Point origin{box.left + border, box.top + border};
     const Rect written{origin.x, origin.y, origin.x + mask->size.width, origin.y + mask->size.height};
-    blendArea(picture, written, settings.frame, [&](int32_t x, int32_t y) -> uint32_t {
+    blendArea(picture, rows.top, written, settings.frame, [&](int32_t x, int32_t y) -> uint32_t {
         const auto index = static_cast<size_t>(y - origin.y) * static_cast<size_t>(mask->size.width) +
                            static_cast<size_t>(x - origin.x);
         return mask->coverage[index];
     });
 }
 
-Status drawBitmapWatermark(TBitmap& picture, const WatermarkSettings& settings, const TBitmap& mark) {
-    const Size room = roomOf(picture.size(), settings.margins);
+Status drawBitmapWatermark(TBitmap& picture, const WatermarkSettings& settings, const TBitmap& mark,
+                           const PictureRows& rows) {
+    const Size whole = wholeOf(picture, rows);
+    const Size room = roomOf(whole, settings.margins);
     if (mark.empty() || room.width < 1 || room.height < 1) return {};
     std::optional<TBitmap> reduced;
     if (mark.width() > room.width || mark.height() > room.height) {
@@ -147,7 +156,7 @@ Status drawBitmapWatermark(TBitmap& picture, const WatermarkSettings& settings, 
     }
     const TBitmap& drawn = reduced ? *reduced : mark;
     const uint32_t opacity = alphaOf(settings.bitmapOpacity);
-    const Rect place = watermarkPlace(picture.size(), drawn.size(), settings.position, settings.margins);
+    const Rect place = watermarkPlace(whole, drawn.size(), settings.position, settings.margins).moved(0, -rows.top);
     const Rect visible = place.intersected(picture.bounds());
     const bool hasAlpha = picture.format() == PixelFormat::Bgra32;
     for (int32_t y = visible.top; y < visible.bottom; ++y) {

@@ -43,13 +43,12 @@ PrintPaper paperOf(const PrinterMetrics& metrics) {
 }
 
 Rect dotsOf(const PrintPaper& paper, const InchRect& place) {
-    const auto across = [&paper](double inches) {
-        return static_cast<int32_t>(std::lround((inches - paper.printable.left) * paper.dotsPerInchX));
+    const auto dots = [](double inches, double dotsPerInch) {
+        return static_cast<int32_t>(std::lround(inches * dotsPerInch));
     };
-    const auto down = [&paper](double inches) {
-        return static_cast<int32_t>(std::lround((inches - paper.printable.top) * paper.dotsPerInchY));
-    };
-    return {across(place.left), down(place.top), across(place.right), down(place.bottom)};
+    const int32_t left = dots(place.left - paper.printable.left, paper.dotsPerInchX);
+    const int32_t top = dots(place.top - paper.printable.top, paper.dotsPerInchY);
+    return {left, top, left + dots(place.width(), paper.dotsPerInchX), top + dots(place.height(), paper.dotsPerInchY)};
 }
 
 }  // namespace glimmer

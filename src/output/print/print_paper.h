@@ -41,8 +41,8 @@ struct PrintPaper {
 /// reaches, or A4 when it says nothing at all.
 PrintPaper paperOf(const PrinterMetrics& metrics);
 
-/// A place on the sheet in the printer's dots, whose origin is the corner of what it can reach. Each edge is rounded by
-/// itself, so that places that touch still do.
+/// A place on the sheet in the printer's dots, whose origin is the corner of what it can reach. Corner and size are
+/// rounded, so that at its natural size each pixel of a picture is one dot wherever it lies.
 Rect dotsOf(const PrintPaper& paper, const InchRect& place);
 
 }  // namespace glimmer
