@@ -123,12 +123,13 @@ void canvasTable(const TBitmap& page) {
     const TShapesList shapes = pageAnnotations();
     Canvas canvas(page.clone().take(), shapes);
     const AnnotationId moved = canvas.document().annotations()[5].id();
+    Gesture drag = canvas.document().beginGesture();
     std::mt19937 random(1);
     const auto move = [&] {
         TBBShape shape = *canvas.document().annotations().find(moved);
         shape.moveBy(static_cast<int32_t>(random() % 7) - 3, static_cast<int32_t>(random() % 7) - 3);
         canvas.select(shape);
-        static_cast<void>(canvas.document().run(std::make_unique<ChangeAnnotation>(std::move(shape)), 1));
+        static_cast<void>(canvas.document().run(std::make_unique<ChangeAnnotation>(std::move(shape)), drag));
         canvas.paintInvalid();
     };
     Canvas reduced(page.clone().take(), shapes);

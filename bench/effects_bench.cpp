@@ -14,7 +14,7 @@ namespace glimmer::bench {
 
 namespace {
 
-constexpr Size screen{1920, 1080};
+constexpr Size screenSize{1920, 1080};
 
 void blurTable(const std::string& what, const TBitmap& picture) {
     std::vector<std::vector<std::string>> rows;
@@ -41,7 +41,7 @@ void blurTable(const std::string& what, const TBitmap& picture) {
 
 /// Each beside a plain copy of as many bytes as it writes.
 void copyTable() {
-    const TBitmap wide = pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgra32);
+    const TBitmap wide = pagePicture("shop-1920x1080.png", screenSize, PixelFormat::Bgra32);
     const TBitmap narrow = wide.converted(PixelFormat::Bgr24).take();
     TBitmap wideWork = wide.clone().take();
     TBitmap narrowWork = narrow.clone().take();
@@ -77,7 +77,7 @@ void copyTable() {
 
 void scalingTable() {
     const TBitmap tall = pagePicture("table-1280x10000.png", {1280, 10000}, PixelFormat::Bgra32);
-    const TBitmap page = pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgra32);
+    const TBitmap page = pagePicture("shop-1920x1080.png", screenSize, PixelFormat::Bgra32);
     const struct {
         const char* name;
         std::function<void()> work;
@@ -101,8 +101,8 @@ void scalingTable() {
 }  // namespace
 
 void effects() {
-    blurTable("page", pagePicture("shop-1920x1080.png", screen, PixelFormat::Bgr24));
-    blurTable("noise", noisePicture(screen, PixelFormat::Bgr24));
+    blurTable("page", pagePicture("shop-1920x1080.png", screenSize, PixelFormat::Bgr24));
+    blurTable("noise", noisePicture(screenSize, PixelFormat::Bgr24));
     copyTable();
     scalingTable();
 }
