@@ -12,6 +12,7 @@
 #include "editor/labels/label_control.h"
 #include "editor/window/clipboard_window.h"
 #include "imaging/clipboard.h"
+#include "support/windows/kept_clipboard.h"
 
 namespace glimmer {
 namespace {
@@ -24,6 +25,7 @@ using test::shiftKey;
 class CanvasKeys : public test::CanvasForm {};
 
 TEST_F(CanvasKeys, copyCutAndPasteTakeTheAnnotationBeforeTheArea) {
+    const test::KeptClipboard kept;
     draw({150, 150, 250, 200}, "one");
     pressKey('C', ctrlKey);
     pressKey('V', ctrlKey);
@@ -39,6 +41,7 @@ TEST_F(CanvasKeys, copyCutAndPasteTakeTheAnnotationBeforeTheArea) {
 }
 
 TEST_F(CanvasKeys, pixelsOfAnAreaAreCopiedCutAndPasted) {
+    const test::KeptClipboard kept;
     const TBitmap before = background();
     drag({100, 110}, {199, 159});
     pressKey('C', ctrlKey);

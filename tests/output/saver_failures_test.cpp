@@ -7,6 +7,7 @@
 #include "support/child_process.h"
 #include "support/not_copied.h"
 #include "support/windows/dialog_driver.h"
+#include "support/windows/kept_clipboard.h"
 #include "support/windows/native_tool.h"
 
 // What is left, and what is said, when a file cannot be written or the user stops it.
@@ -319,6 +320,8 @@ protected:
 
 TEST_F(Cancelling, LeavesNoFileAndNothingSaved) {
     const std::wstring creating = L"Please wait: creating pictures...";
+    const test::KeptClipboard kept;
+    test::emptyClipboard();
     dialogs_.path = folder() / "a.png";
     {
         const DialogDriver driver({cancel(creating)});
