@@ -11,8 +11,8 @@ namespace glimmer {
 namespace {
 
 std::string described(size_t count) {
-    if (count == 1) return "A capture with unsaved changes was open when the editor ended unexpectedly.";
-    return std::to_string(count) + " captures with unsaved changes were open when the editor ended unexpectedly.";
+    if (count == 1) return "A capture with unsaved changes was open when the editor ended.";
+    return std::to_string(count) + " captures with unsaved changes were open when the editor ended.";
 }
 
 }  // namespace

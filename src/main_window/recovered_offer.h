@@ -9,7 +9,7 @@ class wxFrame;
 
 namespace glimmer {
 
-/// The offer, once, of the captures that an earlier run left behind when it ended unexpectedly.
+/// The offer, once, of the captures that an earlier run left behind, whatever ended it.
 class RecoveredOffer {
 public:
     /// `opened`: at least one capture is open after the user took it.
