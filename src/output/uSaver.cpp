@@ -68,6 +68,7 @@ Result<std::vector<uint8_t>> TSaver::encode(const CaptureDocument& document, Pic
 Result<TBitmap> TSaver::picture(Documents documents, const Progress& progress) {
     checkDocuments(documents);
     std::vector<TBitmap> pictures;
+    pictures.reserve(documents.size());
     for (CaptureDocument* document : documents) {
         const double done = static_cast<double>(pictures.size()) / static_cast<double>(documents.size());
         if (progress && !progress(done)) return cancelled();
@@ -77,6 +78,7 @@ Result<TBitmap> TSaver::picture(Documents documents, const Progress& progress) {
         pictures.push_back(one.take());
     }
     std::vector<const TBitmap*> parts;
+    parts.reserve(pictures.size());
     for (const TBitmap& one : pictures) parts.push_back(&one);
     return joinPictures(parts);
 }

@@ -204,7 +204,7 @@ std::vector<Candidate> rateShifted(const ScrollFrame& before, const ScrollFrame&
         double rating = 0;
         for (int32_t y = 0; y + moved < height; ++y) {
             const auto& a = second[static_cast<size_t>(y)];
-            const auto& b = first[static_cast<size_t>(y + moved)];
+            const auto& b = first[static_cast<size_t>(y) + static_cast<size_t>(moved)];
             const bool same = std::abs(a[0] - b[0]) < tolerance && std::abs(a[1] - b[1]) < tolerance;
             rating += same ? static_cast<double>(after.weight(y)) : -0.25;
         }
@@ -278,7 +278,7 @@ ScrollFrame::ScrollFrame(const TBitmap& picture) : size_(picture.size()) {
             const size_t from = width * block / blocks;
             const size_t to = std::max(width * (block + 1) / blocks, from + 1);
             const uint32_t sum = std::accumulate(out + from, out + std::min(to, width), uint32_t{0});
-            signature[block] = static_cast<uint8_t>(sum / (to - from));
+            signature[block] = static_cast<uint8_t>(sum / std::max<size_t>(to - from, 1));
         }
         constexpr float quiet = 0.02F;
         const bool changes = y > 0 && pixelDifference(out, out - width, size_.width) >= 2;
